@@ -53,11 +53,12 @@ static bool MatchesPattern(const char* text, int length, const char* pattern, in
          FindIgnoringCase(text, length - lastLength, pattern + firstMark + 1, middleLength, firstLength) >= 0;
 }
 
-// Result when a side is missing (null, or empty after clipping); the tests run in the usual order.
-static int CompareWithMissing(bool leftMissing, bool rightMissing, bool bothEmpty, int flags) {
+// Result when a side is missing: null, or else empty after clipping. Equality agrees with the order, so a
+// null side equals only another null side. The tests run in the usual order.
+static int CompareWithMissing(bool leftMissing, bool rightMissing, int flags) {
   if (flags & clsString::CompareOrder) return leftMissing == rightMissing ? 0 : leftMissing ? -1 : 1;
-  if (flags & clsString::CompareEqual) return bothEmpty;
-  if (flags & (clsString::CompareStartsWith | clsString::CompareEndsWith)) return leftMissing && rightMissing;
+  if (flags & (clsString::CompareEqual | clsString::CompareStartsWith | clsString::CompareEndsWith))
+    return leftMissing && rightMissing;
   if (flags & clsString::CompareContains) return rightMissing;
   if (flags & clsString::CompareContainedIn) return leftMissing;
   if (flags & clsString::ComparePattern) return leftMissing && rightMissing;
@@ -70,13 +71,13 @@ int clsString::Compare(const char* text, int flags, int length) const {
   int rightLength = ClippedLength(text, length);
   if (flags & CompareExact)
     return leftLength == rightLength && std::memcmp(Text(), text ? text : "", size_t(leftLength)) == 0;
-  if (!left || !text) return CompareWithMissing(!left, !text, leftLength == 0 && rightLength == 0, flags);
+  if (!left || !text) return CompareWithMissing(!left, !text, flags);
   if (flags & CompareIgnoreTrailing) {
     while (leftLength > 0 && left[leftLength - 1] == ' ') leftLength--;
     while (rightLength > 0 && text[rightLength - 1] == ' ') rightLength--;
   }
   if (leftLength == 0 || rightLength == 0)
-    return CompareWithMissing(leftLength == 0, rightLength == 0, leftLength == rightLength, flags);
+    return CompareWithMissing(leftLength == 0, rightLength == 0, flags);
   if (flags & CompareOrder) return OrderIgnoringCase(left, leftLength, text, rightLength);
   if (flags & CompareEqual) return leftLength == rightLength && SameIgnoringCase(left, text, leftLength);
   if (flags & CompareStartsWith) return rightLength <= leftLength && SameIgnoringCase(left, text, rightLength);

@@ -106,6 +106,7 @@ TEST(StringCompare, NullSides) {
   EXPECT_TRUE(none.Compare("x", 1024));
   EXPECT_TRUE(none.Compare(nullptr, 2));
   EXPECT_FALSE(none.Compare("x", 2));
+  EXPECT_FALSE(none.Compare("", 2));  // equality agrees with the order: null is not ""
 }
 
 TEST(StringCompare, EmptySides) {
