@@ -4,7 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <initializer_list>
 #include <mutex>
+#include <utility>
 
 namespace nuvobase {
 
@@ -48,8 +50,15 @@ int64_t TakeNumber(clsString& text, char c) {
   return number;
 }
 
-// Appends value with at least digits digits.
-void AppendPadded(clsString& text, int value, int digits) { text.Append(clsString(value, digits)); }
+// The numbers, each with at least its count of digits, with mark between them.
+clsString JoinNumbers(char mark, std::initializer_list<std::pair<int, int>> numbers) {
+  clsString text;
+  for (const auto& [value, digits] : numbers) {
+    if (!text.IsEmpty()) text.Append(mark);
+    text.Append(clsString(value, digits));
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -130,38 +139,18 @@ clsDateTime clsDateTime::Now() {
 }
 
 clsString clsDateTime::DateText() const {
-  clsString text;
-  if (Day() == 0) return text;
-  AppendPadded(text, Day(), 2);
-  text.Append('/');
-  AppendPadded(text, Month(), 2);
-  text.Append('/');
-  AppendPadded(text, Year(), 4);
-  return text;
+  if (Day() == 0) return clsString();
+  return JoinNumbers('/', {{Day(), 2}, {Month(), 2}, {Year(), 4}});
 }
 
 clsString clsDateTime::SortableDate() const {
-  clsString text;
-  if (Day() == 0) return text;
-  AppendPadded(text, Year(), 4);
-  text.Append('-');
-  AppendPadded(text, Month(), 2);
-  text.Append('-');
-  AppendPadded(text, Day(), 2);
-  return text;
+  if (Day() == 0) return clsString();
+  return JoinNumbers('-', {{Year(), 4}, {Month(), 2}, {Day(), 2}});
 }
 
 clsString clsDateTime::TimeText() const {
-  clsString text;
-  AppendPadded(text, Hour(), 2);
-  text.Append(':');
-  AppendPadded(text, Minute(), 2);
-  text.Append(':');
-  AppendPadded(text, Milliseconds() / 1000, 2);
-  if (Milliseconds() % 1000 != 0) {
-    text.Append('.');
-    AppendPadded(text, Milliseconds() % 1000, 3);
-  }
+  clsString text = JoinNumbers(':', {{Hour(), 2}, {Minute(), 2}, {Milliseconds() / 1000, 2}});
+  if (Milliseconds() % 1000 != 0) text.Append('.').Append(clsString(Milliseconds() % 1000, 3));
   return text;
 }
 
