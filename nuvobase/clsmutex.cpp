@@ -1,0 +1,49 @@
+#include "nuvobase/clsmutex.h"
+
+#include <cerrno>
+
+namespace nuvobase {
+
+clsMutex::clsMutex() {
+    AttrReady = pthread_mutexattr_init(&Attr) == 0;
+    if (AttrReady && pthread_mutexattr_settype(&Attr, PTHREAD_MUTEX_ERRORCHECK) == 0)
+        Ready = pthread_mutex_init(&Handle, &Attr) == 0;
+}
+
+clsMutex::~clsMutex() {
+    if (Ready) {
+        // Releases a lock the destroying thread may still hold; from any other
+        // thread the error-checking mutex refuses, which is harmless.
+        Unlock();
+        pthread_mutex_destroy(&Handle);
+    }
+    if (AttrReady) pthread_mutexattr_destroy(&Attr);
+}
+
+int clsMutex::Acquire(int (*lockCall)(pthread_mutex_t*)) {
+    if (!Ready) return EINVAL;
+    int before = PTHREAD_CANCEL_ENABLE;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
+    int result = lockCall(&Handle);
+    if (result == 0)
+        SavedCancelState = before;
+    else
+        pthread_setcancelstate(before, nullptr);
+    return result;
+}
+
+int clsMutex::Lock() {
+    return Acquire(pthread_mutex_lock);
+}
+
+int clsMutex::TryLock() {
+    return Acquire(pthread_mutex_trylock);
+}
+
+void clsMutex::Unlock() {
+    if (!Ready) return;
+    int restore = SavedCancelState;
+    if (pthread_mutex_unlock(&Handle) == 0) pthread_setcancelstate(restore, nullptr);
+}
+
+} // namespace nuvobase
