@@ -12,9 +12,13 @@ clsMutex::clsMutex() {
 
 clsMutex::~clsMutex() {
     if (Ready) {
-        // Releases a lock the destroying thread may still hold; from any other
-        // thread the error-checking mutex refuses, which is harmless.
-        Unlock();
+        // Releases the lock if the destroying thread still holds it, which the
+        // error-checking mutex tells by refusing to lock it again; a holder on
+        // another thread is waited for.
+        if (pthread_mutex_lock(&Handle) == EDEADLK)
+            Unlock();
+        else
+            pthread_mutex_unlock(&Handle);
         pthread_mutex_destroy(&Handle);
     }
     if (AttrReady) pthread_mutexattr_destroy(&Attr);
