@@ -49,14 +49,14 @@ std::unique_ptr<clsBook> MergeAll(std::vector<std::unique_ptr<clsBook>> books) {
     return books.empty() ? std::make_unique<clsBook>() : std::move(books.front());
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv) {
     const int entries = argc > 1 ? std::atoi(argv[1]) : 1000000;
-    const std::string file = argc > 2 ? argv[2]
-                                      : (std::filesystem::temp_directory_path() /
-                                         ("book-io-" + std::to_string(getpid()) + ".cbk"))
-                                            .string();
+    const std::string file =
+        argc > 2 ? argv[2]
+                 : (std::filesystem::temp_directory_path() / ("book-io-" + std::to_string(getpid()) + ".cbk"))
+                       .string();
     const nuvobase::clsString path(file.c_str());
     std::mt19937_64 random(20240601);
 
@@ -85,7 +85,8 @@ int main(int argc, char** argv) {
     const double findMs = MillisecondsSince(start);
     if (argc <= 2) std::remove(file.c_str());
 
-    std::printf("entries %d, file %llu bytes\n", loaded.Count, static_cast<unsigned long long>(error ? 0 : bytes));
+    std::printf("entries %d, file %llu bytes\n", loaded.Count,
+                static_cast<unsigned long long>(error ? 0 : bytes));
     std::printf("add   %9.1f ms (books of 1000)\n", addMs);
     std::printf("merge %9.1f ms (pairwise rounds)\n", mergeMs);
     std::printf("save  %9.1f ms %s\n", saveMs, saved ? "" : "FAILED");

@@ -64,7 +64,8 @@ private:
 // held all of it; it never reads past the end.
 class clsBookReader {
 public:
-    explicit clsBookReader(const char* path) : File(std::fopen(path, "rb")), Buffer(new unsigned char[BufferSize]) {}
+    explicit clsBookReader(const char* path)
+        : File(std::fopen(path, "rb")), Buffer(new unsigned char[BufferSize]) {}
     ~clsBookReader() {
         if (File != nullptr) std::fclose(File);
     }
@@ -165,7 +166,7 @@ FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& tempora
     return nullptr;
 }
 
-}  // namespace
+} // namespace
 
 bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     nuvobase::clsString temporary;
@@ -192,9 +193,13 @@ bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     return false;
 }
 
-bool clsBook::Load(const nuvobase::clsString& file, int limit) { return Read(file, limit, true); }
+bool clsBook::Load(const nuvobase::clsString& file, int limit) {
+    return Read(file, limit, true);
+}
 
-bool clsBook::Append(const nuvobase::clsString& file, int limit) { return Read(file, limit, false); }
+bool clsBook::Append(const nuvobase::clsString& file, int limit) {
+    return Read(file, limit, false);
+}
 
 // The header is checked whole before the book is touched. Its entry count
 // allocates nothing: entries are stored one by one as they are read.
@@ -279,15 +284,18 @@ std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
 
 const clsBookEntry* clsBook::Find(uint64_t key) const {
     const clsBookEntry probe(key, 0, 0, 0);
+    clsBookEntry* const* begin = Items;
     clsBookEntry* const* end = Items + Count;
-    clsBookEntry* const* found = std::lower_bound(
-        Items, end, &probe,
-        [](const clsBookEntry* left, const clsBookEntry* right) { return CompareBookEntries(left, right) < 0; });
+    clsBookEntry* const* found =
+        std::lower_bound(begin, end, &probe, [](const clsBookEntry* left, const clsBookEntry* right) {
+            return CompareBookEntries(left, right) < 0;
+        });
     return found != end && CompareBookEntries(*found, &probe) == 0 ? *found : nullptr;
 }
 
 int clsBook::CountReaching(int limit) const {
-    return int(std::count_if(Items, Items + Count, [limit](const clsBookEntry* entry) { return entry->Reaches(limit); }));
+    return int(std::count_if(Items, Items + Count,
+                             [limit](const clsBookEntry* entry) { return entry->Reaches(limit); }));
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

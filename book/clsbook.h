@@ -50,4 +50,4 @@ private:
     int CountReaching(int limit) const;
 };
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -13,8 +13,8 @@ class clsBookEntry {
 public:
     uint32_t Wins = 0;
     uint32_t Losses = 0;
-    uint32_t Draws = 0;  // draws and games without a result
-    uint64_t Key = 0;    // BoardKey of the position
+    uint32_t Draws = 0; // draws and games without a result
+    uint64_t Key = 0;   // BoardKey of the position
 
     clsBookEntry() = default;
     clsBookEntry(uint64_t key, uint32_t wins, uint32_t losses, uint32_t draws);
@@ -41,7 +41,7 @@ public:
 // stored in a book. Lists of these sort by score, so the best move comes last.
 class clsBookEntryExt : public clsBookEntry {
 public:
-    nuvobase::clsString Move;  // long text of the move
+    nuvobase::clsString Move; // long text of the move
 
     clsBookEntryExt(const clsBookEntry& entry, const nuvobase::clsString& move);
 
@@ -53,4 +53,4 @@ public:
 // before everything, then the entries' own Equal and Greater decide.
 int CompareBookEntries(const clsBookEntry* left, const clsBookEntry* right);
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -14,7 +14,8 @@
 namespace {
 
 std::string ScratchName(const char* suffix) {
-    return (std::filesystem::temp_directory_path() / ("fuzz-book-" + std::to_string(getpid()) + suffix)).string();
+    return (std::filesystem::temp_directory_path() / ("fuzz-book-" + std::to_string(getpid()) + suffix))
+        .string();
 }
 
 const std::string InputName = ScratchName("-in.cbk");
@@ -30,12 +31,13 @@ bool SameEntries(const nvoChess::clsBook& left, const nvoChess::clsBook& right) 
     for (int i = 0; i < left.Count; ++i) {
         const nvoChess::clsBookEntry* a = left.At(i);
         const nvoChess::clsBookEntry* b = right.At(i);
-        if (a->Key != b->Key || a->Wins != b->Wins || a->Losses != b->Losses || a->Draws != b->Draws) return false;
+        if (a->Key != b->Key || a->Wins != b->Wins || a->Losses != b->Losses || a->Draws != b->Draws)
+            return false;
     }
     return true;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const bool cleanupRegistered = std::atexit(RemoveScratchFiles) == 0;
@@ -50,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const nuvobase::clsString savedPath(SavedName.c_str());
     nvoChess::clsBook book;
     book.Load(inputPath, 0);
-    book.Append(inputPath, int(size % 4));  // once more, filtered by a limit
+    book.Append(inputPath, int(size % 4)); // once more, filtered by a limit
 
     nvoChess::clsBook again;
     if (!book.Save(savedPath, 0) || !again.Load(savedPath, 0) || !SameEntries(book, again)) std::abort();

@@ -16,7 +16,7 @@ namespace {
 
 const Model SmallModel = {{5, {1, 2, 3}}, {0x123456789ULL, {200, 0, 7}}, {0xF000000000000000ULL, {0, 0, 1}}};
 
-}  // namespace
+} // namespace
 
 using BookFile = BookFiles;
 
@@ -28,7 +28,7 @@ TEST_F(BookFile, SavedBookLoadsEqual) {
     ASSERT_TRUE(book.Save(PathTo("a.cbk"), 0));
 
     clsBook loaded;
-    Fill(loaded, SmallModel);  // Load replaces what was there
+    Fill(loaded, SmallModel); // Load replaces what was there
     EXPECT_TRUE(loaded.Load(PathTo("a.cbk"), 0));
     EXPECT_EQ(Contents(loaded), Contents(model));
 
@@ -64,11 +64,11 @@ TEST_F(BookFile, LayoutOfHeaderEntriesAndTrailer) {
     book.Add(new clsBookEntry(0x0102030405060708ULL, 127, 128, 4294967295u));
     ASSERT_TRUE(book.Save(PathTo("book.cbk"), 0));
     Bytes expected = FileBuilder().Header(1, 2).Data;
-    expected.insert(expected.end(), {0x7F, 0x80, 0x01, 0xFF, 0xFF, 0xFF, 0xFF, 0x0F,  //
-                                     0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01,  //
-                                     0xAC, 0x02, 0x00, 0x01,                          //
-                                     0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x80,  //
-                                     '*', 'E', 'N', 'D', '*', 0});
+    expected.insert(expected.end(), {0x7F, 0x80, 0x01, 0xFF, 0xFF, 0xFF, 0xFF, 0x0F, //
+                                     0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01, //
+                                     0xAC, 0x02, 0x00, 0x01,                         //
+                                     0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x80, //
+                                     '*',  'E',  'N',  'D',  '*',  0});
     EXPECT_EQ(ReadBytes("book.cbk"), expected);
 
     EXPECT_TRUE(loaded.Load(PathTo("book.cbk"), 0));
@@ -79,7 +79,7 @@ TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
     FileBuilder file;
     file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word32(1).Word32(1);
     for (int i = 0; i < 31; ++i) file.Number(i * 1000);
-    file.Raw({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F});  // beyond 64 bits
+    file.Raw({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}); // beyond 64 bits
     file.Raw({0x85, 0x80, 0x80, 0x00, 0x02, 0x03}).Word64(42).Trailer();
     WriteBytes("odd.cbk", file.Data);
 
@@ -102,7 +102,8 @@ TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
     WriteBytes("cutreserved.cbk", cutInReserved);
     WriteBytes("empty.cbk", {});
 
-    for (const char* name : {"version2.cbk", "magic.cbk", "cutheader.cbk", "cutreserved.cbk", "empty.cbk", "absent.cbk"}) {
+    for (const char* name :
+         {"version2.cbk", "magic.cbk", "cutheader.cbk", "cutreserved.cbk", "empty.cbk", "absent.cbk"}) {
         SCOPED_TRACE(name);
         clsBook book;
         Fill(book, SmallModel);
@@ -112,14 +113,17 @@ TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
         EXPECT_EQ(Contents(book), Contents(SmallModel));
     }
     clsBook book;
-    EXPECT_FALSE(book.Load(PathTo("."), 0));  // a folder
+    EXPECT_FALSE(book.Load(PathTo("."), 0)); // a folder
 }
 
 // Every possible cut of a file: a cut in the header leaves the book as it was,
 // a later one keeps exactly the entries that are complete.
 TEST_F(BookFile, CutFileKeepsTheCompleteEntries) {
-    const Model model = {{1, {0, 0, 0}},          {2, {127, 128, 300}},        {3, {4294967295u, 1, 16384}},
-                         {4, {70000, 2, 2097152}}, {0x8000000000000000ULL, {9, 9, 9}}};
+    const Model model = {{1, {0, 0, 0}},
+                         {2, {127, 128, 300}},
+                         {3, {4294967295u, 1, 16384}},
+                         {4, {70000, 2, 2097152}},
+                         {0x8000000000000000ULL, {9, 9, 9}}};
     FileBuilder file;
     file.Header(1, uint32_t(model.size()));
     std::vector<size_t> entryEnds;
@@ -141,7 +145,8 @@ TEST_F(BookFile, CutFileKeepsTheCompleteEntries) {
             EXPECT_EQ(Contents(book), Contents(SmallModel));
             continue;
         }
-        const auto complete = std::count_if(entryEnds.begin(), entryEnds.end(), [&](size_t end) { return end <= length; });
+        const auto complete =
+            std::count_if(entryEnds.begin(), entryEnds.end(), [&](size_t end) { return end <= length; });
         EXPECT_EQ(Contents(book), decltype(all)(all.begin(), all.begin() + complete));
     }
     WriteBytes("whole.cbk", file.Data);
@@ -153,7 +158,8 @@ TEST_F(BookFile, CutFileKeepsTheCompleteEntries) {
 TEST_F(BookFile, HeaderCountThatDoesNotFitTheFile) {
     // A hostile count allocates nothing up front; the trailer is then read as
     // a cut entry.
-    WriteBytes("huge.cbk", FileBuilder().Header(1, 0xFFFFFFFFu).Entry(7, 1, 0, 0).Entry(8, 0, 1, 0).Trailer().Data);
+    WriteBytes("huge.cbk",
+               FileBuilder().Header(1, 0xFFFFFFFFu).Entry(7, 1, 0, 0).Entry(8, 0, 1, 0).Trailer().Data);
     clsBook book;
     EXPECT_FALSE(book.Load(PathTo("huge.cbk"), 0));
     EXPECT_EQ(Contents(book), Contents(Model{{7, {1, 0, 0}}, {8, {0, 1, 0}}}));

@@ -70,7 +70,9 @@ FileBuilder& FileBuilder::Entry(uint64_t key, uint32_t wins, uint32_t losses, ui
     return Number(wins).Number(losses).Number(draws).Word64(key);
 }
 
-FileBuilder& FileBuilder::Trailer() { return Raw({'*', 'E', 'N', 'D', '*', 0}); }
+FileBuilder& FileBuilder::Trailer() {
+    return Raw({'*', 'E', 'N', 'D', '*', 0});
+}
 
 void BookFiles::SetUp() {
     std::string pattern = (std::filesystem::temp_directory_path() / "booktest-XXXXXX").string();
@@ -78,7 +80,9 @@ void BookFiles::SetUp() {
     Folder = pattern;
 }
 
-void BookFiles::TearDown() { std::filesystem::remove_all(Folder); }
+void BookFiles::TearDown() {
+    std::filesystem::remove_all(Folder);
+}
 
 nuvobase::clsString BookFiles::PathTo(const std::string& name) const {
     return nuvobase::clsString((Folder / name).c_str());
@@ -96,9 +100,10 @@ void BookFiles::WriteBytes(const std::string& name, const Bytes& bytes) const {
 
 std::vector<std::string> BookFiles::FolderListing() const {
     std::vector<std::string> names;
-    for (const auto& item : std::filesystem::directory_iterator(Folder)) names.push_back(item.path().filename());
+    for (const auto& item : std::filesystem::directory_iterator(Folder))
+        names.push_back(item.path().filename());
     std::sort(names.begin(), names.end());
     return names;
 }
 
-}  // namespace booktest
+} // namespace booktest

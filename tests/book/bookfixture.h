@@ -55,4 +55,4 @@ protected:
     std::filesystem::path Folder;
 };
 
-}  // namespace booktest
+} // namespace booktest

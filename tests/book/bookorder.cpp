@@ -23,11 +23,13 @@ void AddToModel(Model& model, uint64_t key, Counters counters) {
     draws += std::get<2>(counters);
 }
 
-}  // namespace
+} // namespace
 
 TEST(BookOrder, KeysCompareAsUnsigned) {
-    const std::vector<uint64_t> sorted = {0, 1, 0x7FFFFFFFFFFFFFFFULL, 0x8000000000000000ULL, 0xFFFFFFFFFFFFFFFFULL};
-    std::vector<uint64_t> shuffled = {0x8000000000000000ULL, 1, 0xFFFFFFFFFFFFFFFFULL, 0, 0x7FFFFFFFFFFFFFFFULL};
+    const std::vector<uint64_t> sorted = {0, 1, 0x7FFFFFFFFFFFFFFFULL, 0x8000000000000000ULL,
+                                          0xFFFFFFFFFFFFFFFFULL};
+    std::vector<uint64_t> shuffled = {0x8000000000000000ULL, 1, 0xFFFFFFFFFFFFFFFFULL, 0,
+                                      0x7FFFFFFFFFFFFFFFULL};
     clsBook book;
     for (uint64_t key : shuffled) book.Add(new clsBookEntry(key, 1, 0, 0));
     std::vector<uint64_t> keys;
@@ -59,11 +61,12 @@ TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
         Model model;
         for (int i = 0; i < 4 * size; ++i) {
             const uint64_t key = keys[random() % keys.size()];
-            const Counters counters = {uint32_t(random() % 3), uint32_t(random() % 3), uint32_t(random() % 3)};
+            const Counters counters = {uint32_t(random() % 3), uint32_t(random() % 3),
+                                       uint32_t(random() % 3)};
             const int countBefore = book.Count;
             const bool known = model.count(key) > 0;
-            const int index = book.Add(new clsBookEntry(key, std::get<0>(counters), std::get<1>(counters),
-                                                        std::get<2>(counters)));
+            const int index = book.Add(
+                new clsBookEntry(key, std::get<0>(counters), std::get<1>(counters), std::get<2>(counters)));
             AddToModel(model, key, counters);
             EXPECT_EQ(book.Count, countBefore + (known ? 0 : 1));
             ASSERT_GE(index, 0);
@@ -86,7 +89,8 @@ TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
     std::mt19937_64 random(2);
     Model left = RandomModel(random, 500);
     Model right = RandomModel(random, 700);
-    for (int i = 0; i < 100; ++i) right[std::next(left.begin(), int(random() % left.size()))->first] = {1, 2, 3};
+    for (int i = 0; i < 100; ++i)
+        right[std::next(left.begin(), int(random() % left.size()))->first] = {1, 2, 3};
     Model both = left;
     for (const auto& [key, counters] : right) AddToModel(both, key, counters);
 
@@ -122,9 +126,11 @@ TEST(BookFind, FindsPresentKeysOnly) {
         ASSERT_NE(entry, nullptr);
         EXPECT_EQ(entry->Key, key);
         EXPECT_EQ(entry->Wins, std::get<0>(counters));
-        // Neighbouring keys are almost surely absent from a random book.
-        if (model.count(key + 1) == 0) EXPECT_EQ(book.Find(key + 1), nullptr);
-        if (model.count(key - 1) == 0) EXPECT_EQ(book.Find(key - 1), nullptr);
+        for (uint64_t neighbour : {key - 1, key + 1}) {
+            if (model.count(neighbour) == 0) {
+                EXPECT_EQ(book.Find(neighbour), nullptr);
+            }
+        }
     }
 }
 
@@ -139,15 +145,16 @@ TEST(BookEntryExt, MovesOrderByScore) {
         uint32_t Wins, Losses, Draws;
         int Score;
     };
-    const std::vector<Case> cases = {{1, 0, 1, 750}, {0, 0, 2, 500}, {2, 1, 0, 666}, {0, 3, 0, 0},
-                                     {5, 0, 0, 1000}, {Largest, 0, Largest, 750}, {0, 0, 0, 0}};
+    const std::vector<Case> cases = {{1, 0, 1, 750}, {0, 0, 2, 500},  {2, 1, 0, 666},
+                                     {0, 3, 0, 0},   {5, 0, 0, 1000}, {Largest, 0, Largest, 750},
+                                     {0, 0, 0, 0}};
     std::vector<clsBookEntryExt*> moves;
     for (const auto& item : cases) {
         const clsBookEntry entry(moves.size(), item.Wins, item.Losses, item.Draws);
         EXPECT_EQ(entry.Score(), item.Score);
         moves.push_back(new clsBookEntryExt(entry, nuvobase::clsString("e2e4")));
     }
-    EXPECT_TRUE(moves[0]->Equal(*moves[5]));  // same score, other key
+    EXPECT_TRUE(moves[0]->Equal(*moves[5])); // same score, other key
     EXPECT_TRUE(moves[0]->Greater(*moves[1]));
     EXPECT_FALSE(moves[3]->Greater(*moves[6]));
 
