@@ -151,7 +151,7 @@ FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& tempora
         char suffix[48];
         std::snprintf(suffix, sizeof suffix, ".%ld-%u.tmp", long(getpid()), serial++);
         temporary = file + suffix;
-        const int descriptor = open(PathOf(temporary), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        const int descriptor = open(temporary.Text(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (descriptor < 0) {
             if (errno == EEXIST) continue;
             return nullptr;
@@ -159,7 +159,7 @@ FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& tempora
         FILE* stream = fdopen(descriptor, "wb");
         if (stream == nullptr) {
             close(descriptor);
-            std::remove(PathOf(temporary));
+            std::remove(temporary.Text());
         }
         return stream;
     }
@@ -188,8 +188,8 @@ bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     writer.Bytes(Trailer, sizeof Trailer);
     bool written = writer.Flush() && std::fflush(stream) == 0 && fsync(fileno(stream)) == 0;
     written = std::fclose(stream) == 0 && written;
-    if (written && std::rename(PathOf(temporary), PathOf(file)) == 0) return true;
-    std::remove(PathOf(temporary));
+    if (written && std::rename(temporary.Text(), file.Text()) == 0) return true;
+    std::remove(temporary.Text());
     return false;
 }
 
@@ -204,7 +204,7 @@ bool clsBook::Append(const nuvobase::clsString& file, int limit) {
 // The header is checked whole before the book is touched. Its entry count
 // allocates nothing: entries are stored one by one as they are read.
 bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
-    clsBookReader reader(PathOf(file));
+    clsBookReader reader(file.Text());
     uint32_t count = 0;
     if (!reader.Header(count)) return false;
     if (replace) Clear(false);
