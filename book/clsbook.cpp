@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
 
 namespace nvoChess {
 
@@ -17,8 +17,6 @@ const unsigned char Magic[6] = {'N', 'V', 'O', 'B', 'K', 0};
 const unsigned char Trailer[6] = {'*', 'E', 'N', 'D', '*', 0};
 const uint32_t FormatVersion = 1;
 const int ReservedNumbers = 32;
-// Three one-byte counters and the key: no entry takes fewer bytes.
-const int64_t SmallestEntrySize = 3 + 8;
 const size_t BufferSize = 1 << 16;
 
 // Buffered writing of the format's numbers; remembers whether any write failed.
@@ -109,7 +107,7 @@ public:
         }
     }
     bool Entry(clsBookEntry& entry) {
-        uint64_t wins, losses, draws;
+        uint64_t wins = 0, losses = 0, draws = 0;
         bool complete = Number(wins) && Number(losses) && Number(draws) && Word64(entry.Key);
         entry.Wins = uint32_t(wins);
         entry.Losses = uint32_t(losses);
@@ -258,7 +256,8 @@ int clsBook::InsertPlace(const clsBookEntry& entry) const {
 
 std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
     auto merged = std::make_unique<clsBook>();
-    merged->Resize(Count + other.Count);
+    const int64_t both = int64_t(Count) + other.Count;
+    if (both <= INT32_MAX) merged->Resize(int(both));
     int left = 0;
     int right = 0;
     while (left < Count || right < other.Count) {
