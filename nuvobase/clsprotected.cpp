@@ -13,8 +13,8 @@ void clsProtectedStrings::Push(const clsString& text) {
 clsString clsProtectedStrings::Pop() {
     clsString line;
     if (Lock.Lock() != 0) return line;
-    if (Data && Data->Count() > 0) {
-        line = std::move(*Data->GetAt(0));
+    if (Data && Data->Count > 0) {
+        line = std::move(*Data->At(0));
         Data->Delete(0);
     }
     Lock.Unlock();
@@ -24,7 +24,7 @@ clsString clsProtectedStrings::Pop() {
 int clsProtectedStrings::Count() {
     int count = 0;
     if (Lock.Lock() != 0) return count;
-    if (Data) count = Data->Count();
+    if (Data) count = Data->Count;
     Lock.Unlock();
     return count;
 }

@@ -26,10 +26,10 @@ clsTSafeOutput& clsTSafeOutput::WriteBytes(const char* text, int length, bool ne
         Put(text, length, newline);
         if (newline) std::fflush(Stream);
     } else {
-        if (Lines.Count() == 0)
+        if (Lines.Count == 0)
             Lines.Add(clsString().Assign(text, length));
         else
-            Lines.GetAt(Lines.Count() - 1)->Append(text, length);
+            Lines.At(Lines.Count - 1)->Append(text, length);
         // The next Write starts a new line.
         if (newline) Lines.Add(clsString());
     }
@@ -44,9 +44,9 @@ void clsTSafeOutput::Put(const char* text, int length, bool newline) {
 
 void clsTSafeOutput::Flush() {
     if (Lock.TryLock() != 0) return;
-    if (Lines.Count() > 0) {
-        for (int i = 0; i < Lines.Count(); ++i) {
-            const clsString* line = Lines.GetAt(i);
+    if (Lines.Count > 0) {
+        for (int i = 0; i < Lines.Count; ++i) {
+            const clsString* line = Lines.At(i);
             if (!line->IsEmpty()) Put(line->Text(), line->Size(), true);
         }
         std::fflush(Stream);
