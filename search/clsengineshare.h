@@ -31,19 +31,23 @@ constexpr uint32_t TTGameHistory = 0x28;  // the whole flags word of a played po
 constexpr int32_t TTTakenDepth = -1;      // depth of a slot just taken over
 constexpr int32_t TTGameDepth = 1000;     // depth of a played position
 
-// Probe when a node is entered: true if the slot's value may stand for the
-// node searched to the nominal depth. A matching key counts as a hit even when
-// its value is not usable; a slot of another key is taken over at once.
-inline bool ProbeTT(clsTT& slot, uint64_t key, int32_t depth, uint64_t& hits) {
-  if (slot.TTKey == key) {
-    ++hits;
-    return slot.TTDepth >= depth && (slot.TTFlags & (TTUsableOld | TTUsable));
-  }
+// What a probe found when a node was entered.
+enum class eProbe {
+  Miss,   // another key: the slot is taken over for this one
+  Hit,    // the key, but no value to use
+  Usable  // the key, with a value that stands for the node
+};
+
+// A value stands for the node if the slot was stored to at least the whole
+// nominal depth (not the depth left at the node).
+inline eProbe ProbeTT(clsTT& slot, uint64_t key, int32_t depth) {
+  if (slot.TTKey == key)
+    return slot.TTDepth >= depth && (slot.TTFlags & (TTUsableOld | TTUsable)) ? eProbe::Usable : eProbe::Hit;
   slot.TTKey = key;
   slot.TTSpare = 0;
   slot.TTDepth = TTTakenDepth;
   slot.TTValue = NoValue;
-  return false;
+  return eProbe::Miss;
 }
 
 // Store when a node's best value improves, with the depth left at the node.

@@ -75,10 +75,8 @@ TEST(EngineShare, AllocationFailureHalves) {
 }
 
 TEST(EngineShare, ProbeTakesOverAForeignSlot) {
-  uint64_t hits = 0;
   clsTT slot = Slot(1, 9, 300, TTUsable | TTOnPath);
-  EXPECT_FALSE(ProbeTT(slot, 2, 1, hits));
-  EXPECT_EQ(hits, 0u);
+  EXPECT_EQ(ProbeTT(slot, 2, 1), eProbe::Miss);
   EXPECT_EQ(slot.TTKey, 2u);
   EXPECT_EQ(slot.TTSpare, 0u);
   EXPECT_EQ(slot.TTDepth, -1);
@@ -87,21 +85,21 @@ TEST(EngineShare, ProbeTakesOverAForeignSlot) {
 }
 
 TEST(EngineShare, ProbeUsesOnlyDeepEnoughStoredValues) {
-  uint64_t hits = 0;
   clsTT stored = Slot(5, 4, 120, TTUsable);
-  EXPECT_TRUE(ProbeTT(stored, 5, 4, hits));
-  EXPECT_TRUE(ProbeTT(stored, 5, 3, hits));
-  EXPECT_FALSE(ProbeTT(stored, 5, 6, hits));  // a hit, but too shallow
-  EXPECT_EQ(hits, 3u);
+  EXPECT_EQ(ProbeTT(stored, 5, 4), eProbe::Usable);
+  EXPECT_EQ(ProbeTT(stored, 5, 3), eProbe::Usable);
+  EXPECT_EQ(ProbeTT(stored, 5, 6), eProbe::Hit);  // too shallow
   EXPECT_EQ(stored.TTValue, 120);
+  EXPECT_EQ(stored.TTSpare, 77u);
 
   clsTT old = Slot(5, 4, 120, TTUsableOld);
-  EXPECT_TRUE(ProbeTT(old, 5, 2, hits));
+  EXPECT_EQ(ProbeTT(old, 5, 2), eProbe::Usable);
+  clsTT unflagged = Slot(5, 4, 120, TTOnPath);
+  EXPECT_EQ(ProbeTT(unflagged, 5, 2), eProbe::Hit);
 
   // A played position counts as a hit and never gives its value.
   clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
-  EXPECT_FALSE(ProbeTT(game, 5, 2, hits));
-  EXPECT_EQ(hits, 5u);
+  EXPECT_EQ(ProbeTT(game, 5, 2), eProbe::Hit);
   EXPECT_EQ(game.TTFlags, TTGameHistory);
 }
 
@@ -123,8 +121,7 @@ TEST(EngineShare, StoreRules) {
   // A slot taken over after an earlier store keeps its flags and depth -1,
   // which is never above what is left: it can't be stored to.
   clsTT taken = Slot(5, 3, 10, TTUsable);
-  uint64_t hits = 0;
-  ProbeTT(taken, 6, 3, hits);
+  ASSERT_EQ(ProbeTT(taken, 6, 3), eProbe::Miss);
   StoreTT(taken, 44, 0);
   EXPECT_EQ(taken.TTValue, -15000);
   EXPECT_EQ(taken.TTDepth, -1);
