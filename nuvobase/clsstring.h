@@ -139,8 +139,9 @@ public:
   int64_t ToSigned() const;
   // "mm:ss" gives ss + 60*mm; text without a colon gives its number times 60.
   int64_t ToSeconds() const;
-  // Reads a cell reference such as "$B$12": column 1-based from the letters (base 26 from 'A'), row from the
-  // digits, negated by '-'. '$' is skipped.
+  // Reads a cell reference such as "$B$12": column 1-based from the letters as spreadsheets count them
+  // (A 1, Z 26, AA 27; 0 without letters), row from the digits, negated by '-'. '$' is skipped; any other
+  // character ends the reference.
   void ParseCell(int& column, int& row) const;
 
   // --- comparison and search (ASCII case ignored) -----------------------------------------------------------
@@ -157,6 +158,8 @@ public:
   int Compare(const clsString& text, int flags = CompareEqual) const;
   // Index of c at or after from, else -1 (also for a from out of range).
   int Find(char c, int from = 0) const;
+  // Index of the last c, else -1.
+  int FindLast(char c) const;
   // Index of text at or after from, ignoring ASCII case and skipping spans enclosed in quote1 or quote2
   // (0 for none). -1 when absent.
   int FindOutsideQuotes(const char* text, int from = 0, char quote1 = 0, char quote2 = 0) const;
@@ -232,7 +235,7 @@ public:
   // Writes the text ("wb" with overwrite, else "ab+"). True when everything was written.
   virtual bool SaveToFile(const char* file, bool overwrite = true) const;
   // Reads a counted text: a base-128 length, then that many bytes. A length above MaxCountedLength throws
-  // "clsString: length overflow!"; a failing read leaves the string empty and returns false.
+  // std::runtime_error("clsString: length overflow!"); a failing read leaves the string empty and returns false.
   bool ReadCounted(FILE* stream);
 
 protected:
@@ -243,6 +246,8 @@ protected:
 private:
   int32_t Allocated = 0;  // bytes really allocated (at least Capacity + 2), grown in steps for appends
 
+  // True when pointer lies inside this string's buffer (a source that a reallocation would free).
+  bool Owns(const void* pointer) const;
   // Makes room for capacity bytes (a string of n characters asks for n+1). keep preserves the content,
   // zero clears the bytes gained. False, with the buffer released, when the size does not fit.
   bool Grow(int64_t capacity, bool keep = true, bool zero = false);
