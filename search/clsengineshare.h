@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "chess/clssimplenode.h"
+
 namespace nvoChess {
 
 // One slot of the table: 32 bytes, two to a cache line. Left uninitialised
@@ -16,12 +18,6 @@ struct clsTT {
   uint32_t TTFlags;
 };
 static_assert(sizeof(clsTT) == 32);
-
-// Values of the search, 105 to a pawn, from the view of the side to move.
-constexpr int32_t NoValue = -15000;     // no value yet
-constexpr int32_t MatedValue = -10000;  // the side to move is mated
-constexpr int32_t DrawValue = -52;      // stalemate, bare kings, a played position
-constexpr int32_t WonThreshold = 5000;  // a forced result from here on
 
 // Values and flags of a slot.
 constexpr uint32_t TTUsableOld = 0x01;    // value usable at a probe; nothing sets it
