@@ -1,0 +1,314 @@
+// The Vesko core driven directly through its block.
+#include "vesko/veskoblock.h"
+#include "vesko/veskomoves.h"
+#include "vesko/veskosearch.h"
+#include "vesko/veskotext.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace nvoChess;
+
+namespace {
+
+// A zeroed, aligned block and the commands on it.
+class TestBlock {
+public:
+    TestBlock() {
+        std::size_t space = sizeof(VeskoBlock) + 512;
+        void* aligned = Raw.get();
+        Block = ::new (std::align(alignof(VeskoBlock), sizeof(VeskoBlock), aligned, space)) VeskoBlock;
+    }
+
+    void Run(uint64_t command) {
+        VeskoShared(Block->Command).store(command);
+        VeskoExecute(Block);
+    }
+
+    void SetFen(const std::string& fen) {
+        std::strncpy(Block->Text, fen.c_str(), sizeof Block->Text - 1);
+        Run(VeskoCommandSetPosition);
+    }
+
+    std::string Fen() {
+        Run(VeskoCommandGetPosition);
+        return Block->Text;
+    }
+
+    void Count(int64_t depth) {
+        Block->Depth = depth;
+        Run(VeskoCommandCount);
+    }
+
+    void Search(int64_t maxDepth) {
+        Block->MaxDepth = maxDepth;
+        Block->BestMove = 0;
+        Run(VeskoCommandSearch);
+    }
+
+    std::string BestMove() const {
+        char text[9] = {};
+        std::memcpy(text, &Block->BestMove, 8);
+        return text;
+    }
+
+    bool MakeMove(const char* text) {
+        std::memset(Block->MoveText, 0, sizeof Block->MoveText);
+        std::memcpy(Block->MoveText, text, std::min(std::strlen(text), sizeof Block->MoveText));
+        Run(VeskoCommandMakeMove);
+        return Block->Error == 0;
+    }
+
+    VeskoNode* Root() { return &Block->NodeStack[VeskoRootIndex]; }
+
+    // The first move of the root list with the squares of `text`.
+    VeskoMove* RootMove(const char* text) {
+        for (VeskoMove* move = Root()->FirstMove; move != Root()[1].FirstMove; ++move)
+            if (move->From == VeskoTextToSquare(text) && move->To == VeskoTextToSquare(text + 2)) return move;
+        return nullptr;
+    }
+
+    VeskoBlock* Block;
+
+private:
+    std::unique_ptr<void, decltype(&std::free)> Raw{std::calloc(1, sizeof(VeskoBlock) + 512), &std::free};
+};
+
+struct PerftLine {
+    int Depth;
+    uint64_t Count;
+};
+
+// The reference table, by FEN.
+std::map<std::string, std::vector<PerftLine>> ReadPerftTable() {
+    std::map<std::string, std::vector<PerftLine>> table;
+    std::ifstream file(CORVANE_TEST_DATA "/vesko_perft.txt");
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        const auto first = line.find(';');
+        const auto second = line.find(';', first + 1);
+        table[line.substr(0, first)].push_back(
+            {std::stoi(line.substr(first + 1, second - first - 1)), std::stoull(line.substr(second + 1))});
+    }
+    return table;
+}
+
+} // namespace
+
+TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
+    TestBlock engine;
+    const auto table = ReadPerftTable();
+    ASSERT_GE(table.size(), 15u);
+    for (const auto& [fen, lines] : table) {
+        int depth = 0;
+        for (const PerftLine& line : lines) depth = std::max(depth, line.Depth);
+        engine.SetFen(fen);
+        engine.Count(depth);
+        for (const PerftLine& line : lines)
+            EXPECT_EQ(engine.Block->PlyCounts[line.Depth - 1], line.Count) << fen << " ply " << line.Depth;
+        EXPECT_EQ(engine.Block->PlyCounts[depth], 0u) << fen;
+        EXPECT_EQ(engine.Block->Nodes, 0u) << "a count evaluates nothing";
+    }
+}
+
+TEST(VeskoCore, CountDepthIsCutAt124) {
+    TestBlock engine;
+    engine.SetFen("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1"); // mated: the count ends at once
+    engine.Count(200);
+    EXPECT_EQ(engine.Block->Depth, 124);
+    EXPECT_EQ(engine.Block->PlyCounts[0], 0u);
+}
+
+TEST(VeskoCore, PositionTextRoundTrip) {
+    TestBlock engine;
+    engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
+    engine.SetFen("r3k2r/8/8/3pP3/8/8/8/R3K2R w Kq d6 0 12");
+    EXPECT_EQ(engine.Fen(), "r3k2r/8/8/3pP3/8/8/8/R3K2R w - d6");
+    // Unknown letters take a square; a text that stops early keeps what it has.
+    engine.SetFen("rnbqkbnr/ppxppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b");
+    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pp1ppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b - -");
+    engine.SetFen("8/8/8/8/8/8/8/K6k");
+    EXPECT_EQ(engine.Fen(), "8/8/8/8/8/8/8/K6k w - -");
+    engine.SetFen("");
+    EXPECT_EQ(engine.Fen(), "8/8/8/8/8/8/8/8 w - -");
+}
+
+TEST(VeskoCore, ReadsAFullUnterminatedTextField) {
+    TestBlock engine;
+    std::memset(engine.Block->Text, 'Q', sizeof engine.Block->Text);
+    engine.Run(VeskoCommandSetPosition);
+    EXPECT_EQ(engine.Fen(), "QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ w - -");
+    engine.Count(2);
+    EXPECT_EQ(engine.Block->PlyCounts[0], 0u); // white has no free square, black no men
+}
+
+// Leaf values worked out by hand from the weights. White: Kh1 Rb6 pawns a2 c2 d2 h3 g6;
+// black: Kh8 Na5 Bc5. White has 23 pseudo-legal moves (Kg1 is left to the legality test:
+// stockfish counts 22 legal ones), and Rb6-b7 is played. The second case is its mirror
+// image with black to move.
+TEST(VeskoCore, EvaluationTermsAndWeights) {
+    struct Case {
+        const char* Fen;
+        const char* Move;
+        int64_t Value;
+    };
+    const Case cases[] = {
+        // Material 500 + 5 * 105 - 303 - 303 = 419; mobility 23 >> 1 = 11; rook on the
+        // seventh +20; pawn g6 on the sixth +10; pairs a2/d2 and h3/c2 (three bits apart
+        // across the edge of the rank) -30; black bishop in the centre -7; black knight
+        // on the rim +25.
+        {"7k/8/1R4P1/n1b5/8/7P/P1PP4/7K w - - 0 1", "b6b7", 419 + 11 + 20 + 10 - 30 - 7 + 25},
+        // The same for black, but only a7/d7 are three bits apart: -15.
+        {"7k/p1pp4/7p/8/N1B5/1r4p1/8/7K b - - 0 1", "b3b2", 419 + 11 + 20 + 10 - 15 - 7 + 25},
+    };
+    TestBlock engine;
+    for (const Case& test : cases) {
+        engine.SetFen(test.Fen);
+        engine.Count(1);
+        ASSERT_EQ(engine.Root()->MoveCount, 23u) << test.Fen;
+        ASSERT_EQ(engine.Block->PlyCounts[0], 22u) << test.Fen;
+        VeskoMove* played = engine.RootMove(test.Move);
+        ASSERT_NE(played, nullptr) << test.Fen;
+        VeskoMake(engine.Root(), played);
+        EXPECT_EQ(VeskoEvaluate(engine.Block->Weights, engine.Root()), test.Value) << test.Fen;
+    }
+}
+
+TEST(VeskoCore, MateInOneEndsTheDeepeningAtDepthTwo) {
+    TestBlock engine;
+    engine.SetFen("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1");
+    engine.Search(0);
+    EXPECT_EQ(engine.BestMove(), "a1a8");
+    EXPECT_GE(engine.Block->BestScore, 10000);
+    EXPECT_EQ(engine.Block->Depth, 2);
+    engine.SetFen("r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1");
+    engine.Search(0);
+    EXPECT_EQ(engine.BestMove(), "a8a1");
+    EXPECT_GE(engine.Block->BestScore, 10000);
+    EXPECT_EQ(engine.Block->Depth, 2);
+}
+
+TEST(VeskoCore, NoLegalMoveLeavesNoBestMove) {
+    TestBlock engine;
+    for (const char* fen : {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1"}) {
+        engine.SetFen(fen);
+        engine.Search(0);
+        EXPECT_EQ(engine.Block->BestMove, 0u) << fen;
+    }
+}
+
+TEST(VeskoCore, MaxDepthSixRunsTwoAndFourOnlyTwoBelowSix) {
+    TestBlock engine;
+    engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    engine.Search(2);
+    const uint64_t depthTwoNodes = engine.Block->Nodes;
+    for (int64_t maxDepth = 1; maxDepth <= 5; ++maxDepth) {
+        engine.Search(maxDepth);
+        EXPECT_EQ(engine.Block->Depth, 2) << maxDepth;
+        EXPECT_EQ(engine.Block->Nodes, depthTwoNodes) << maxDepth;
+        EXPECT_FALSE(engine.BestMove().empty());
+    }
+    engine.Search(6);
+    EXPECT_EQ(engine.Block->Depth, 4);
+    EXPECT_GT(engine.Block->Nodes, depthTwoNodes);
+    engine.Search(8);
+    EXPECT_EQ(engine.Block->Depth, 6);
+    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -") << "the search keeps the position";
+}
+
+TEST(VeskoCore, MakeMoveOfAMoveNotInTheListLeavesThePosition) {
+    TestBlock engine;
+    engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    const std::string before = engine.Fen();
+    for (const char* text : {"e2e5", "e1e2", "e7e5", "a1a1", "", "zz", "e2"}) {
+        EXPECT_FALSE(engine.MakeMove(text)) << text;
+        EXPECT_EQ(engine.Fen(), before) << text;
+    }
+    EXPECT_TRUE(engine.MakeMove("e2e4"));
+    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - e3");
+    EXPECT_TRUE(engine.MakeMove("g8f6"));
+    EXPECT_EQ(engine.Fen(), "rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w - -");
+}
+
+TEST(VeskoCore, MakeMoveLooksAtSquaresAndPromotionLetters) {
+    TestBlock engine;
+    // The bishop is pinned, but its move is in the list: make move ignores the mark.
+    engine.SetFen("4k3/4r3/8/8/8/8/4B3/4K3 w - - 0 1");
+    EXPECT_TRUE(engine.MakeMove("e2d3"));
+    EXPECT_EQ(engine.Fen(), "4k3/4r3/8/8/8/3B4/8/4K3 b - -");
+
+    const struct {
+        const char* Move;
+        const char* Rank8;
+    } promotions[] = {{"e7e8", "4Q3"},  {"e7e8q", "4Q3"}, {"e7e8r", "4R3"}, {"e7e8n", "4N3"},
+                      {"e7e8B", "4B3"}, {"e7e8=", "4Q3"}, {"e7e8k", "4Q3"}};
+    for (const auto& test : promotions) {
+        engine.SetFen("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
+        EXPECT_TRUE(engine.MakeMove(test.Move)) << test.Move;
+        EXPECT_EQ(engine.Fen(), std::string(test.Rank8) + "/8/8/8/8/8/k7/4K3 b - -") << test.Move;
+    }
+}
+
+TEST(VeskoCore, CastlingMovesTheRookAndRightsGoWithKingAndRook) {
+    TestBlock engine;
+    engine.SetFen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    EXPECT_TRUE(engine.MakeMove("e1g1"));
+    EXPECT_TRUE(engine.MakeMove("e8c8"));
+    EXPECT_EQ(engine.Fen(), "2kr3r/8/8/8/8/8/8/R4RK1 w - -");
+
+    engine.SetFen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    for (const char* move : {"e1f1", "a8a7", "f1e1", "a7a8"}) ASSERT_TRUE(engine.MakeMove(move)) << move;
+    EXPECT_FALSE(engine.MakeMove("e1g1"));
+    EXPECT_FALSE(engine.MakeMove("e1c1"));
+    EXPECT_TRUE(engine.MakeMove("a1b1"));
+    EXPECT_FALSE(engine.MakeMove("e8c8"));
+    EXPECT_TRUE(engine.MakeMove("e8g8"));
+}
+
+TEST(VeskoCore, DoublePawnStepAllowsEnPassantInTheNextSearch) {
+    TestBlock engine;
+    // Black's king is boxed in and the d-pawn blocked: after e2-e4 the only black move
+    // is d4xe3 en passant.
+    engine.SetFen("7k/7P/6K1/8/3p4/3P4/4P3/8 w - - 0 1");
+    ASSERT_TRUE(engine.MakeMove("e2e4"));
+    EXPECT_EQ(engine.Fen(), "7k/7P/6K1/8/3pP3/3P4/8/8 b - e3");
+    engine.Search(2);
+    EXPECT_EQ(engine.BestMove(), "d4e3");
+    ASSERT_TRUE(engine.MakeMove("d4e3"));
+    EXPECT_EQ(engine.Fen(), "7k/7P/6K1/8/8/3Pp3/8/8 w - -");
+}
+
+TEST(ThreadedVeskoCore, StopKeepsTheLastFullIteration) {
+    const char* middlegame = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
+    TestBlock engine;
+    engine.SetFen(middlegame);
+    std::thread search([&] { engine.Search(0); });
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (VeskoShared(engine.Block->Depth).load() < 4 && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    VeskoShared(engine.Block->Command).fetch_or(VeskoCommandStop);
+    search.join();
+    const int64_t stoppedIn = engine.Block->Depth;
+    const std::string kept = engine.BestMove();
+    ASSERT_GE(stoppedIn, 4);
+    ASSERT_FALSE(kept.empty());
+
+    // The search is deterministic: a limit that ends before the broken iteration gives
+    // the move of the last finished one.
+    TestBlock reference;
+    reference.SetFen(middlegame);
+    reference.Search(stoppedIn);
+    EXPECT_EQ(reference.Block->Depth, stoppedIn - 2);
+    EXPECT_EQ(reference.BestMove(), kept);
+}
