@@ -9,6 +9,7 @@
 #include "chess/clsmove.h"
 #include "chess/clssimplenode.h"
 #include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
 
 namespace nvoChess {
 
@@ -43,6 +44,7 @@ public:
     uint8_t StopFlag = 0;
     uint8_t PerftDivide = 0;
     nuvobase::clsString StartFen;
+    nuvobase::clsStrings EpdFields; // the operations of the last EPD line, key and value
     int32_t MoveNumber = 0;
     int32_t HalfMoveClock = 0;
     // Perft below the root may count without making every move; off, it walks every move as the root does.
@@ -96,6 +98,8 @@ protected:
     virtual void WriteLine(const nuvobase::clsString& line);
 
 private:
+    void ReadEpdOperations(const nuvobase::clsString& operations);
+
     // The walk's node is the current one; the fields of the generator work on it.
     void PrepareNode(clsSimpleNode& node);
     bool Emit(uint64_t to);

@@ -171,6 +171,7 @@ bool clsChessCore::SetPosition(const clsString& fen) {
         *counter = FieldNumber(field);
         position = next;
     }
+    ReadEpdOperations(position < 0 ? clsString() : text.From(position));
 
     Board.EnPassant = TextToSquare(enPassant.Text());
     Board.Occupied = Board.Mine | Board.Theirs;
@@ -183,6 +184,18 @@ bool clsChessCore::SetPosition(const clsString& fen) {
     ComputeMaterial();
     ResetNodes();
     return true;
+}
+
+// "bm Nf3; id \"x\";": each piece up to a ";", trimmed, is a key up to its first space and the value behind
+// it.
+void clsChessCore::ReadEpdOperations(const clsString& operations) {
+    EpdFields.Clear();
+    for (int position = 0; position >= 0;) {
+        clsString piece = operations.NextWord(';', position);
+        piece.Trim();
+        const clsString key = piece.BeforeChar(' ');
+        if (!key.IsEmpty()) EpdFields.SetValue(key, piece.AfterChar(' '), false);
+    }
 }
 
 clsString clsChessCore::GetPosition() const {
