@@ -127,11 +127,21 @@ int clsVariant::ReadFile(FILE* file, clsString& buffer) {
 
 // --- clsVariantString -------------------------------------------------------------------------------------------
 
+namespace {
+
+// Text order ignoring ASCII case. An empty text is the same with or without a buffer (clsString's Compare
+// would set a missing buffer apart), so the emptiness is settled first.
+int OrderOfTexts(const clsString& left, const clsString& right) {
+  if (left.IsEmpty() || right.IsEmpty()) return (left.IsEmpty() ? 0 : 1) - (right.IsEmpty() ? 0 : 1);
+  return left.Compare(right, clsString::CompareOrder);
+}
+
+}  // namespace
+
 int clsVariantString::Compare(const clsVariant& other) const {
   // Another text is compared in place; any other kind is turned into text first.
-  if (const auto* text = dynamic_cast<const clsVariantString*>(&other))
-    return Value.Compare(text->Value, clsString::CompareOrder);
-  return Value.Compare(other.GetString(), clsString::CompareOrder);
+  if (const auto* text = dynamic_cast<const clsVariantString*>(&other)) return OrderOfTexts(Value, text->Value);
+  return OrderOfTexts(Value, other.GetString());
 }
 
 clsDateTime clsVariantString::GetDateTime() const {

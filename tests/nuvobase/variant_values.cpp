@@ -145,6 +145,12 @@ TEST(Variant, Compare) {
   EXPECT_LT(clsVariantString("10").Compare(clsVariantInt(9)), 0);
   EXPECT_GT(clsVariantString("b").Compare(clsVariantString("A")), 0);
   EXPECT_LT(clsVariantString("ab").Compare(clsVariantString("ABC")), 0);
+  // An emptied text (buffer kept) equals one that never had a buffer.
+  clsVariantString emptied("x");
+  emptied.Value.SetLength(0);
+  EXPECT_EQ(emptied.Compare(clsVariantString()), 0);
+  EXPECT_EQ(clsVariantString().Compare(emptied), 0);
+  EXPECT_LT(emptied.Compare(clsVariantString("a")), 0);
 
   EXPECT_TRUE(clsVariantInt(5) == clsVariantDouble(5.0));
   EXPECT_TRUE(clsVariantInt(4) < clsVariantDouble(4.5));

@@ -1,0 +1,300 @@
+#include "book/clsbook.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+
+namespace nvoChess {
+
+namespace {
+
+const unsigned char Magic[6] = {'N', 'V', 'O', 'B', 'K', 0};
+const unsigned char Trailer[6] = {'*', 'E', 'N', 'D', '*', 0};
+const uint32_t FormatVersion = 1;
+const int ReservedNumbers = 32;
+const size_t BufferSize = 1 << 16;
+
+// Buffered writing of the format's numbers; remembers whether any write failed.
+class clsBookWriter {
+public:
+    explicit clsBookWriter(FILE* file) : File(file), Buffer(new unsigned char[BufferSize]) {}
+
+    void Bytes(const unsigned char* bytes, size_t count) {
+        for (size_t i = 0; i < count; ++i) Byte(bytes[i]);
+    }
+    void Word32(uint32_t value) { LittleEndian(value, 4); }
+    void Word64(uint64_t value) { LittleEndian(value, 8); }
+    // Base-128, least significant group first, the top bit set on all bytes but the last.
+    void Number(uint64_t value) {
+        while (value >= 0x80) {
+            Byte(uint8_t(value | 0x80));
+            value >>= 7;
+        }
+        Byte(uint8_t(value));
+    }
+    bool Flush() {
+        if (Used > 0 && std::fwrite(Buffer.get(), 1, Used, File) != Used) Failed = true;
+        Used = 0;
+        return !Failed;
+    }
+
+private:
+    void Byte(uint8_t value) {
+        if (Used == BufferSize) Flush();
+        Buffer[Used++] = value;
+    }
+    void LittleEndian(uint64_t value, int bytes) {
+        for (int i = 0; i < bytes; ++i, value >>= 8) Byte(uint8_t(value));
+    }
+
+    FILE* File;
+    std::unique_ptr<unsigned char[]> Buffer;
+    size_t Used = 0;
+    bool Failed = false;
+};
+
+// Buffered reading of the format's numbers. Every read says whether the file
+// held all of it; it never reads past the end.
+class clsBookReader {
+public:
+    explicit clsBookReader(const char* path)
+        : File(std::fopen(path, "rb")), Buffer(new unsigned char[BufferSize]) {}
+    ~clsBookReader() {
+        if (File != nullptr) std::fclose(File);
+    }
+    clsBookReader(const clsBookReader&) = delete;
+    clsBookReader& operator=(const clsBookReader&) = delete;
+
+    // Magic, version and count, then the reserved numbers, which are dropped.
+    bool Header(uint32_t& count) {
+        uint32_t version = 0;
+        if (!Matches(Magic, sizeof Magic) || !Word32(version) || version != FormatVersion || !Word32(count))
+            return false;
+        for (int i = 0; i < ReservedNumbers; ++i) {
+            uint64_t reserved;
+            if (!Number(reserved)) return false;
+        }
+        return true;
+    }
+
+    bool Matches(const unsigned char* expected, size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            int byte = Byte();
+            if (byte != expected[i]) return false;
+        }
+        return true;
+    }
+    bool Word32(uint32_t& value) {
+        uint64_t wide = 0;
+        bool complete = LittleEndian(wide, 4);
+        value = uint32_t(wide);
+        return complete;
+    }
+    bool Word64(uint64_t& value) { return LittleEndian(value, 8); }
+    // Takes any number of bytes; groups beyond 64 bits are dropped.
+    bool Number(uint64_t& value) {
+        value = 0;
+        for (int shift = 0;; shift += 7) {
+            int byte = Byte();
+            if (byte < 0) return false;
+            if (shift < 64) value |= uint64_t(byte & 0x7F) << shift;
+            if ((byte & 0x80) == 0) return true;
+        }
+    }
+    bool Entry(clsBookEntry& entry) {
+        uint64_t wins = 0, losses = 0, draws = 0;
+        bool complete = Number(wins) && Number(losses) && Number(draws) && Word64(entry.Key);
+        entry.Wins = uint32_t(wins);
+        entry.Losses = uint32_t(losses);
+        entry.Draws = uint32_t(draws);
+        return complete;
+    }
+
+private:
+    int Byte() {
+        if (Next == Filled) {
+            if (File == nullptr) return -1;
+            Filled = std::fread(Buffer.get(), 1, BufferSize, File);
+            Next = 0;
+            if (Filled == 0) return -1;
+        }
+        return Buffer[Next++];
+    }
+    bool LittleEndian(uint64_t& value, int bytes) {
+        value = 0;
+        for (int i = 0; i < bytes; ++i) {
+            int byte = Byte();
+            if (byte < 0) return false;
+            value |= uint64_t(byte) << (8 * i);
+        }
+        return true;
+    }
+
+    FILE* File;
+    std::unique_ptr<unsigned char[]> Buffer;
+    size_t Next = 0;
+    size_t Filled = 0;
+};
+
+// A new file beside the target under a name of its own. O_EXCL refuses a name
+// that exists, such as one left by a process that died while saving.
+FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& temporary) {
+    static std::atomic<unsigned> serial{0};
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        char suffix[48];
+        std::snprintf(suffix, sizeof suffix, ".%ld-%u.tmp", long(getpid()), serial++);
+        temporary = file + suffix;
+        const int descriptor = open(temporary.Text(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor < 0) {
+            if (errno == EEXIST) continue;
+            return nullptr;
+        }
+        FILE* stream = fdopen(descriptor, "wb");
+        if (stream == nullptr) {
+            close(descriptor);
+            std::remove(temporary.Text());
+        }
+        return stream;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
+    nuvobase::clsString temporary;
+    FILE* stream = CreateBeside(file, temporary);
+    if (stream == nullptr) return false;
+    clsBookWriter writer(stream);
+    writer.Bytes(Magic, sizeof Magic);
+    writer.Word32(FormatVersion);
+    writer.Word32(uint32_t(CountReaching(limit)));
+    for (int i = 0; i < ReservedNumbers; ++i) writer.Number(0);
+    for (int i = 0; i < Count; ++i) {
+        const clsBookEntry& entry = *Items[i];
+        if (!entry.Reaches(limit)) continue;
+        writer.Number(entry.Wins);
+        writer.Number(entry.Losses);
+        writer.Number(entry.Draws);
+        writer.Word64(entry.Key);
+    }
+    writer.Bytes(Trailer, sizeof Trailer);
+    bool written = writer.Flush() && std::fflush(stream) == 0 && fsync(fileno(stream)) == 0;
+    written = std::fclose(stream) == 0 && written;
+    if (written && std::rename(temporary.Text(), file.Text()) == 0) return true;
+    std::remove(temporary.Text());
+    return false;
+}
+
+bool clsBook::Load(const nuvobase::clsString& file, int limit) {
+    return Read(file, limit, true);
+}
+
+bool clsBook::Append(const nuvobase::clsString& file, int limit) {
+    return Read(file, limit, false);
+}
+
+// The header is checked whole before the book is touched. Its entry count
+// allocates nothing: entries are stored one by one as they are read.
+bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
+    clsBookReader reader(file.Text());
+    uint32_t count = 0;
+    if (!reader.Header(count)) return false;
+    if (replace) Clear(false);
+    for (uint32_t i = 0; i < count; ++i) {
+        clsBookEntry read;
+        if (!reader.Entry(read)) return false;
+        if (!read.Reaches(limit)) continue;
+        auto* entry = new clsBookEntry(read);
+        if (clsPCollection::Add(entry) < 0) {
+            delete entry;
+            return false;
+        }
+    }
+    return reader.Matches(Trailer, sizeof Trailer);
+}
+
+int clsBook::Add(clsBookEntry* entry) {
+    if (entry == nullptr) return -1;
+    const int place = InsertPlace(*entry);
+    if (place < Count && Items[place]->Equal(*entry)) {
+        Items[place]->AddCounters(*entry);
+        delete entry;
+        return place;
+    }
+    if (clsPCollection::Add(entry) < 0) {
+        delete entry;
+        return -1;
+    }
+    std::rotate(Items + place, Items + Count - 1, Items + Count);
+    return place;
+}
+
+// Bisection down to a range of fewer than 9 entries, then a walk; an equal key
+// met on the way ends the search.
+int clsBook::InsertPlace(const clsBookEntry& entry) const {
+    int low = 0;
+    int high = Count;
+    while (high - low >= 9) {
+        const int middle = (high + low) / 2;
+        if (entry.Greater(*Items[middle])) {
+            low = middle;
+        } else if (entry.Equal(*Items[middle])) {
+            return middle;
+        } else {
+            high = middle;
+        }
+    }
+    while (low < high && entry.Greater(*Items[low])) ++low;
+    return low;
+}
+
+std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
+    auto merged = std::make_unique<clsBook>();
+    const int64_t both = int64_t(Count) + other.Count;
+    if (both <= INT32_MAX) merged->Resize(int(both));
+    int left = 0;
+    int right = 0;
+    while (left < Count || right < other.Count) {
+        const clsBookEntry* fromLeft = left < Count ? Items[left] : nullptr;
+        const clsBookEntry* fromRight = right < other.Count ? other.Items[right] : nullptr;
+        clsBookEntry* made;
+        if (fromRight == nullptr || (fromLeft != nullptr && fromRight->Greater(*fromLeft))) {
+            made = new clsBookEntry(*fromLeft);
+            ++left;
+        } else if (fromLeft == nullptr || fromLeft->Greater(*fromRight)) {
+            made = new clsBookEntry(*fromRight);
+            ++right;
+        } else {
+            made = new clsBookEntry(*fromLeft);
+            made->AddCounters(*fromRight);
+            ++left;
+            ++right;
+        }
+        if (merged->clsPCollection::Add(made) < 0) delete made;
+    }
+    return merged;
+}
+
+const clsBookEntry* clsBook::Find(uint64_t key) const {
+    const clsBookEntry probe(key, 0, 0, 0);
+    clsBookEntry* const* begin = Items;
+    clsBookEntry* const* end = Items + Count;
+    clsBookEntry* const* found =
+        std::lower_bound(begin, end, &probe, [](const clsBookEntry* left, const clsBookEntry* right) {
+            return CompareBookEntries(left, right) < 0;
+        });
+    return found != end && CompareBookEntries(*found, &probe) == 0 ? *found : nullptr;
+}
+
+int clsBook::CountReaching(int limit) const {
+    return int(std::count_if(Items, Items + Count,
+                             [limit](const clsBookEntry* entry) { return entry->Reaches(limit); }));
+}
+
+} // namespace nvoChess

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "book/clsbookentry.h"
+#include "nuvobase/clscollection.h"
+#include "nuvobase/clsstring.h"
+
+namespace nvoChess {
+
+// The opening book: positions with game statistics, held whole in memory as
+// entries sorted by key (unsigned), one entry per key, and stored in .cbk files.
+// It owns its entries.
+//
+// A .cbk file, all integers little-endian:
+//   "NVOBK" NUL | version u32 (1) | count u32 | 32 reserved base-128 numbers (written as 0)
+//   count x (wins, losses, draws as base-128 numbers | key u64) | "*END*" NUL
+// The limit of Save, Load and Append keeps the entries whose weight (half their
+// games) is at least the limit.
+class clsBook : public nuvobase::clsPCollection<clsBookEntry> {
+public:
+    clsBook() = default;
+    clsBook(const clsBook&) = delete;
+    clsBook& operator=(const clsBook&) = delete;
+    ~clsBook() override = default;
+
+    // Writes beside the file and renames over it, so that a good book is never
+    // replaced by a half-written one.
+    bool Save(const nuvobase::clsString& file, int limit) const;
+    // Empties the book, then reads the file as Append does. A file that is no
+    // book of this version leaves the book as it was.
+    bool Load(const nuvobase::clsString& file, int limit);
+    // Reads the file's entries behind the present ones, without sorting. A damaged
+    // or cut file gives false and keeps the entries read up to the damage.
+    bool Append(const nuvobase::clsString& file, int limit);
+
+    // Sorted insert that takes over the entry: on a key already present the
+    // counters are added to that entry and the new one is destroyed. Returns the
+    // index of the entry holding the counts, -1 if it could not be stored.
+    int Add(clsBookEntry* entry);
+    // Joins two sorted books into a new one, summing the counters of shared keys.
+    std::unique_ptr<clsBook> Merge(const clsBook& other) const;
+    // Binary search; null when the key is not in the book.
+    const clsBookEntry* Find(uint64_t key) const;
+
+private:
+    bool Read(const nuvobase::clsString& file, int limit, bool replace);
+    int InsertPlace(const clsBookEntry& entry) const;
+    int CountReaching(int limit) const;
+};
+
+} // namespace nvoChess

@@ -1,0 +1,307 @@
+// Text in and out: FEN and EPD, the engine's move texts, and SAN resolved by matching a wildcard pattern
+// against the long texts of the generated moves.
+#include <climits>
+#include <cstdlib>
+
+#include "chess/bits.h"
+#include "chess/clschesscore.h"
+#include "chess/coordinates.h"
+#include "chess/keys.h"
+
+namespace nvoChess {
+
+using nuvobase::clsString;
+
+namespace {
+
+constexpr char PieceLetters[] = "--PNBRQK";
+constexpr char PromotionLetters[] = "???nbrq?";
+// The letters of the castling rights, in the order a FEN writes them.
+constexpr struct {
+    uint64_t Bits;
+    char Letter;
+} RightLetters[4] = {
+    {WhiteKingSide, 'K'}, {WhiteQueenSide, 'Q'}, {BlackKingSide, 'k'}, {BlackQueenSide, 'q'}};
+constexpr const char* DefaultFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+// The piece word and whether the letter is white, for the letters of a placement; false for other characters.
+bool PieceOfLetter(char letter, int& piece, bool& white) {
+    static constexpr struct {
+        char Letter;
+        int Piece;
+    } letters[] = {{'k', PieceKing},   {'q', PieceQueen},  {'m', PieceQueen},  {'r', PieceRook},
+                   {'b', PieceBishop}, {'s', PieceBishop}, {'n', PieceKnight}, {'p', PiecePawn}};
+    white = letter >= 'A' && letter <= 'Z';
+    const char lower = white ? static_cast<char>(letter - 'A' + 'a') : letter;
+    for (const auto& entry : letters)
+        if (entry.Letter == lower) {
+            piece = entry.Piece;
+            return true;
+        }
+    return false;
+}
+
+// A number field: its leading digits, clamped to what a counter holds.
+int32_t FieldNumber(const clsString& field) {
+    const long value = std::strtol(field.Text(), nullptr, 10);
+    return value > INT_MAX ? INT_MAX : static_cast<int32_t>(value);
+}
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsFile(char c) {
+    return c >= 'a' && c <= 'h';
+}
+bool IsRank(char c) {
+    return c >= '1' && c <= '8';
+}
+bool IsCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+char At(const clsString& text, int index) {
+    return *text.At(index);
+}
+
+char LowerCase(char c) {
+    return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// A candidate long text fits the pattern if it agrees up to the pattern's length, "?" matching anything and
+// the promotion letter in either case.
+bool FitsPattern(const clsString& candidate, const clsString& pattern) {
+    bool promotion = false;
+    for (int i = 0; i < pattern.Size(); ++i) {
+        const char want = At(pattern, i), have = At(candidate, i);
+        const bool same = want == have || (promotion && LowerCase(want) == LowerCase(have));
+        if (want != '?' && !same) return false;
+        promotion = promotion || want == '=';
+    }
+    return true;
+}
+
+// The squares of a long text, and the promotion letter behind its "=".
+clsString CoordinatesOf(const clsString& candidate) {
+    clsString result;
+    const int equals = candidate.Find('=');
+    const int end = equals < 0 ? candidate.Size() : equals;
+    for (int i = 0; i < end; ++i) {
+        const char c = At(candidate, i);
+        if (IsFile(c) || IsRank(c)) result += c;
+    }
+    if (equals >= 0) result += candidate.From(equals + 1);
+    return result;
+}
+
+} // namespace
+
+clsString SanToPattern(const clsString& san) {
+    clsString s(san);
+    s.Trim().RemoveChar('+').RemoveChar('#');
+    if (s.IsEmpty()) return s;
+    if (s == "O-O") return clsString("Ke?-g?");
+    if (s == "O-O-O") return clsString("Ke?-c?");
+    if (At(s, 0) == 'O') return clsString();
+    const bool promotion = s.Find('=') >= 0;
+    if (s.Size() == 2 || promotion)
+        s.Insert(0, 'P');
+    else if (!IsCapital(At(s, 0)))
+        s.Insert(0, '?');
+    // The origin: "??" where SAN gives neither file nor rank, "?" for the one it leaves out.
+    if ((s.Size() == 3 && At(s, 1) != 'x') || (promotion && s.Size() <= 5)) {
+        s.Insert(1, "??");
+    } else if (At(s, 1) == 'x') {
+        s.Insert(1, "??");
+    } else {
+        if (!IsFile(At(s, 1))) s.Insert(1, '?');
+        if (At(s, 2) == 'x' || !IsRank(At(s, 2))) s.Insert(2, '?');
+    }
+    int target = 4;
+    if (s.Size() < 3 || (At(s, 3) != 'x' && At(s, 3) != '-')) {
+        s.Insert(3, '-');
+    } else if (At(s, 3) == 'x') {
+        if (!IsCapital(At(s, 4))) s.Insert(4, '?');
+        target = 5;
+    }
+    if (!IsFile(At(s, target))) s.Insert(target, '?');
+    if (!IsRank(At(s, target + 1))) s.Insert(target + 1, '?');
+    return s;
+}
+
+bool clsChessCore::SetPosition(const clsString& fen) {
+    Board = clsBoard();
+    StartFen = DefaultFen;
+    const clsString& text = fen.IsEmpty() ? StartFen : fen;
+
+    // The placement, from a8 down to h1; "/" takes back its own step, so only the squares count.
+    int i = 0;
+    for (uint64_t cursor = 1ULL << 63; cursor != 0; cursor >>= 1) {
+        const char c = At(text, i);
+        if (c == 0) break;
+        ++i;
+        if (c == ' ') break;
+        int piece;
+        bool white;
+        if (c == '/')
+            cursor <<= 1;
+        else if (c >= '2' && c <= '8')
+            cursor >>= c - '1';
+        else if (PieceOfLetter(c, piece, white)) {
+            Board.Word(piece) |= cursor;
+            (white ? Board.Mine : Board.Theirs) |= cursor;
+        }
+    }
+    if (At(text, i + 1) == 'b') {
+        std::swap(Board.Mine, Board.Theirs);
+        Board.SideToMove = 1;
+    }
+
+    int position = i + 3;
+    const clsString rights = text.NextWord(' ', position);
+    for (int k = 0; k < rights.Size(); ++k)
+        for (const auto& right : RightLetters)
+            if (At(rights, k) == right.Letter) Board.CastleRights |= right.Bits;
+    const clsString enPassant = text.NextWord(' ', position);
+    // The counters are optional: what is not a number begins the EPD operations.
+    for (int32_t* counter : {&HalfMoveClock, &MoveNumber}) {
+        int next = position;
+        const clsString field = text.NextWord(' ', next);
+        if (!IsDigit(At(field, 0))) break;
+        *counter = FieldNumber(field);
+        position = next;
+    }
+    ReadEpdOperations(position < 0 ? clsString() : text.From(position));
+
+    Board.EnPassant = TextToSquare(enPassant.Text());
+    Board.Occupied = Board.Mine | Board.Theirs;
+    ScratchHash(Board);
+    for (int colour = 0; colour < 2; ++colour) {
+        const uint64_t men = Board.MenOf(colour);
+        Board.PawnCount[colour] = CountBits(men & Board.Pawns);
+        Board.PieceCount[colour] = CountBits(men) - Board.PawnCount[colour];
+    }
+    ComputeMaterial();
+    ResetNodes();
+    return true;
+}
+
+// "bm Nf3; id \"x\";": each piece up to a ";", trimmed, is a key up to its first space and the value behind
+// it.
+void clsChessCore::ReadEpdOperations(const clsString& operations) {
+    EpdFields.Clear();
+    for (int position = 0; position >= 0;) {
+        clsString piece = operations.NextWord(';', position);
+        piece.Trim();
+        const clsString key = piece.BeforeChar(' ');
+        if (!key.IsEmpty()) EpdFields.SetValue(key, piece.AfterChar(' '), false);
+    }
+}
+
+clsString clsChessCore::GetPosition() const {
+    clsString fen;
+    const uint64_t black = Board.MenOf(1);
+    int empty = 0;
+    for (int sq = 63; sq >= 0; --sq) {
+        const uint64_t bit = 1ULL << sq;
+        if (!(bit & Board.Occupied)) {
+            ++empty;
+        } else {
+            if (empty) fen += static_cast<char>('0' + empty);
+            empty = 0;
+            char letter = '.';
+            for (const int piece : {PiecePawn, PieceKnight, PieceQueen, PieceBishop, PieceRook, PieceKing})
+                if (Board.Word(piece) & bit) {
+                    letter = PieceLetters[piece];
+                    break;
+                }
+            fen += bit & black ? static_cast<char>(letter | 0x20) : letter;
+        }
+        if (sq % 8 == 0) {
+            if (empty) fen += static_cast<char>('0' + empty);
+            empty = 0;
+            fen += sq == 0 ? ' ' : '/';
+        }
+    }
+    fen += Board.SideToMove == 0 ? "w " : "b ";
+    const int before = fen.Size();
+    for (const auto& right : RightLetters)
+        if ((Board.CastleRights & right.Bits) == right.Bits) fen += right.Letter;
+    if (fen.Size() == before) fen += '-';
+    fen += ' ';
+    fen += Board.EnPassant ? SquareToText(Board.EnPassant) : clsString("-");
+    return fen;
+}
+
+clsString clsChessCore::MoveText(const clsMove* move, bool longForm) const {
+    if (!move) return clsString("------");
+    clsString text;
+    if (longForm) text += PieceLetters[move->Piece()];
+    text += SquareToText(move->From);
+    if (longForm) {
+        text += move->Captured() ? 'x' : '-';
+        if (move->Captured()) text += PieceLetters[move->Captured()];
+    }
+    text += SquareToText(move->To);
+    if (move->Promotion()) {
+        text += '=';
+        text += PromotionLetters[move->Promotion()];
+    }
+    return text;
+}
+
+void clsChessCore::PrintMove(const clsMove* move) {
+    if (!move) {
+        WriteLine(clsString("???"));
+        return;
+    }
+    clsString line = MoveText(move, true);
+    line += " a(";
+    line += clsString().FromDouble(move->Score / 105.0, 2);
+    line += ") v(";
+    line += clsString().FromDouble(move->Value / 105.0, 2);
+    line += ")";
+    const struct {
+        uint32_t Flag;
+        const char* Mark;
+    } marks[4] = {{MoveIllegal, " *"}, {MoveLoses, " ?"}, {MoveWins, " #"}, {MoveRefuted, " \\"}};
+    for (const auto& mark : marks)
+        if (move->Flags & mark.Flag) line += mark.Mark;
+    WriteLine(line);
+}
+
+void clsChessCore::PrintMoves(bool) {
+    WriteLine(clsString("__moves__"));
+    for (const clsMove* move = Current->Moves; move != Current->End(); ++move) PrintMove(move);
+    WriteLine(clsString(" ^^^"));
+}
+
+clsString clsChessCore::MovesAsText() {
+    clsString text;
+    if (Current != Root) return text;
+    if (Root->Moves == Root->End()) Generate(-1);
+    for (const clsMove* move = Root->Moves; move != Root->End(); ++move) {
+        text += MoveText(move, true);
+        text += ' ';
+    }
+    return text;
+}
+
+clsString clsChessCore::SanToCoordinates(const clsString& san, bool generateFirst) {
+    if (generateFirst) Perft(1, false);
+    const clsString pattern = SanToPattern(san);
+    if (pattern.IsEmpty()) return pattern;
+    const clsString moves = MovesAsText();
+    for (int position = 0; position >= 0;) {
+        const clsString candidate = moves.NextWord(' ', position);
+        if (!candidate.IsEmpty() && FitsPattern(candidate, pattern)) return CoordinatesOf(candidate);
+    }
+    return clsString();
+}
+
+bool clsChessCore::MakeMoveText(const clsString& text) {
+    const clsCoordinateMove move = ParseCoordinateMove(text);
+    return MakeMove(move.From, move.To, move.Promotion);
+}
+
+} // namespace nvoChess

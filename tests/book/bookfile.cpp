@@ -1,0 +1,262 @@
+// Saving and loading .cbk files: the bytes written, and what a reader makes of
+// good, damaged, cut and foreign files.
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "bookfixture.h"
+
+using namespace booktest;
+using nvoChess::clsBook;
+using nvoChess::clsBookEntry;
+
+namespace {
+
+const Model SmallModel = {{5, {1, 2, 3}}, {0x123456789ULL, {200, 0, 7}}, {0xF000000000000000ULL, {0, 0, 1}}};
+
+} // namespace
+
+using BookFile = BookFiles;
+
+TEST_F(BookFile, SavedBookLoadsEqual) {
+    std::mt19937_64 random(6);
+    const Model model = RandomModel(random, 3000);
+    clsBook book;
+    Fill(book, model);
+    ASSERT_TRUE(book.Save(PathTo("a.cbk"), 0));
+
+    clsBook loaded;
+    Fill(loaded, SmallModel); // Load replaces what was there
+    EXPECT_TRUE(loaded.Load(PathTo("a.cbk"), 0));
+    EXPECT_EQ(Contents(loaded), Contents(model));
+
+    // Append puts the file's entries behind the present ones, in file order.
+    clsBook appended;
+    Fill(appended, SmallModel);
+    EXPECT_TRUE(appended.Append(PathTo("a.cbk"), 0));
+    auto expected = Contents(SmallModel);
+    const auto fromFile = Contents(model);
+    expected.insert(expected.end(), fromFile.begin(), fromFile.end());
+    EXPECT_EQ(Contents(appended), expected);
+
+    // Saving the loaded book again gives the same bytes.
+    ASSERT_TRUE(loaded.Save(PathTo("b.cbk"), 0));
+    EXPECT_EQ(ReadBytes("a.cbk"), ReadBytes("b.cbk"));
+}
+
+TEST_F(BookFile, LayoutOfHeaderEntriesAndTrailer) {
+    clsBook empty;
+    ASSERT_TRUE(empty.Save(PathTo("empty.cbk"), 0));
+    const Bytes emptyFile = FileBuilder().Header(1, 0).Trailer().Data;
+    EXPECT_EQ(emptyFile.size(), 52u);
+    EXPECT_EQ(ReadBytes("empty.cbk"), emptyFile);
+    clsBook loaded;
+    Fill(loaded, SmallModel);
+    EXPECT_TRUE(loaded.Load(PathTo("empty.cbk"), 0));
+    EXPECT_EQ(loaded.Count, 0);
+
+    // One, two and five bytes for the counters; keys little-endian, and in
+    // unsigned order, so the one with the top bit set comes last.
+    clsBook book;
+    book.Add(new clsBookEntry(0x8000000000000001ULL, 300, 0, 1));
+    book.Add(new clsBookEntry(0x0102030405060708ULL, 127, 128, 4294967295u));
+    ASSERT_TRUE(book.Save(PathTo("book.cbk"), 0));
+    Bytes expected = FileBuilder().Header(1, 2).Data;
+    expected.insert(expected.end(), {0x7F, 0x80, 0x01, 0xFF, 0xFF, 0xFF, 0xFF, 0x0F, //
+                                     0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01, //
+                                     0xAC, 0x02, 0x00, 0x01,                         //
+                                     0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x80, //
+                                     '*',  'E',  'N',  'D',  '*',  0});
+    EXPECT_EQ(ReadBytes("book.cbk"), expected);
+
+    EXPECT_TRUE(loaded.Load(PathTo("book.cbk"), 0));
+    EXPECT_EQ(Contents(loaded), Contents(book));
+}
+
+TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
+    FileBuilder file;
+    file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word32(1).Word32(1);
+    for (int i = 0; i < 31; ++i) file.Number(i * 1000);
+    file.Raw({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}); // beyond 64 bits
+    file.Raw({0x85, 0x80, 0x80, 0x00, 0x02, 0x03}).Word64(42).Trailer();
+    WriteBytes("odd.cbk", file.Data);
+
+    clsBook book;
+    EXPECT_TRUE(book.Load(PathTo("odd.cbk"), 0));
+    EXPECT_EQ(Contents(book), Contents(Model{{42, {5, 2, 3}}}));
+}
+
+TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
+    const Bytes good = FileBuilder().Header(1, 1).Entry(9, 1, 1, 1).Trailer().Data;
+    Bytes version2 = good;
+    version2[6] = 2;
+    Bytes badMagic = good;
+    badMagic[4] = 'X';
+    const Bytes cutHeader(good.begin(), good.begin() + 12);
+    const Bytes cutInReserved(good.begin(), good.begin() + 30);
+    WriteBytes("version2.cbk", version2);
+    WriteBytes("magic.cbk", badMagic);
+    WriteBytes("cutheader.cbk", cutHeader);
+    WriteBytes("cutreserved.cbk", cutInReserved);
+    WriteBytes("empty.cbk", {});
+
+    for (const char* name :
+         {"version2.cbk", "magic.cbk", "cutheader.cbk", "cutreserved.cbk", "empty.cbk", "absent.cbk"}) {
+        SCOPED_TRACE(name);
+        clsBook book;
+        Fill(book, SmallModel);
+        EXPECT_FALSE(book.Load(PathTo(name), 0));
+        EXPECT_EQ(Contents(book), Contents(SmallModel));
+        EXPECT_FALSE(book.Append(PathTo(name), 0));
+        EXPECT_EQ(Contents(book), Contents(SmallModel));
+    }
+    clsBook book;
+    EXPECT_FALSE(book.Load(PathTo("."), 0)); // a folder
+}
+
+// Every possible cut of a file: a cut in the header leaves the book as it was,
+// a later one keeps exactly the entries that are complete.
+TEST_F(BookFile, CutFileKeepsTheCompleteEntries) {
+    const Model model = {{1, {0, 0, 0}},
+                         {2, {127, 128, 300}},
+                         {3, {4294967295u, 1, 16384}},
+                         {4, {70000, 2, 2097152}},
+                         {0x8000000000000000ULL, {9, 9, 9}}};
+    FileBuilder file;
+    file.Header(1, uint32_t(model.size()));
+    std::vector<size_t> entryEnds;
+    for (const auto& [key, counters] : model) {
+        const auto& [wins, losses, draws] = counters;
+        file.Entry(key, wins, losses, draws);
+        entryEnds.push_back(file.Data.size());
+    }
+    file.Trailer();
+
+    const auto all = Contents(model);
+    for (size_t length = 0; length < file.Data.size(); ++length) {
+        SCOPED_TRACE(length);
+        WriteBytes("cut.cbk", Bytes(file.Data.begin(), file.Data.begin() + length));
+        clsBook book;
+        Fill(book, SmallModel);
+        EXPECT_FALSE(book.Load(PathTo("cut.cbk"), 0));
+        if (length < 46) {
+            EXPECT_EQ(Contents(book), Contents(SmallModel));
+            continue;
+        }
+        const auto complete =
+            std::count_if(entryEnds.begin(), entryEnds.end(), [&](size_t end) { return end <= length; });
+        EXPECT_EQ(Contents(book), decltype(all)(all.begin(), all.begin() + complete));
+    }
+    WriteBytes("whole.cbk", file.Data);
+    clsBook book;
+    EXPECT_TRUE(book.Load(PathTo("whole.cbk"), 0));
+    EXPECT_EQ(Contents(book), all);
+}
+
+TEST_F(BookFile, HeaderCountThatDoesNotFitTheFile) {
+    // A hostile count allocates nothing up front; the trailer is then read as
+    // a cut entry.
+    WriteBytes("huge.cbk",
+               FileBuilder().Header(1, 0xFFFFFFFFu).Entry(7, 1, 0, 0).Entry(8, 0, 1, 0).Trailer().Data);
+    clsBook book;
+    EXPECT_FALSE(book.Load(PathTo("huge.cbk"), 0));
+    EXPECT_EQ(Contents(book), Contents(Model{{7, {1, 0, 0}}, {8, {0, 1, 0}}}));
+    EXPECT_LT(book.Capacity, 100);
+
+    // Fewer announced than present: the next entry stands where the trailer should.
+    WriteBytes("short.cbk", FileBuilder().Header(1, 1).Entry(7, 1, 0, 0).Entry(8, 0, 1, 0).Trailer().Data);
+    EXPECT_FALSE(book.Load(PathTo("short.cbk"), 0));
+    EXPECT_EQ(Contents(book), Contents(Model{{7, {1, 0, 0}}}));
+
+    // Bytes behind the trailer are not looked at.
+    WriteBytes("tail.cbk", FileBuilder().Header(1, 1).Entry(7, 1, 0, 0).Trailer().Raw({1, 2, 3}).Data);
+    EXPECT_TRUE(book.Load(PathTo("tail.cbk"), 0));
+    EXPECT_EQ(book.Count, 1);
+}
+
+// The weight is half the games, truncated; limit 10 keeps the positions of 20
+// games or more.
+TEST_F(BookFile, LimitFiltersOnWeight) {
+    const Model model = {{1, {1, 0, 0}}, {2, {0, 1, 1}}, {3, {19, 0, 0}}, {4, {10, 5, 5}}, {5, {0, 21, 0}}};
+    clsBook book;
+    Fill(book, model);
+
+    auto keysOf = [](const clsBook& loaded) {
+        std::vector<uint64_t> keys;
+        for (const auto& entry : Contents(loaded)) keys.push_back(entry.first);
+        return keys;
+    };
+    const std::vector<std::pair<int, std::vector<uint64_t>>> cases = {
+        {-5, {1, 2, 3, 4, 5}}, {0, {1, 2, 3, 4, 5}}, {1, {2, 3, 4, 5}}, {10, {4, 5}}, {11, {}}};
+    for (const auto& [limit, keys] : cases) {
+        SCOPED_TRACE(limit);
+        ASSERT_TRUE(book.Save(PathTo("limited.cbk"), limit));
+        const Bytes saved = ReadBytes("limited.cbk");
+        ASSERT_GE(saved.size(), 14u);
+        EXPECT_EQ(saved[10] + (saved[11] << 8) + (saved[12] << 16) + (saved[13] << 24), int(keys.size()));
+        clsBook loaded;
+        EXPECT_TRUE(loaded.Load(PathTo("limited.cbk"), 0));
+        EXPECT_EQ(keysOf(loaded), keys);
+
+        ASSERT_TRUE(book.Save(PathTo("all.cbk"), 0));
+        EXPECT_TRUE(loaded.Load(PathTo("all.cbk"), limit));
+        EXPECT_EQ(keysOf(loaded), keys);
+    }
+    ASSERT_TRUE(book.Save(PathTo("none.cbk"), 11));
+    EXPECT_EQ(ReadBytes("none.cbk"), FileBuilder().Header(1, 0).Trailer().Data);
+}
+
+// Runs a save of a book of 30000 entries in a child process whose files may not
+// grow beyond 4096 bytes, and returns the child's wait status.
+static int SaveInLimitedChild(const clsBook& book, const nuvobase::clsString& file, bool survive) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit noCore = {0, 0};
+        const rlimit small = {4096, 4096};
+        setrlimit(RLIMIT_CORE, &noCore);
+        setrlimit(RLIMIT_FSIZE, &small);
+        if (survive) signal(SIGXFSZ, SIG_IGN);
+        _exit(book.Save(file, 0) ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST_F(BookFile, SaveNeverLeavesAHalfWrittenBook) {
+    clsBook good;
+    Fill(good, SmallModel);
+    ASSERT_TRUE(good.Save(PathTo("book.cbk"), 0));
+    const Bytes goodBytes = ReadBytes("book.cbk");
+
+    std::mt19937_64 random(7);
+    clsBook big;
+    Fill(big, RandomModel(random, 30000));
+
+    // Replacing the file leaves nothing else beside it.
+    ASSERT_TRUE(big.Save(PathTo("book.cbk"), 0));
+    EXPECT_EQ(FolderListing(), std::vector<std::string>{"book.cbk"});
+    ASSERT_TRUE(good.Save(PathTo("book.cbk"), 0));
+
+    // A write that fails: false, the old book in place, the scratch file gone.
+    const int failed = SaveInLimitedChild(big, PathTo("book.cbk"), true);
+    ASSERT_TRUE(WIFEXITED(failed));
+    EXPECT_EQ(WEXITSTATUS(failed), 1);
+    EXPECT_EQ(ReadBytes("book.cbk"), goodBytes);
+    EXPECT_EQ(FolderListing(), std::vector<std::string>{"book.cbk"});
+
+    // A process killed in the middle of the write: the old book stays whole.
+    const int killed = SaveInLimitedChild(big, PathTo("book.cbk"), false);
+    ASSERT_TRUE(WIFSIGNALED(killed));
+    EXPECT_EQ(WTERMSIG(killed), SIGXFSZ);
+    EXPECT_EQ(ReadBytes("book.cbk"), goodBytes);
+
+    // A folder in the way, or no folder to write into.
+    std::filesystem::create_directory(Folder / "folder.cbk");
+    std::filesystem::create_directory(Folder / "folder.cbk" / "inside");
+    EXPECT_FALSE(good.Save(PathTo("folder.cbk"), 0));
+    EXPECT_TRUE(std::filesystem::is_directory(Folder / "folder.cbk" / "inside"));
+    EXPECT_FALSE(good.Save(PathTo("missing/book.cbk"), 0));
+}

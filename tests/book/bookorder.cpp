@@ -1,0 +1,169 @@
+// The book in memory: sorted insert, merge, lookup, and the two orders of
+// entries (by key in a book, by score in a list of moves).
+
+#include <algorithm>
+#include <limits>
+
+#include "bookfixture.h"
+
+using namespace booktest;
+using nvoChess::clsBook;
+using nvoChess::clsBookEntry;
+using nvoChess::clsBookEntryExt;
+using nvoChess::CompareBookEntries;
+
+namespace {
+
+const uint32_t Largest = std::numeric_limits<uint32_t>::max();
+
+void AddToModel(Model& model, uint64_t key, Counters counters) {
+    auto& [wins, losses, draws] = model[key];
+    wins += std::get<0>(counters);
+    losses += std::get<1>(counters);
+    draws += std::get<2>(counters);
+}
+
+} // namespace
+
+TEST(BookOrder, KeysCompareAsUnsigned) {
+    const std::vector<uint64_t> sorted = {0, 1, 0x7FFFFFFFFFFFFFFFULL, 0x8000000000000000ULL,
+                                          0xFFFFFFFFFFFFFFFFULL};
+    std::vector<uint64_t> shuffled = {0x8000000000000000ULL, 1, 0xFFFFFFFFFFFFFFFFULL, 0,
+                                      0x7FFFFFFFFFFFFFFFULL};
+    clsBook book;
+    for (uint64_t key : shuffled) book.Add(new clsBookEntry(key, 1, 0, 0));
+    std::vector<uint64_t> keys;
+    for (const auto& entry : Contents(book)) keys.push_back(entry.first);
+    EXPECT_EQ(keys, sorted);
+    for (uint64_t key : sorted) {
+        ASSERT_NE(book.Find(key), nullptr);
+        EXPECT_EQ(book.Find(key)->Key, key);
+    }
+
+    const clsBookEntry low(1, 0, 0, 0), high(0x8000000000000000ULL, 0, 0, 0);
+    EXPECT_EQ(CompareBookEntries(&low, &high), -1);
+    EXPECT_EQ(CompareBookEntries(&high, &low), 1);
+    EXPECT_EQ(CompareBookEntries(&high, &high), 0);
+    EXPECT_EQ(CompareBookEntries(nullptr, &low), -1);
+    EXPECT_EQ(CompareBookEntries(&low, nullptr), 1);
+    EXPECT_EQ(CompareBookEntries(nullptr, nullptr), 0);
+}
+
+// Random inserts against a map, in books small enough for the linear walk and
+// large enough for the bisection, with many repeated keys.
+TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
+    std::mt19937_64 random(1);
+    for (int size : {1, 8, 9, 10, 40, 3000}) {
+        SCOPED_TRACE(size);
+        std::vector<uint64_t> keys(size);
+        for (auto& key : keys) key = random();
+        clsBook book;
+        Model model;
+        for (int i = 0; i < 4 * size; ++i) {
+            const uint64_t key = keys[random() % keys.size()];
+            const Counters counters = {uint32_t(random() % 3), uint32_t(random() % 3),
+                                       uint32_t(random() % 3)};
+            const int countBefore = book.Count;
+            const bool known = model.count(key) > 0;
+            const int index = book.Add(
+                new clsBookEntry(key, std::get<0>(counters), std::get<1>(counters), std::get<2>(counters)));
+            AddToModel(model, key, counters);
+            EXPECT_EQ(book.Count, countBefore + (known ? 0 : 1));
+            ASSERT_GE(index, 0);
+            EXPECT_EQ(book.At(index)->Key, key);
+        }
+        EXPECT_EQ(Contents(book), Contents(model));
+    }
+
+    // A sum beyond 32 bits stays at the largest counter.
+    clsBook book;
+    book.Add(new clsBookEntry(5, Largest - 1, 7, Largest));
+    book.Add(new clsBookEntry(5, 3, 1, 1));
+    EXPECT_EQ(Contents(book), Contents(Model{{5, {Largest, 8, Largest}}}));
+
+    EXPECT_EQ(book.Add(nullptr), -1);
+    EXPECT_EQ(book.Count, 1);
+}
+
+TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
+    std::mt19937_64 random(2);
+    Model left = RandomModel(random, 500);
+    Model right = RandomModel(random, 700);
+    for (int i = 0; i < 100; ++i)
+        right[std::next(left.begin(), int(random() % left.size()))->first] = {1, 2, 3};
+    Model both = left;
+    for (const auto& [key, counters] : right) AddToModel(both, key, counters);
+
+    clsBook leftBook, rightBook;
+    Fill(leftBook, left);
+    Fill(rightBook, right);
+    const auto merged = leftBook.Merge(rightBook);
+    ASSERT_NE(merged, nullptr);
+    EXPECT_EQ(Contents(*merged), Contents(both));
+    EXPECT_EQ(Contents(*rightBook.Merge(leftBook)), Contents(both));
+    EXPECT_EQ(Contents(leftBook), Contents(left));
+    EXPECT_EQ(Contents(rightBook), Contents(right));
+
+    // The merged book holds copies: it lives on after its sources.
+    const clsBookEntry* shared = merged->At(0);
+    EXPECT_NE(shared, leftBook.At(0));
+    EXPECT_NE(shared, rightBook.At(0));
+
+    clsBook empty, otherEmpty;
+    EXPECT_EQ(empty.Merge(otherEmpty)->Count, 0);
+    EXPECT_EQ(Contents(*empty.Merge(leftBook)), Contents(left));
+    EXPECT_EQ(Contents(*leftBook.Merge(empty)), Contents(left));
+}
+
+TEST(BookFind, FindsPresentKeysOnly) {
+    clsBook book;
+    EXPECT_EQ(book.Find(0), nullptr);
+    std::mt19937_64 random(3);
+    const Model model = RandomModel(random, 1000);
+    Fill(book, model);
+    for (const auto& [key, counters] : model) {
+        const clsBookEntry* entry = book.Find(key);
+        ASSERT_NE(entry, nullptr);
+        EXPECT_EQ(entry->Key, key);
+        EXPECT_EQ(entry->Wins, std::get<0>(counters));
+        for (uint64_t neighbour : {key - 1, key + 1}) {
+            if (model.count(neighbour) == 0) {
+                EXPECT_EQ(book.Find(neighbour), nullptr);
+            }
+        }
+    }
+}
+
+// Score (2 wins + draws) * 500 / games, truncated.
+TEST(BookEntryExt, MovesOrderByScore) {
+    const clsBookEntry oneGame(1, 0, 0, 1);
+    EXPECT_EQ(oneGame.Weight(), 0u);
+    EXPECT_TRUE(oneGame.Reaches(0));
+    EXPECT_FALSE(oneGame.Reaches(1));
+
+    struct Case {
+        uint32_t Wins, Losses, Draws;
+        int Score;
+    };
+    const std::vector<Case> cases = {{1, 0, 1, 750}, {0, 0, 2, 500},  {2, 1, 0, 666},
+                                     {0, 3, 0, 0},   {5, 0, 0, 1000}, {Largest, 0, Largest, 750},
+                                     {0, 0, 0, 0}};
+    std::vector<clsBookEntryExt*> moves;
+    for (const auto& item : cases) {
+        const clsBookEntry entry(moves.size(), item.Wins, item.Losses, item.Draws);
+        EXPECT_EQ(entry.Score(), item.Score);
+        moves.push_back(new clsBookEntryExt(entry, nuvobase::clsString("e2e4")));
+    }
+    EXPECT_TRUE(moves[0]->Equal(*moves[5])); // same score, other key
+    EXPECT_TRUE(moves[0]->Greater(*moves[1]));
+    EXPECT_FALSE(moves[3]->Greater(*moves[6]));
+
+    std::sort(moves.begin(), moves.end(), [](const clsBookEntryExt* left, const clsBookEntryExt* right) {
+        return CompareBookEntries(left, right) < 0;
+    });
+    std::vector<int> scores;
+    for (const auto* move : moves) scores.push_back(move->Score());
+    EXPECT_EQ(scores, (std::vector<int>{0, 0, 500, 666, 750, 750, 1000}));
+    EXPECT_TRUE(moves.back()->Move == "e2e4");
+    for (auto* move : moves) delete move;
+}

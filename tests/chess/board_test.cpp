@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include "chess/keys.h"
+#include "chesstest.h"
+
+using namespace nvoChess;
+using nvoChessTest::CoreAt;
+
+namespace {
+
+constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+// The position after the coordinate moves, from the start.
+std::unique_ptr<nvoChessTest::clsRecordingCore> AfterMoves(std::initializer_list<const char*> moves) {
+    auto core = CoreAt(Start);
+    for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(nuvobase::clsString(move))) << move;
+    return core;
+}
+
+} // namespace
+
+TEST(ChessBoard, StartPosition) {
+    const auto core = CoreAt("");
+    const clsBoard& b = core->Board;
+    EXPECT_EQ(b.Material, 0);
+    EXPECT_EQ(b.PieceCount[0], 8);
+    EXPECT_EQ(b.PieceCount[1], 8);
+    EXPECT_EQ(b.PawnCount[0], 8);
+    EXPECT_EQ(b.PawnCount[1], 8);
+    EXPECT_EQ(b.CastleRights, 0x8900000000000089ULL);
+    EXPECT_EQ(b.Occupied, 0xFFFF00000000FFFFULL);
+    EXPECT_EQ(b.Mine, 0xFFFFULL);
+    EXPECT_EQ(b.SideToMove, 0);
+    EXPECT_EQ(b.Kings, 0x0800000000000008ULL);
+    EXPECT_EQ(b.Word(PieceQueen), b.Queens);
+    EXPECT_EQ(b.Word(10), b.Occupied);
+}
+
+TEST(ChessBoard, CountsAndMaterial) {
+    const auto bare = CoreAt("8/8/8/8/8/8/8/K6k w - -");
+    EXPECT_EQ(bare->Board.PieceCount[0], 1);
+    EXPECT_EQ(bare->Board.PieceCount[1], 1);
+    EXPECT_EQ(bare->Board.PawnCount[0], 0);
+
+    // Queen and rook against two pawns and a knight: 940 + 500 - 2 * 105 - 303.
+    const auto white = CoreAt("4k3/pp6/n7/8/8/8/8/QR2K3 w - -");
+    EXPECT_EQ(white->Board.Material, 927);
+    const auto black = CoreAt("4k3/pp6/n7/8/8/8/8/QR2K3 b - -");
+    EXPECT_EQ(black->Board.Material, -927);
+    EXPECT_EQ(black->Board.PieceCount[1], 2);
+    EXPECT_EQ(black->Board.PawnCount[1], 2);
+}
+
+TEST(ChessKeys, BoardKey) {
+    EXPECT_EQ(BoardKey(CoreAt("")->Board), 0x9F1EB9923BA0402FULL);
+    const uint64_t start = BoardKey(CoreAt(Start)->Board);
+    EXPECT_NE(BoardKey(CoreAt("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1")->Board), start);
+    EXPECT_NE(BoardKey(CoreAt("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w Kkq - 0 1")->Board), start);
+    const uint64_t e4 = BoardKey(CoreAt("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1")->Board);
+    EXPECT_NE(BoardKey(CoreAt("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1")->Board), e4);
+
+    // The key belongs to the position, not to the way there.
+    const auto a = AfterMoves({"g1f3", "g8f6", "b1c3", "b8c6"});
+    const auto b = AfterMoves({"b1c3", "b8c6", "g1f3", "g8f6"});
+    EXPECT_EQ(BoardKey(a->Board), BoardKey(b->Board));
+    EXPECT_EQ(ScratchHash(a->Board), ScratchHash(b->Board));
+    const auto back = AfterMoves({"g1f3", "g8f6", "f3g1", "f6g8"});
+    EXPECT_EQ(BoardKey(back->Board), start);
+    EXPECT_EQ(SearchKey(back->Board), SearchKey(CoreAt(Start)->Board));
+}
+
+TEST(ChessKeys, ScratchHashIsPerPieceAndShared) {
+    // Two cores share the key tables.
+    const auto one = CoreAt(Start);
+    const auto two = CoreAt(Start);
+    EXPECT_EQ(one->Board.Hash, two->Board.Hash);
+    EXPECT_EQ(ScratchHash(one->Board), one->Board.Hash);
+    // Moving a knight away and back restores it; a different man on the same square changes it.
+    const auto knight = CoreAt("4k3/8/8/8/8/8/8/4K1N1 w - -");
+    const auto bishop = CoreAt("4k3/8/8/8/8/8/8/4K1B1 w - -");
+    EXPECT_NE(knight->Board.Hash, bishop->Board.Hash);
+    InitKeys();
+    EXPECT_EQ(ScratchHash(one->Board), two->Board.Hash);
+}

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "chesstest.h"
+
+using namespace nvoChess;
+using nuvobase::clsString;
+using nvoChessTest::CoreAt;
+using nvoChessTest::Square;
+
+TEST(ChessMake, GameMovesSetEnPassantAndSwap) {
+    const auto core = CoreAt("");
+    ASSERT_TRUE(core->MakeMoveText(clsString("e2e4")));
+    EXPECT_EQ(core->Board.EnPassant, Square("e3"));
+    EXPECT_EQ(core->Board.SideToMove, 1);
+    EXPECT_EQ(core->Board.Mine, 0xFFFF000000000000ULL);
+    EXPECT_EQ(core->Board.Theirs, 0xFFFFULL ^ Square("e2") ^ Square("e4"));
+    ASSERT_TRUE(core->MakeMoveText(clsString("c7c5")));
+    EXPECT_EQ(core->Board.EnPassant, Square("c6"));
+    ASSERT_TRUE(core->MakeMoveText(clsString("g1f3")));
+    EXPECT_EQ(core->Board.EnPassant, 0u);
+    EXPECT_EQ(core->GetPosition(), clsString("rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq -"));
+    // Illegal or malformed moves change nothing.
+    const clsString before = core->GetPosition();
+    for (const char* bad : {"e7e4", "e1e2", "", "e2", "zz", "a9a8", "e8g8"}) {
+        EXPECT_FALSE(core->MakeMoveText(clsString(bad))) << bad;
+        EXPECT_EQ(core->GetPosition(), before);
+    }
+}
+
+TEST(ChessMake, CastlingRightsFollowTheCorners) {
+    // A bishop takes the rook on h8: black loses the king side, white keeps both.
+    const auto core = CoreAt("r3k2r/8/8/8/8/8/1B6/R3K2R w KQkq - 0 1");
+    ASSERT_TRUE(core->MakeMoveText(clsString("b2h8")));
+    EXPECT_EQ(core->Board.CastleRights, 0x8800000000000089ULL);
+    // Moving the king gives up both of its rights: the king's square leaves both pairs.
+    ASSERT_TRUE(core->MakeMoveText(clsString("e8d7")));
+    EXPECT_EQ(core->Board.CastleRights, 0x8000000000000089ULL);
+    EXPECT_EQ(core->GetPosition(), clsString("r6B/3k4/8/8/8/8/8/R3K2R w KQ -"));
+    // Moving the a-rook gives up the queen side.
+    ASSERT_TRUE(core->MakeMoveText(clsString("a1b1")));
+    EXPECT_EQ(core->Board.CastleRights, 0x8000000000000009ULL);
+}
+
+TEST(ChessMake, CastlingMovesKingAndRookAndPaysTheBonus) {
+    const auto core = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    core->CastlingBonus = 30;
+    ASSERT_TRUE(core->MakeMoveText(clsString("e1g1")));
+    EXPECT_EQ(core->GetPosition(), clsString("r3k2r/8/8/8/8/8/8/R4RK1 b kq -"));
+    // The bonus belongs to white; seen from black it is negative.
+    EXPECT_EQ(core->Board.Material, -30);
+    ASSERT_TRUE(core->MakeMoveText(clsString("e8c8")));
+    EXPECT_EQ(core->GetPosition(), clsString("2kr3r/8/8/8/8/8/8/R4RK1 w - -"));
+    EXPECT_EQ(core->Board.Material, 0);
+    core->ComputeMaterial();
+    EXPECT_EQ(core->Board.Material, 0);
+}
+
+TEST(ChessMake, PromotionWithCapture) {
+    const auto core = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+    EXPECT_EQ(core->Board.Material, 105 - 500);
+    ASSERT_TRUE(core->MakeMoveText(clsString("a7b8=N")));
+    const clsBoard& b = core->Board;
+    EXPECT_EQ(b.Rooks, 0u);
+    EXPECT_EQ(b.Knights, Square("b8"));
+    EXPECT_EQ(b.Pawns, 0u);
+    EXPECT_EQ(b.Theirs, Square("b8") | Square("e1"));
+    EXPECT_EQ(b.PieceCount[1], 1);
+    EXPECT_EQ(b.PieceCount[0], 2);
+    EXPECT_EQ(b.PawnCount[0], 0);
+    // The promotion adds its own gain only, not the rook taken: -395 + 198 from white, negated for black.
+    EXPECT_EQ(b.Material, -(105 - 500 + 198));
+    core->ComputeMaterial();
+    EXPECT_EQ(core->Board.Material, -303);
+}
+
+TEST(ChessMake, PromotionNeedsItsLetter) {
+    const auto core = CoreAt("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
+    EXPECT_FALSE(core->MakeMoveText(clsString("e7e8")));
+    EXPECT_FALSE(core->MakeMoveText(clsString("e7e8x")));
+    EXPECT_TRUE(core->MakeMoveText(clsString("e7e8=s"))); // S is a bishop
+    EXPECT_EQ(core->Board.Bishops, Square("e8"));
+    const auto queen = CoreAt("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
+    EXPECT_TRUE(queen->MakeMove(Square("e7"), Square("e8"), 'M'));
+    EXPECT_EQ(queen->Board.Queens, Square("e8"));
+}
+
+TEST(ChessMake, RestoreBringsEverythingBack) {
+    const auto core = CoreAt("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    core->CastlingBonus = 17;
+    core->Current->SavedBoard = core->Board;
+    const clsBoard saved = core->Board;
+    core->Generate(-1);
+    for (const clsMove* move = core->Current->Moves; move != core->Current->End(); ++move) {
+        core->ApplyMove(*move);
+        core->SwapSides();
+        core->RestoreBoard(*core->Current);
+        ASSERT_EQ(std::memcmp(&core->Board, &saved, sizeof(saved)), 0) << core->MoveText(move, true).Text();
+    }
+}
+
+TEST(ChessMake, EnPassantGameMove) {
+    const auto core = CoreAt("rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6 0 3");
+    ASSERT_TRUE(core->MakeMoveText(clsString("e5d6")));
+    EXPECT_EQ(core->GetPosition(), clsString("rnbqkbnr/ppp1pppp/3P4/8/8/8/PPPP1PPP/RNBQKBNR b KQkq -"));
+    EXPECT_EQ(core->Board.PawnCount[1], 7);
+}
+
+TEST(ChessMake, GameStatus) {
+    const struct {
+        const char* Fen;
+        uint32_t Status;
+    } cases[] = {
+        {"", GameOn},
+        {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", InsufficientMaterial},
+        {"4k3/8/8/8/8/8/8/3NK3 b - - 0 1", InsufficientMaterial},
+        {"4k3/8/8/8/8/8/8/2B1K3 w - - 0 1", InsufficientMaterial},
+        {"4k3/8/8/8/8/8/8/2NNK3 w - - 0 1", GameOn},
+        {"4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1", GameOn},
+        {"4k3/8/8/8/8/8/P7/4K3 w - - 0 1", GameOn},
+        {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3", WhiteMated},
+        {"R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", BlackMated},
+        {"k7/8/1Q6/8/8/8/8/7K b - - 0 1", Stalemate},
+    };
+    for (const auto& c : cases) EXPECT_EQ(CoreAt(c.Fen)->GameStatus(), c.Status) << c.Fen;
+    EXPECT_EQ(WhiteMated, 0x1Au);
+    EXPECT_EQ(BlackMated, 0x16u);
+
+    // After a game move the only answers may be en passant: that is no mate.
+    const auto core = CoreAt("8/3B4/p7/k2N4/p1p5/8/1P6/7K w - - 0 1");
+    ASSERT_TRUE(core->MakeMoveText(clsString("b2b4")));
+    EXPECT_EQ(core->GameStatus(), GameOn);
+    EXPECT_EQ(core->Perft(1, false), 2u);
+}

@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+
+#include "chess/coordinates.h"
+#include "chesstest.h"
+
+using namespace nvoChess;
+using nuvobase::clsString;
+using nvoChessTest::CoreAt;
+using nvoChessTest::FindMove;
+using nvoChessTest::Square;
+using Texts = std::vector<std::string>;
+
+namespace {
+
+std::string Fen(const char* text) {
+    return CoreAt(text)->GetPosition().Text();
+}
+
+std::string Pattern(const char* san) {
+    return SanToPattern(clsString(san)).Text();
+}
+
+std::string Coordinates(nvoChessTest::clsRecordingCore& core, const char* san) {
+    return core.SanToCoordinates(clsString(san), true).Text();
+}
+
+} // namespace
+
+TEST(ChessNotation, Squares) {
+    EXPECT_EQ(std::string(SquareToText(Square("e4")).Text()), "e4");
+    EXPECT_EQ(std::string(SquareToText(1).Text()), "h1");
+    EXPECT_EQ(std::string(SquareToText(1ULL << 63).Text()), "a8");
+    EXPECT_EQ(TextToSquare("a8"), 1ULL << 63);
+    EXPECT_EQ(TextToSquare("h1x"), 1u);
+    for (const char* bad : {"i9", "a0", "A1", "", "e", "-"}) EXPECT_EQ(TextToSquare(bad), 0u) << bad;
+    const clsCoordinateMove move = ParseCoordinateMove(clsString("e7e8=q"));
+    EXPECT_EQ(move.From, Square("e7"));
+    EXPECT_EQ(move.To, Square("e8"));
+    EXPECT_EQ(move.Promotion, 'q');
+    EXPECT_EQ(ParseCoordinateMove(clsString("e7e8q")).Promotion, 'q');
+    EXPECT_EQ(ParseCoordinateMove(clsString("e7e")).To, 0u);
+}
+
+TEST(ChessNotation, FenRoundTrips) {
+    EXPECT_EQ(Fen(""), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -");
+    EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 w - -"), "8/8/8/8/8/8/8/8 w - -");
+    for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
+                            "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6",
+                            "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 b Kq -", "4k3/8/8/8/8/8/8/4K3 w Qk -"})
+        EXPECT_EQ(Fen(fen), fen);
+    // S and M are bishop and queen; any other character uses up a square.
+    EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/SM2K3 w - -"), "4k3/8/8/8/8/8/8/BQ2K3 w - -");
+    EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/4KX2 w - -"), "4k3/8/8/8/8/8/8/4K3 w - -");
+    EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/4K2xyz w - -"), "4k3/8/8/8/8/8/8/4K3 w - -");
+    // A placement that ends early at its own space reads the fields one place late: the side is white
+    // and the castling field begins at its second letter.
+    EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/4K b KQ -"), "4k3/8/8/8/8/8/8/4K3 w Q -");
+    // The rights are not checked against the men.
+    EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 b KQkq e3"), "8/8/8/8/8/8/8/8 b KQkq e3");
+}
+
+TEST(ChessNotation, CountersStayWhenAbsent) {
+    const auto core = CoreAt("4k3/8/8/8/8/8/8/4K3 w - - 7 42");
+    EXPECT_EQ(core->HalfMoveClock, 7);
+    EXPECT_EQ(core->MoveNumber, 42);
+    core->SetPosition(clsString("4k3/8/8/8/8/8/8/4K3 b - -"));
+    EXPECT_EQ(core->HalfMoveClock, 7);
+    EXPECT_EQ(core->MoveNumber, 42);
+    core->SetPosition(clsString("4k3/8/8/8/8/8/8/4K3 b - - 3"));
+    EXPECT_EQ(core->HalfMoveClock, 3);
+    EXPECT_EQ(core->MoveNumber, 42);
+    core->SetPosition(clsString(""));
+    EXPECT_EQ(core->HalfMoveClock, 0);
+    EXPECT_EQ(core->MoveNumber, 1);
+}
+
+TEST(ChessNotation, EpdOperations) {
+    const auto core = CoreAt("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm Nf3; id \"x\";");
+    ASSERT_EQ(core->EpdFields.Count, 2);
+    EXPECT_EQ(std::string(core->EpdFields.GetName(0).Text()), "bm");
+    EXPECT_EQ(std::string(core->EpdFields.GetAt(0).Text()), "Nf3");
+    EXPECT_EQ(std::string(core->EpdFields.GetName(1).Text()), "id");
+    EXPECT_EQ(std::string(core->EpdFields.GetAt(1).Text()), "\"x\"");
+    EXPECT_EQ(core->GetPosition(), clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"));
+    // After the counters; a key without value; a piece without key is dropped.
+    core->SetPosition(clsString("4k3/8/8/8/8/8/8/4K3 b - - 5 60  am Kd1 Kf1 ;noop; ; "));
+    ASSERT_EQ(core->EpdFields.Count, 2);
+    EXPECT_EQ(core->MoveNumber, 60);
+    EXPECT_EQ(std::string(core->EpdFields.GetValue(clsString("AM")).Text()), "Kd1 Kf1");
+    EXPECT_EQ(std::string(core->EpdFields.GetName(1).Text()), "noop");
+    EXPECT_TRUE(core->EpdFields.GetAt(1).IsEmpty());
+    // The next position forgets them.
+    core->SetPosition(clsString(""));
+    EXPECT_EQ(core->EpdFields.Count, 0);
+}
+
+TEST(ChessNotation, MoveTexts) {
+    const auto core = CoreAt("4k2r/P7/8/3p4/4P3/8/8/RN2K2R w K - 0 1");
+    core->Generate(-1);
+    const struct {
+        const char* Short;
+        const char* Long;
+    } cases[] = {{"b1c3", "Nb1-c3"},     {"e4d5", "Pe4xPd5"},    {"e1g1", "Ke1-g1"},
+                 {"a7a8=q", "Pa7-a8=q"}, {"a7a8=n", "Pa7-a8=n"}, {"h1h8", "Rh1xRh8"}};
+    for (const auto& c : cases) {
+        const clsMove* move = FindMove(*core, c.Short);
+        ASSERT_NE(move, nullptr) << c.Short;
+        EXPECT_EQ(std::string(core->MoveText(move, true).Text()), c.Long);
+    }
+    EXPECT_EQ(std::string(core->MoveText(nullptr, false).Text()), "------");
+}
+
+TEST(ChessNotation, PrintMoves) {
+    const auto core = CoreAt("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
+    core->Generate(-1);
+    clsMove* capture = core->Current->Moves;
+    capture->Score = 210;
+    capture->Flags |= MoveIllegal | MoveRefuted;
+    core->PrintMoves(true);
+    ASSERT_GE(core->Lines.size(), 3u);
+    EXPECT_EQ(core->Lines.front(), "__moves__");
+    EXPECT_EQ(core->Lines[1], "Pe4xPd5 a(2.00) v(1.00) * \\");
+    EXPECT_EQ(core->Lines[2], "Ke1-f1 a(0.00) v(0.00)");
+    EXPECT_EQ(core->Lines.back(), " ^^^");
+    EXPECT_EQ(core->Lines.size(), 2u + core->Current->MoveCount);
+    core->Lines.clear();
+    core->PrintMove(nullptr);
+    EXPECT_EQ(core->Lines, (Texts{R"(???)"}));
+}
+
+TEST(ChessNotation, MovesAsText) {
+    const auto core = CoreAt("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+    EXPECT_EQ(std::string(core->MovesAsText().Text()), "Ke1-f1 Ke1-d1 Ke1-f2 Ke1-d2 Pe2-e3 Pe2-e4 ");
+    // Marked records stay in the text.
+    const auto marked = CoreAt("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1");
+    marked->Perft(1, false);
+    EXPECT_EQ(std::string(marked->MovesAsText().Text()), "Ke1xRe2 Ke1-f1 Ke1-d1 Ke1-f2 Ke1-d2 ");
+    marked->Current = &marked->Node[2];
+    EXPECT_TRUE(marked->MovesAsText().IsEmpty());
+}
+
+TEST(ChessNotation, SanPatterns) {
+    const struct {
+        const char* San;
+        const char* Pattern;
+    } cases[] = {{"Nf3", R"(N??-f3)"},
+                 {"e4", R"(P??-e4)"},
+                 {"exd5", "?e?x?d5"},
+                 {"Nbd2", "Nb?-d2"},
+                 {"R1e2", "R?1-e2"},
+                 {"e8=Q", R"(P??-e8=Q)"},
+                 {"e8=Q+", R"(P??-e8=Q)"},
+                 {"exd8=N", "Pe?x?d8=N"},
+                 {"Nxf3", R"(N??x?f3)"},
+                 {"O-O", "Ke?-g?"},
+                 {"O-O-O#", "Ke?-c?"},
+                 {"  Qh4xe1+ ", "Qh4x?e1"},
+                 {"O-X", ""},
+                 {"", ""},
+                 {"++", ""},
+                 {"Ra1a8", "Ra1-a8"}};
+    for (const auto& c : cases) EXPECT_EQ(Pattern(c.San), c.Pattern) << c.San;
+}
+
+TEST(ChessNotation, SanToCoordinates) {
+    const char* start = "";
+    const char* black = "r3k2r/8/8/8/8/5N2/8/4K3 b kq - 0 1";
+    const char* knights = "4k3/8/8/6n1/3n4/5P2/8/4K3 b - - 0 1";
+    const char* promotion = "3rk3/2P5/8/8/8/8/8/4K3 w - - 0 1";
+    const struct {
+        const char* Fen;
+        const char* San;
+        const char* Coordinates;
+    } cases[] = {
+        {start, "Nf3", "g1f3"},
+        {start, "e4", "e2e4"},
+        {start, "Nd2", ""},
+        {start, "Zz9", ""},
+        {black, "O-O", "e8g8"},
+        {black, "O-O-O", "e8c8"},
+        {black, "Rxf3", ""},
+        // Two knights may take on f3: the one generated first wins.
+        {knights, "Nxf3+", "d4f3"},
+        {knights, "Ngxf3", "g5f3"},
+        // The promotion letter in either case; without one the queen, the first of the four.
+        {promotion, "cxd8=N", "c7d8n"},
+        {promotion, "c8=r", "c7c8r"},
+        {promotion, "c8", "c7c8q"},
+        // A move that leaves the king attacked is still a candidate.
+        {"4k3/4r3/8/8/8/8/4N3/4K3 w - - 0 1", "Nc3", "e2c3"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Coordinates(*CoreAt(c.Fen), c.San), c.Coordinates) << c.Fen << " " << c.San;
+}
