@@ -1,6 +1,8 @@
 #pragma once
 // The one abstract engine: the application, the tournament code and the test runners
 // hold every engine, embedded or external, through this class.
+#include "book/clsbook.h"
+#include "book/clsbookentry.h"
 #include "nuvobase/clscollection.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
@@ -13,7 +15,6 @@
 
 namespace nvoChess {
 
-class clsBookEntryExt;
 class clsTourneyGame;
 
 // A thread with an engine's life cycle, the engine's side of a game (side, clocks,
@@ -118,6 +119,7 @@ public:
     int32_t HalfMoveClock = 0;
     int32_t MaxDepth = 0;
     uint32_t Post = 0;
+    clsBook Book; // empty until the engine loads one
     nuvobase::clsString SoulName;
 };
 

@@ -1,10 +1,7 @@
 #include "vesko/clsenginevesko.h"
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
-#include <stdexcept>
 
 using nuvobase::clsString;
 
@@ -21,13 +18,9 @@ clsString PackedMoveText(uint64_t packed) {
 } // namespace
 
 clsEngineVesko::clsEngineVesko(const clsString& name, nuvobase::clsTSafeOutput* output, clsTourneyGame* game)
-    : clsEngineInterface(name, output, game), RawBlock(nullptr), RawSize(sizeof(VeskoBlock) + 512),
-      Block(nullptr) {
-    RawBlock = std::calloc(1, RawSize);
-    if (!RawBlock) throw std::bad_alloc();
-    std::size_t space = RawSize;
-    void* aligned = RawBlock;
-    Block = ::new (std::align(alignof(VeskoBlock), sizeof(VeskoBlock), aligned, space)) VeskoBlock;
+    : clsEngineInterface(name, output, game), RawBlock(nullptr), RawSize(0),
+      Block(VeskoAllocate(RawBlock, RawSize)) {
+    if (!Block) throw std::bad_alloc();
 }
 
 bool clsEngineVesko::Run() {
@@ -38,7 +31,7 @@ bool clsEngineVesko::Run() {
 clsEngineVesko::~clsEngineVesko() {
     SetStopped();
     Wait();
-    std::free(RawBlock);
+    VeskoFree(RawBlock);
 }
 
 void clsEngineVesko::SetStopped() { VeskoShared(Block->Command).fetch_or(VeskoCommandStop); }
