@@ -1,10 +1,11 @@
 // The base behaviour of every engine, seen through a small engine of the test.
 #include "match/clsengineinterface.h"
 
+#include "match/capturedoutput.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -56,24 +57,6 @@ public:
 };
 
 uint64_t Bit(int index) { return uint64_t(1) << index; }
-
-// Everything written to an output, as it reached the stream.
-class CapturedOutput {
-public:
-    CapturedOutput() : Stream(std::tmpfile()), Output(true, Stream) {}
-    ~CapturedOutput() { std::fclose(Stream); }
-
-    std::string Text() {
-        std::fflush(Stream);
-        std::rewind(Stream);
-        std::string text;
-        for (int c; (c = std::fgetc(Stream)) != EOF;) text += char(c);
-        return text;
-    }
-
-    std::FILE* Stream;
-    nuvobase::clsTSafeOutput Output;
-};
 
 const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 

@@ -1,10 +1,11 @@
 // Vesko behind the engine interface.
 #include "vesko/clsenginevesko.h"
 
+#include "match/capturedoutput.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <thread>
@@ -16,24 +17,6 @@ namespace {
 
 const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 const char* Middlegame = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
-
-// Everything written to an output, as it reached the stream.
-class CapturedOutput {
-public:
-    CapturedOutput() : Stream(std::tmpfile()), Output(true, Stream) {}
-    ~CapturedOutput() { std::fclose(Stream); }
-
-    std::string Text() {
-        std::fflush(Stream);
-        std::rewind(Stream);
-        std::string text;
-        for (int c; (c = std::fgetc(Stream)) != EOF;) text += char(c);
-        return text;
-    }
-
-    std::FILE* Stream;
-    nuvobase::clsTSafeOutput Output;
-};
 
 // Runs one search to the end on the engine's thread. (Start may report false when the
 // search is over before it returns.)
