@@ -54,11 +54,6 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
     return HandleConsole(command, arguments);
 }
 
-int clsChessApplication::HandleConsole(const clsString& command, const clsString&) {
-    WriteLine(clsString("Error (unknown command): ") + command);
-    return 0;
-}
-
 void clsChessApplication::WriteLine(const clsString& text) { Output->Write(text, true); }
 
 }  // namespace nvoChess
