@@ -244,6 +244,9 @@ void clsTreeSearch::ChooseAtRandom(int32_t percentage) {
 int32_t clsTreeSearch::SearchFixedDepth(int32_t depth, uint64_t& nodes) {
   ResetNodes();
   ResetStatistics();
+  // Nobody can stop a walk made on the caller's thread: a flag left from an
+  // earlier search must not cut it short.
+  StopFlag = 0;
   nodes = 0;
   if (depth < 1) return 0;
   SetMaxDepth(depth);

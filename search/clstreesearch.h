@@ -48,7 +48,8 @@ class clsTreeSearch : public clsEvaluation {
   void ChooseAtRandom(int32_t percentage);
 
   // The value of the board's position at a depth, walked from the root
-  // with alpha 0, on fresh nodes and statistics; 0 below depth 1.
+  // with alpha 0, on fresh nodes and statistics and a cleared stop flag; 0
+  // below depth 1.
   int32_t SearchFixedDepth(int32_t depth, uint64_t& nodes);
 
   // Copies a record into BestMove under the lock; null only marks it empty.

@@ -327,3 +327,13 @@ TEST(TreeSearch, WalkAgreesWithMinimax) {
       EXPECT_EQ(walk->SearchRoot(), exact) << fen << " depth " << depth;
     }
 }
+
+TEST(TreeSearch, FixedDepthIgnoresAnEarlierStop) {
+  clsSearchFixture s(Start);
+  uint64_t nodes = 0;
+  const int32_t fresh = s->SearchFixedDepth(3, nodes);
+  const uint64_t freshNodes = nodes;
+  s->StopFlag = 1;  // left by an earlier search
+  EXPECT_EQ(s->SearchFixedDepth(3, nodes), fresh);
+  EXPECT_EQ(nodes, freshNodes);
+}
