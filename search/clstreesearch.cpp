@@ -231,7 +231,7 @@ void clsTreeSearch::ChooseAtRandom(int32_t percentage) {
   const int32_t count = FilterLegal();
   clsMove* const first = Root->Moves;
   if (percentage < 0) {
-    if (count > 0) SetBestMove(first + RandomBelow(count));
+    SetBestMove(count > 0 ? first + RandomBelow(count) : nullptr);
     return;
   }
   for (clsMove* m = first; m < first + count; ++m)

@@ -153,6 +153,15 @@ TEST(TreeSearch, RootWithoutMoves) {
   clsSearchFixture stalemate("k7/8/1Q6/8/8/8/8/7K b - -");
   EXPECT_FALSE(stalemate->PrepareRoot());
   EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
+
+  // Random play on an empty list leaves no move, whatever was held before.
+  clsMove held;
+  held.From = 1;
+  held.To = 2;
+  stalemate->SetBestMove(&held);
+  ASSERT_FALSE(stalemate->CopyBestMove().Flags & MoveIllegal);
+  stalemate->ChooseAtRandom(-1);
+  EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
 }
 
 TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
