@@ -221,6 +221,18 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
   EXPECT_EQ(e->GetPosition(), fen);
   EXPECT_EQ(e->Current, e->Root);
   EXPECT_FALSE(e->GetStatistics(100).IsEmpty());
+
+  // "depth score  centiseconds nodes move", the score in hundredths of a pawn.
+  const clsString info = e->GetInfoLine();
+  int position = 0;
+  EXPECT_EQ(info.NextWord(' ', position).ToSigned(), e->SearchDepth.load());
+  EXPECT_EQ(info.NextWord(' ', position).ToSigned(), static_cast<int64_t>(score * 100 / 105.0));
+  EXPECT_TRUE(info.NextWord(' ', position).IsEmpty());  // the second space
+  EXPECT_GE(info.NextWord(' ', position).ToSigned(), 0);
+  EXPECT_EQ(static_cast<uint64_t>(info.NextWord(' ', position).ToSigned()), e->Nodes.load());
+  const clsMove best = e->CopyBestMove();
+  EXPECT_EQ(info.NextWord(' ', position), e->MoveText(&best, true));
+  EXPECT_EQ(position, -1);
   EXPECT_TRUE(e->MakeMoveText(move));
 }
 
