@@ -1,4 +1,4 @@
-// Arbitrary bytes through the readers of clsString: number parsing, word reading, squeezing,
+// Arbitrary bytes through the readers of clsString: number parsing, word reading, tokenising, squeezing,
 // replacing and comparing. The first bytes choose separators and flags; the rest is split into a text, a
 // search text and a replacement.
 #include <cstdint>
@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
 
 using nuvobase::clsString;
 
@@ -46,6 +47,12 @@ static void ReadWords(const clsString& text, char separator, bool quoted, bool s
   }
 }
 
+static void Tokenise(const clsString& text, const clsString& delimiters, char quote, char escape, bool quoted) {
+  nuvobase::clsCStrings list;
+  int count = text.Tokenise(delimiters.Text(), list, quoted, quote, escape, "<!", "!>");
+  Check(count == list.Count && count <= 2 * text.Size() + 2);
+}
+
 static void Rewrite(const clsString& text, const clsString& from, const clsString& to, int flags) {
   clsString squeezed(text);
   squeezed.Squeeze();
@@ -80,7 +87,7 @@ static void Compare(const clsString& text, const clsString& other) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 4) return 0;
-  char separator = char(data[0]);
+  char separator = char(data[0]), quote = char(data[1]), escape = char(data[2]);
   int flags = data[3];
   const char* rest = reinterpret_cast<const char*>(data + 4);
   int length = int(size - 4);
@@ -99,6 +106,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   ReadNumbers(text);
   ReadWords(text, separator, flags & 8, flags & 16);
+  Tokenise(text, from, quote, escape, flags & 32);
   Rewrite(text, from, to, flags);
   Compare(text, from);
   return 0;

@@ -33,7 +33,7 @@ bool clsString::Grow(int64_t capacity, bool keep, bool zero) {
         return false;
       }
       if (kept > 0) std::memcpy(fresh, Buffer, size_t(kept));
-      // The last two bytes are never written: any C-string read of the buffer ends inside it.
+      // The last two bytes stay 0 for good: any C-string read of the buffer ends inside it.
       fresh[bytes - 1] = fresh[bytes - 2] = 0;
       std::free(Buffer);
       Buffer = fresh;
@@ -47,7 +47,8 @@ bool clsString::Grow(int64_t capacity, bool keep, bool zero) {
     Length = 0;
     Buffer[0] = 0;
   }
-  if (zero && capacity + 2 > kept) std::memset(Buffer + kept, 0, size_t(std::min<int64_t>(capacity + 2, Allocated) - kept));
+  int64_t zeroEnd = std::min<int64_t>(capacity + 2, Allocated);
+  if (zero && zeroEnd > kept) std::memset(Buffer + kept, 0, size_t(zeroEnd - kept));
   return true;
 }
 

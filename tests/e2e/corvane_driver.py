@@ -1,0 +1,66 @@
+"""Runs the real corvane program the way a GUI or a script does, and reads what it answers."""
+import os
+import subprocess
+import sys
+import time
+
+BINARY = sys.argv[1] if len(sys.argv) > 1 else os.environ.get("CORVANE", "build/release/corvane")
+
+
+def run_script(lines, args=(), timeout=60):
+    """Feeds all lines at once, closes the input and returns (exit code, output lines)."""
+    text = "".join(line + "\n" for line in lines)
+    done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout)
+    return done.returncode, done.stdout.decode(errors="replace").splitlines()
+
+
+class Session:
+    """A running corvane spoken to line by line, as a GUI does over pipes."""
+
+    def __init__(self, args=()):
+        self.process = subprocess.Popen([BINARY, *args], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, bufsize=0)
+        os.set_blocking(self.process.stdout.fileno(), False)
+        self.pending = b""
+        self.seen = []
+
+    def send(self, line):
+        self.process.stdin.write((line + "\n").encode())
+        self.process.stdin.flush()
+
+    def read_until(self, predicate, timeout=30):
+        """Returns the first line for which predicate holds; every line read is kept in self.seen."""
+        deadline = time.monotonic() + timeout
+        while time.monotonic() < deadline:
+            while b"\n" in self.pending:
+                raw, self.pending = self.pending.split(b"\n", 1)
+                line = raw.decode(errors="replace").rstrip("\r")
+                self.seen.append(line)
+                if predicate(line):
+                    return line
+            try:
+                chunk = self.process.stdout.read(65536)
+            except BlockingIOError:
+                chunk = None
+            if chunk:
+                self.pending += chunk
+            elif chunk == b"":
+                raise AssertionError("corvane closed its output; seen: %r" % self.seen[-20:])
+            else:
+                time.sleep(0.005)
+        raise AssertionError("no expected line within %s s; seen: %r" % (timeout, self.seen[-20:]))
+
+    def close(self, timeout=30):
+        if self.process.poll() is None:
+            self.process.stdin.close()
+        code = self.process.wait(timeout=timeout)
+        rest = self.process.stdout.read() or b""
+        self.pending += rest
+        self.seen.extend(l.decode(errors="replace").rstrip("\r") for l in self.pending.split(b"\n") if l)
+        self.pending = b""
+        return code
+
+
+def check(condition, message):
+    if not condition:
+        raise AssertionError(message)

@@ -1,0 +1,139 @@
+#include "nuvobase/clstsafeoutput.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+
+using namespace nuvobase;
+
+namespace {
+
+// Everything written to a stream so far.
+std::string Contents(std::FILE* stream) {
+    std::fflush(stream);
+    std::string text;
+    std::rewind(stream);
+    for (int c; (c = std::fgetc(stream)) != EOF;) text += static_cast<char>(c);
+    return text;
+}
+
+// An output object on a file of its own, in either mode.
+class OutputTest : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override { ASSERT_NE(Stream, nullptr); }
+    void TearDown() override {
+        if (Stream) std::fclose(Stream);
+    }
+    // What reached the stream, after a Flush in buffered mode.
+    std::string Written() {
+        Output.Flush();
+        return Contents(Stream);
+    }
+
+    std::FILE* Stream = std::tmpfile();
+    clsTSafeOutput Output{GetParam(), Stream};
+};
+
+} // namespace
+
+TEST_P(OutputTest, PiecesMakeOneLine) {
+    Output.Write("abc", false).Write(clsString("def"), true);
+    EXPECT_EQ(Written(), "abcdef\n");
+}
+
+TEST_P(OutputTest, LinesInOrder) {
+    Output.Write("id name Corvane", true);
+    Output.Write(clsString("uciok"), true);
+    Output.Write("bestmove ", false);
+    Output.Write("e2e4", true);
+    EXPECT_EQ(Written(), "id name Corvane\nuciok\nbestmove e2e4\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(BothModes, OutputTest, testing::Values(true, false),
+                         [](const testing::TestParamInfo<bool>& mode) {
+                             return std::string(mode.param ? "Direct" : "Buffered");
+                         });
+
+TEST(Output, DirectWritesAtOnceAndKeepsEmptyLines) {
+    std::FILE* stream = std::tmpfile();
+    ASSERT_NE(stream, nullptr);
+    {
+        clsTSafeOutput output(true, stream);
+        output.Write("", true);
+        EXPECT_EQ(Contents(stream), "\n");
+        output.Write(clsString(), true); // a text without buffer, too
+        output.Write("pong 1", true);
+        EXPECT_EQ(Contents(stream), "\n\npong 1\n");
+    }
+    std::fclose(stream);
+}
+
+TEST(Output, BufferedWritesOnlyAtFlush) {
+    std::FILE* stream = std::tmpfile();
+    ASSERT_NE(stream, nullptr);
+    {
+        clsTSafeOutput output(false, stream);
+        output.Flush(); // nothing pending: nothing written
+        EXPECT_EQ(Contents(stream), "");
+        output.Write("one", true);
+        output.Write("", true); // an empty entry gives no line
+        output.Write("two", true);
+        EXPECT_EQ(Contents(stream), "");
+        output.Flush();
+        EXPECT_EQ(Contents(stream), "one\ntwo\n");
+        output.Flush(); // the lines were forgotten
+        EXPECT_EQ(Contents(stream), "one\ntwo\n");
+        output.Write("unfinished", false); // written by the destructor's Flush
+    }
+    EXPECT_EQ(Contents(stream), "one\ntwo\nunfinished\n");
+    std::fclose(stream);
+}
+
+TEST(Output, TheGlobalOutputIsDirect) {
+    testing::internal::CaptureStdout();
+    StdOut.Write("through the global", false).Write(" output", true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "through the global output\n");
+}
+
+// Two threads writing whole lines never mix them, in either mode.
+TEST(ThreadedOutput, LinesNeverInterleave) {
+    constexpr int lines = 2000;
+    const std::string words[2] = {std::string(40, 'a'), std::string(40, 'b')};
+    for (bool direct : {true, false}) {
+        SCOPED_TRACE(direct ? "direct" : "buffered");
+        std::FILE* stream = std::tmpfile();
+        ASSERT_NE(stream, nullptr);
+        std::string text;
+        {
+            clsTSafeOutput output(direct, stream);
+            auto writer = [&](const std::string& word) {
+                for (int i = 0; i < lines; ++i) {
+                    // One call a line: Write is atomic per call.
+                    clsString line(word.c_str());
+                    line += clsString(i);
+                    output.Write(line, true);
+                }
+            };
+            std::thread a(writer, words[0]);
+            std::thread b(writer, words[1]);
+            a.join();
+            b.join();
+            output.Flush();
+            text = Contents(stream);
+        }
+        std::fclose(stream);
+
+        int next[2] = {0, 0};
+        size_t begin = 0;
+        for (size_t end; (end = text.find('\n', begin)) != std::string::npos; begin = end + 1) {
+            std::string line = text.substr(begin, end - begin);
+            int who = line[0] == 'a' ? 0 : 1;
+            ASSERT_EQ(line, words[who] + std::to_string(next[who])) << "at byte " << begin;
+            ++next[who];
+        }
+        EXPECT_EQ(begin, text.size());
+        EXPECT_EQ(next[0], lines);
+        EXPECT_EQ(next[1], lines);
+    }
+}
