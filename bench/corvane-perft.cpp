@@ -1,5 +1,6 @@
-// corvane-perft [-nopopcnt] DEPTH FEN...|startpos: counts the legal move paths of a position to a depth and
-// prints "<nodes> nodes <ms> ms <nps> nps". The FEN may come as several arguments.
+// corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos: counts the legal move paths of a position
+// to a depth and prints "<nodes> nodes <ms> ms <nps> nps". The FEN may come as several arguments. -e vesko
+// counts with the second engine instead.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -8,6 +9,27 @@
 
 #include "chess/bits.h"
 #include "chess/clschesscore.h"
+#include "vesko/veskoblock.h"
+
+namespace {
+
+// Vesko's count: the paths of the last ply.
+uint64_t VeskoPerft(const nuvobase::clsString& fen, int depth) {
+    void* raw = nullptr;
+    std::size_t size = 0;
+    nvoChess::VeskoBlock* block = nvoChess::VeskoAllocate(raw, size);
+    if (!block) return 0;
+    std::snprintf(block->Text, sizeof block->Text, "%s",
+                  fen.IsEmpty() ? "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1" : fen.Text());
+    block->Command = nvoChess::VeskoCommandSetPosition | nvoChess::VeskoCommandCount;
+    block->Depth = depth;
+    nvoChess::VeskoExecute(block);
+    const uint64_t nodes = block->Depth > 0 ? block->PlyCounts[block->Depth - 1] : 0;
+    nvoChess::VeskoFree(raw);
+    return nodes;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     int first = 1;
@@ -15,8 +37,13 @@ int main(int argc, char** argv) {
         nvoChess::UsePopCount = false;
         ++first;
     }
+    bool vesko = false;
+    if (argc > first + 1 && std::strcmp(argv[first], "-e") == 0) {
+        vesko = std::strcmp(argv[first + 1], "vesko") == 0;
+        first += 2;
+    }
     if (argc < first + 2) {
-        std::fprintf(stderr, "usage: corvane-perft [-nopopcnt] DEPTH FEN...|startpos\n");
+        std::fprintf(stderr, "usage: corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos\n");
         return 2;
     }
     const int depth = std::atoi(argv[first]);
@@ -30,7 +57,7 @@ int main(int argc, char** argv) {
     auto core = std::make_unique<nvoChess::clsChessCore>();
     core->SetPosition(fen);
     const auto start = std::chrono::steady_clock::now();
-    const uint64_t nodes = core->Perft(depth, false);
+    const uint64_t nodes = vesko ? VeskoPerft(fen, depth) : core->Perft(depth, false);
     const auto ms =
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
             .count();

@@ -141,7 +141,12 @@ struct alignas(256) VeskoBlock {
 // Depth, Nodes, BestMove and BestScore) are reached through this on both sides.
 template <class T> std::atomic_ref<T> VeskoShared(T& field) { return std::atomic_ref<T>(field); }
 
-// Runs the command of the block. The block must be zeroed before its first use.
+// Allocates a zeroed block, aligned inside a larger allocation: `raw` and `size` receive
+// that allocation, which VeskoFree takes back. Null when there is no memory.
+VeskoBlock* VeskoAllocate(void*& raw, std::size_t& size);
+void VeskoFree(void* raw);
+
+// Runs the command of the block.
 void VeskoExecute(VeskoBlock* block);
 
 } // namespace nvoChess

@@ -1,0 +1,126 @@
+#pragma once
+// The one abstract engine: the application, the tournament code and the test runners
+// hold every engine, embedded or external, through this class.
+#include "book/clsbook.h"
+#include "book/clsbookentry.h"
+#include "nuvobase/clscollection.h"
+#include "nuvobase/clsmutex.h"
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+#include "nuvobase/clsthread.h"
+#include "nuvobase/clstsafeoutput.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace nvoChess {
+
+class clsTourneyGame;
+
+// A thread with an engine's life cycle, the engine's side of a game (side, clocks,
+// moves) and the operations every engine answers. Run, the thread body, does one
+// search and ends.
+class clsEngineInterface : public nuvobase::clsThread, public nuvobase::clsOutBuffer {
+public:
+    // Protocol values; the same field selects the dialect of Info.
+    static constexpr uint32_t XBoard = 0;
+    static constexpr uint32_t Uci = 1;
+
+    clsEngineInterface(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
+                       clsTourneyGame* game = nullptr);
+    ~clsEngineInterface() override;
+
+    virtual bool IsStopped();
+    virtual void SetStopped();
+    // Clears Stopped, then starts the thread.
+    virtual void StartEngine();
+    // Asks the engine to stop; true.
+    virtual bool StopEngine();
+    virtual void ListBookMoves();
+    // True when a book move was chosen.
+    virtual bool PlayBookMove();
+    // Text about the finished search that took elapsedMs.
+    virtual nuvobase::clsString GetStatistics(int64_t elapsedMs);
+    // The board through Info, one line per rank, then side and FEN.
+    virtual void PrintBoard();
+    // The board part of GetPosition: a line per rank from rank 8, "-" for an empty
+    // square, lines joined by CR LF.
+    virtual nuvobase::clsString BoardText();
+    virtual bool IsWhiteToMove();
+    // Stores MaxDepth and returns what was stored.
+    virtual int SetMaxDepth(int depth);
+    virtual void SetMaxNodes(int64_t count);
+    virtual void SetMateDepth(int moves);
+    // The book moves of the position, best last; returns their count.
+    virtual int GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& list, bool generate);
+    virtual void PrintMoves(bool flag);
+    virtual void SetDebug(bool debug);
+    // Adds the pair to Options or replaces the value of that name; true.
+    virtual bool SetOption(const nuvobase::clsString& name, const nuvobase::clsString& value);
+    // Writes file letter and rank digit of a one-bit square word into text[0..1].
+    virtual void SquareToChars(uint64_t square, char* text);
+    virtual nuvobase::clsString SquareToText(uint64_t square);
+    // "e4" -> its one-bit word; anything else gives 0.
+    virtual uint64_t TextToSquare(const nuvobase::clsString& text);
+    // Coordinates with an optional promotion letter, "e7e8q" or "e7e8=q".
+    virtual bool MakeMoveText(const nuvobase::clsString& move);
+    // The value of the position at a depth, and the nodes it took.
+    virtual int SearchFixedDepth(int depth, int64_t& nodes);
+
+    virtual bool SetPosition(const nuvobase::clsString& fen) = 0;
+    // One line about the running search; empty while there is nothing to say.
+    virtual nuvobase::clsString GetInfoLine() = 0;
+    // The position as FEN.
+    virtual nuvobase::clsString GetPosition() = 0;
+    // The move found, with its score; with consume set it is handed out once.
+    virtual nuvobase::clsString GetBestMoveText(bool consume, int& score) = 0;
+    virtual nuvobase::clsString GetSpareText() = 0;
+    virtual bool MakeMove(uint64_t from, uint64_t to, char promotion) = 0;
+    virtual uint64_t PositionHash() = 0;
+    virtual nuvobase::clsString ReadReply() = 0;
+    virtual int PawnValue() = 0;
+    virtual void CrossSoul(clsEngineInterface* other) = 0;
+    virtual nuvobase::clsString GetSoulText() = 0;
+    virtual void LoadDefaultSoul() = 0;
+    // Counts the moves to depth; returns the count of the last ply.
+    virtual uint64_t Perft(int depth, bool divide) = 0;
+    virtual nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst) = 0;
+    // Sends one line, without line end, to the engine.
+    virtual void SendLine(const nuvobase::clsString& line) = 0;
+    virtual void OnEngineOutput(const nuvobase::clsString& text);
+
+    // Stores a clock by colour: 0 white time, 1 black time, 2 white increment,
+    // 3 black increment, 4 MovesToGo. Own and opponent follow Side.
+    void SetClock(int which, int value);
+    // A remark for the GUI: "# " in XBoard mode, "info string " in UCI mode.
+    void Info(const nuvobase::clsString& text);
+
+    nuvobase::clsTSafeOutput* Output; // not owned
+    clsTourneyGame* Game;             // not owned; null outside a tournament game
+    nuvobase::clsString MoveHistory;  // the game's moves, each followed by a blank
+    nuvobase::clsString Name;
+    int32_t PingCounter = 0;
+    bool PingFeature = false;
+    bool Ready = false;
+    std::atomic<bool> Stopped{true}; // also set by a reader thread when a child ends
+    bool Debug = false;
+    nuvobase::clsStrings Options;
+    int32_t Side = 0; // 0 this engine plays white, 1 black
+    int32_t OwnTimeMs = 0;
+    int32_t MovesToGo = 0;
+    int32_t OwnIncrementMs = 0;
+    int32_t OpponentTimeMs = 0;
+    int32_t OpponentIncrementMs = 0;
+    nuvobase::clsMutex ResultLock; // guards the best move of the engine's search
+    uint32_t Protocol = XBoard;
+    nuvobase::clsStrings EpdFields;
+    nuvobase::clsStrings SearchFlags;
+    int32_t MoveNumber = 0;
+    int32_t HalfMoveClock = 0;
+    int32_t MaxDepth = 0;
+    uint32_t Post = 0;
+    clsBook Book; // empty until the engine loads one
+    nuvobase::clsString SoulName;
+};
+
+} // namespace nvoChess

@@ -1,0 +1,213 @@
+// The base behaviour of every engine, seen through a small engine of the test.
+#include "match/clsengineinterface.h"
+
+#include "match/capturedoutput.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+using namespace nvoChess;
+using nuvobase::clsString;
+
+namespace {
+
+// An engine that shows a fixed position and records the moves it is asked to make.
+class RecordingEngine : public clsEngineInterface {
+public:
+    explicit RecordingEngine(nuvobase::clsTSafeOutput* output = nullptr) : clsEngineInterface("Test", output) {}
+    ~RecordingEngine() override { Wait(); }
+
+    bool Run() override {
+        ++Runs;
+        return true;
+    }
+    bool SetPosition(const clsString& fen) override {
+        Fen = fen;
+        return true;
+    }
+    clsString GetInfoLine() override { return clsString(); }
+    clsString GetPosition() override { return Fen; }
+    clsString GetBestMoveText(bool, int&) override { return clsString(); }
+    clsString GetSpareText() override { return clsString(); }
+    bool MakeMove(uint64_t from, uint64_t to, char promotion) override {
+        Moves.push_back({from, to, promotion});
+        return true;
+    }
+    uint64_t PositionHash() override { return 0; }
+    clsString ReadReply() override { return clsString(); }
+    int PawnValue() override { return 100; }
+    void CrossSoul(clsEngineInterface*) override {}
+    clsString GetSoulText() override { return clsString(); }
+    void LoadDefaultSoul() override {}
+    uint64_t Perft(int, bool) override { return 0; }
+    clsString SanToCoordinates(const clsString&, bool) override { return clsString(); }
+    void SendLine(const clsString&) override {}
+
+    struct Move {
+        uint64_t From, To;
+        char Promotion;
+        bool operator==(const Move&) const = default;
+    };
+    std::vector<Move> Moves;
+    clsString Fen;
+    std::atomic<int> Runs{0};
+};
+
+uint64_t Bit(int index) { return uint64_t(1) << index; }
+
+const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+} // namespace
+
+TEST(EngineInterface, FreshEngineStartValues) {
+    RecordingEngine engine;
+    EXPECT_TRUE(engine.IsStopped());
+    EXPECT_FALSE(engine.Ready);
+    EXPECT_FALSE(engine.PingFeature);
+    EXPECT_FALSE(engine.Debug);
+    EXPECT_EQ(engine.PingCounter, 0);
+    EXPECT_EQ(engine.MovesToGo, 0);
+    EXPECT_EQ(engine.MaxDepth, 0);
+    EXPECT_EQ(engine.Post, 0u);
+    EXPECT_EQ(engine.Protocol, clsEngineInterface::XBoard);
+    EXPECT_EQ(engine.Game, nullptr);
+    EXPECT_TRUE(engine.Name == "Test");
+    EXPECT_FALSE(engine.IsRunning());
+}
+
+TEST(EngineInterface, EmptyOperationsOfTheBase) {
+    RecordingEngine engine;
+    EXPECT_TRUE(engine.GetStatistics(1000).IsEmpty());
+    EXPECT_TRUE(engine.IsWhiteToMove());
+    EXPECT_FALSE(engine.PlayBookMove());
+    int64_t nodes = 77;
+    EXPECT_EQ(engine.SearchFixedDepth(5, nodes), 0);
+    EXPECT_EQ(nodes, 0);
+    EXPECT_EQ(engine.SetMaxDepth(9), 9);
+    EXPECT_EQ(engine.MaxDepth, 9);
+    engine.SetDebug(true);
+    EXPECT_TRUE(engine.Debug);
+    EXPECT_TRUE(engine.StopEngine());
+    EXPECT_TRUE(engine.IsStopped());
+}
+
+TEST(ThreadedEngineInterface, StartEngineClearsStoppedAndRunsTheBody) {
+    RecordingEngine engine;
+    engine.StartEngine();
+    EXPECT_FALSE(engine.IsStopped());
+    engine.Wait();
+    EXPECT_EQ(engine.Runs, 1);
+    EXPECT_TRUE(engine.StopEngine());
+    EXPECT_TRUE(engine.IsStopped());
+}
+
+TEST(EngineInterface, SetClockMapsColoursBySide) {
+    RecordingEngine engine;
+    for (int which = 0; which < 5; ++which) engine.SetClock(which, 100 + which);
+    EXPECT_EQ(engine.OwnTimeMs, 100);
+    EXPECT_EQ(engine.OpponentTimeMs, 101);
+    EXPECT_EQ(engine.OwnIncrementMs, 102);
+    EXPECT_EQ(engine.OpponentIncrementMs, 103);
+    EXPECT_EQ(engine.MovesToGo, 104);
+
+    RecordingEngine black;
+    black.Side = 1;
+    black.SetClock(0, 5000);
+    EXPECT_EQ(black.OpponentTimeMs, 5000);
+    EXPECT_EQ(black.OwnTimeMs, 0);
+    black.SetClock(1, 7000);
+    black.SetClock(2, 20);
+    black.SetClock(3, 30);
+    EXPECT_EQ(black.OwnTimeMs, 7000);
+    EXPECT_EQ(black.OpponentIncrementMs, 20);
+    EXPECT_EQ(black.OwnIncrementMs, 30);
+    black.SetClock(5, 1);
+    black.SetClock(-1, 1);
+    EXPECT_EQ(black.MovesToGo, 0);
+}
+
+TEST(EngineInterface, SquaresAndTheirText) {
+    RecordingEngine engine;
+    EXPECT_EQ(engine.TextToSquare("h1"), Bit(0));
+    EXPECT_EQ(engine.TextToSquare("a1"), Bit(7));
+    EXPECT_EQ(engine.TextToSquare("e2"), Bit(11));
+    EXPECT_EQ(engine.TextToSquare("h8"), Bit(56));
+    EXPECT_EQ(engine.TextToSquare("a8"), Bit(63));
+    EXPECT_EQ(engine.TextToSquare("e4xyz"), Bit(27));
+    for (const char* bad : {"i9", "i1", "a9", "a0", "E2", "", "e", " e2", "2e"})
+        EXPECT_EQ(engine.TextToSquare(bad), 0u) << bad;
+    for (int index = 0; index < 64; ++index) {
+        const clsString text = engine.SquareToText(Bit(index));
+        EXPECT_EQ(text.Size(), 2);
+        EXPECT_EQ(engine.TextToSquare(text), Bit(index)) << text.Text();
+    }
+    char chars[2];
+    engine.SquareToChars(Bit(11), chars);
+    EXPECT_EQ(std::string(chars, 2), "e2");
+}
+
+TEST(EngineInterface, MakeMoveTextReadsSquaresAndPromotion) {
+    RecordingEngine engine;
+    for (const char* text : {"e7e8=q", "e7e8q", "e2e4", "e2", "", "e7e8=", "zzzz"}) EXPECT_TRUE(engine.MakeMoveText(text));
+    using Move = RecordingEngine::Move;
+    const std::vector<Move> expected = {
+        {Bit(51), Bit(59), 'q'}, {Bit(51), Bit(59), 'q'}, {Bit(11), Bit(27), 0},
+        {Bit(11), 0, 0},         {0, 0, 0},               {Bit(51), Bit(59), 0},
+        {0, 0, 0},
+    };
+    EXPECT_EQ(engine.Moves, expected);
+}
+
+TEST(EngineInterface, BoardTextOfTheStartPosition) {
+    RecordingEngine engine;
+    engine.SetPosition(StartFen);
+    EXPECT_STREQ(engine.BoardText().Text(), "rnbqkbnr\r\npppppppp\r\n--------\r\n--------\r\n"
+                                            "--------\r\n--------\r\nPPPPPPPP\r\nRNBQKBNR");
+    engine.SetPosition("r3k2r/8/2n5/8/4P3/8/8/R3K2R b KQkq e3 0 1");
+    EXPECT_STREQ(engine.BoardText().Text(), "r---k--r\r\n--------\r\n--n-----\r\n--------\r\n"
+                                            "----P---\r\n--------\r\n--------\r\nR---K--R");
+    engine.SetPosition("");
+    EXPECT_TRUE(engine.BoardText().IsEmpty());
+}
+
+TEST(EngineInterface, InfoSpeaksTheDialectOfTheProtocol) {
+    CapturedOutput captured;
+    RecordingEngine engine(&captured.Output);
+    engine.Info("hello");
+    engine.Protocol = clsEngineInterface::Uci;
+    engine.Info("there");
+    engine.Protocol = 2;
+    engine.Info("nobody");
+    EXPECT_EQ(captured.Text(), "# hello\ninfo string there\n");
+
+    RecordingEngine silent;
+    silent.Info("no output at all");
+}
+
+TEST(EngineInterface, PrintBoardWritesRanksSideAndFen) {
+    CapturedOutput captured;
+    RecordingEngine engine(&captured.Output);
+    engine.Protocol = clsEngineInterface::Uci;
+    engine.SetPosition(StartFen);
+    engine.PrintBoard();
+    EXPECT_EQ(captured.Text(), "info string rnbqkbnr\ninfo string pppppppp\ninfo string --------\n"
+                               "info string --------\ninfo string --------\ninfo string --------\n"
+                               "info string PPPPPPPP\ninfo string RNBQKBNR\n"
+                               "info string white [" +
+                                   std::string(StartFen) + "]\ninfo string \n");
+}
+
+TEST(EngineInterface, SetOptionAddsOrReplaces) {
+    RecordingEngine engine;
+    EXPECT_TRUE(engine.SetOption("Hash", "16"));
+    EXPECT_TRUE(engine.SetOption("soul", "simple5"));
+    EXPECT_TRUE(engine.SetOption("HASH", "32"));
+    EXPECT_STREQ(engine.Options.GetName(0).Text(), "Hash");
+    EXPECT_STREQ(engine.Options.GetName(1).Text(), "soul");
+    EXPECT_TRUE(engine.Options.GetName(2).IsEmpty());
+    EXPECT_STREQ(engine.Options.GetValue("hash").Text(), "32");
+    EXPECT_STREQ(engine.Options.GetValue("Soul").Text(), "simple5");
+}

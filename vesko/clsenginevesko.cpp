@@ -1,0 +1,138 @@
+#include "vesko/clsenginevesko.h"
+
+#include <cstring>
+#include <new>
+
+using nuvobase::clsString;
+
+namespace nvoChess {
+
+namespace {
+
+clsString PackedMoveText(uint64_t packed) {
+    char text[9] = {};
+    std::memcpy(text, &packed, 8);
+    return clsString(text);
+}
+
+} // namespace
+
+clsEngineVesko::clsEngineVesko(const clsString& name, nuvobase::clsTSafeOutput* output, clsTourneyGame* game)
+    : clsEngineInterface(name, output, game), RawBlock(nullptr), RawSize(0),
+      Block(VeskoAllocate(RawBlock, RawSize)) {
+    if (!Block) throw std::bad_alloc();
+}
+
+bool clsEngineVesko::Run() {
+    Execute(VeskoCommandSearch);
+    return true;
+}
+
+clsEngineVesko::~clsEngineVesko() {
+    SetStopped();
+    Wait();
+    VeskoFree(RawBlock);
+}
+
+void clsEngineVesko::SetStopped() { VeskoShared(Block->Command).fetch_or(VeskoCommandStop); }
+
+clsString clsEngineVesko::GetStatistics(int64_t elapsedMs) {
+    const int64_t nodes = int64_t(VeskoShared(Block->Nodes).load());
+    clsString text = clsString(nodes) + " nodes - ";
+    if (elapsedMs) text += clsString(elapsedMs) + " ms " + clsString(nodes / elapsedMs) + " Knps";
+    return text;
+}
+
+bool clsEngineVesko::SetPosition(const clsString& fen) {
+    Command(VeskoCommandSetPosition, 0, fen.Text());
+    return Block->Error == 0;
+}
+
+clsString clsEngineVesko::GetInfoLine() {
+    clsString line;
+    if (ResultLock.Lock() != 0) return line;
+    const uint64_t move = VeskoShared(Block->BestMove).load();
+    if (move) {
+        line = clsString(int64_t(VeskoShared(Block->Depth).load())) + " " +
+               clsString(int64_t(VeskoShared(Block->BestScore).load())) + " 0 " +
+               clsString(int64_t(VeskoShared(Block->Nodes).load())) + " " + PackedMoveText(move);
+    }
+    ResultLock.Unlock();
+    return line;
+}
+
+clsString clsEngineVesko::GetPosition() {
+    Command(VeskoCommandGetPosition);
+    return clsString(Block->Text);
+}
+
+clsString clsEngineVesko::GetBestMoveText(bool consume, int& score) {
+    clsString text;
+    if (ResultLock.Lock() != 0) return text;
+    const uint64_t move = VeskoShared(Block->BestMove).load();
+    if (move) {
+        text = PackedMoveText(move);
+        score = int(VeskoShared(Block->BestScore).load());
+        if (consume) VeskoShared(Block->BestMove).store(0);
+    }
+    ResultLock.Unlock();
+    return text;
+}
+
+clsString clsEngineVesko::GetSpareText() { return clsString(); }
+
+bool clsEngineVesko::MakeMove(uint64_t from, uint64_t to, char promotion) {
+    char text[8] = {};
+    SquareToChars(from, text);
+    SquareToChars(to, text + 2);
+    text[4] = promotion;
+    Command(VeskoCommandMakeMove, 0, nullptr, text);
+    return Block->Error == 0;
+}
+
+uint64_t clsEngineVesko::PositionHash() { return 0; }
+
+clsString clsEngineVesko::ReadReply() { return clsString(); }
+
+int clsEngineVesko::PawnValue() { return 100; }
+
+void clsEngineVesko::CrossSoul(clsEngineInterface*) {}
+
+clsString clsEngineVesko::GetSoulText() { return clsString(); }
+
+void clsEngineVesko::LoadDefaultSoul() {}
+
+uint64_t clsEngineVesko::Perft(int depth, bool) {
+    Command(VeskoCommandCount, depth);
+    for (int ply = 0; ply < Block->Depth && Block->PlyCounts[ply]; ++ply)
+        Info(clsString(ply + 1) + "\t" + clsString(int64_t(Block->PlyCounts[ply])));
+    return Block->Depth > 0 ? Block->PlyCounts[Block->Depth - 1] : 0;
+}
+
+clsString clsEngineVesko::SanToCoordinates(const clsString&, bool) { return clsString(); }
+
+void clsEngineVesko::SendLine(const clsString&) {}
+
+void clsEngineVesko::Execute(uint64_t command, int64_t depth, const char* text, const char* moveText) {
+    VeskoShared(Block->Command).store(command);
+    VeskoShared(Block->Depth).store(depth);
+    Block->MaxDepth = MaxDepth;
+    if (text) {
+        // A longer text is cut to the field.
+        std::strncpy(Block->Text, text, sizeof Block->Text - 1);
+        Block->Text[sizeof Block->Text - 1] = 0;
+    }
+    if (moveText) std::memcpy(Block->MoveText, moveText, sizeof Block->MoveText);
+    VeskoShared(Block->BestMove).store(0);
+    VeskoExecute(Block);
+}
+
+void clsEngineVesko::Command(uint64_t command, int64_t depth, const char* text, const char* moveText) {
+    if (IsRunning()) {
+        SetStopped();
+        Wait();
+    }
+    Execute(command, depth, text, moveText);
+}
+
+} // namespace nvoChess
