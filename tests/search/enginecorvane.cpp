@@ -186,6 +186,21 @@ TEST(ThreadedEngineCorvane, RandomAloneSearchesDepthTwo) {
   EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
 }
 
+TEST(ThreadedEngineCorvane, RandomAndTimedRunsUntilStopped) {
+  clsCommandLine line({"-random", "-timed"});
+  clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
+  e->Start();
+  // Alone, -random would end after depth 2; with -timed the search goes on.
+  for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  EXPECT_TRUE(e->IsRunning());
+  EXPECT_TRUE(e->StopEngine());
+  EXPECT_GE(e->SearchDepth, 6);
+  int score = 0;
+  const clsString move = e->GetBestMoveText(false, score);
+  EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
+}
+
 TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
   clsCommandLine line({"-random", "-proportional=100"});
   clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
