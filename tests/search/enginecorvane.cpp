@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <set>
+#include <string>
 #include <thread>
 
 #include "chess/keys.h"
@@ -186,41 +188,40 @@ TEST(ThreadedEngineCorvane, RandomAloneSearchesDepthTwo) {
   EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
 }
 
-TEST(ThreadedEngineCorvane, RandomAndTimedRunsUntilStopped) {
-  clsCommandLine line({"-random", "-timed"});
-  clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-  e->Start();
-  // Alone, -random would end after depth 2; with -timed the search goes on.
-  for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  EXPECT_TRUE(e->IsRunning());
-  EXPECT_TRUE(e->StopEngine());
-  EXPECT_GE(e->SearchDepth, 6);
-  int score = 0;
-  const clsString move = e->GetBestMoveText(false, score);
-  EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
+TEST(ThreadedEngineCorvane, RandomWithTimedOrProportionalRunsUntilStopped) {
+  for (const char* option : {"-timed", "-proportional"}) {
+    clsCommandLine line({"-random", option});
+    clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
+    e->Start();
+    // Alone, -random would end after depth 2; with either option the search goes on.
+    for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(e->IsRunning()) << option;
+    EXPECT_TRUE(e->StopEngine());
+    EXPECT_GE(e->SearchDepth, 6);
+    int score = 0;
+    const clsString move = e->GetBestMoveText(false, score);
+    EXPECT_TRUE(e->MakeMoveText(move)) << option << " " << move.Text();
+  }
 }
 
 TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-  clsCommandLine line({"-random", "-proportional=100"});
-  clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-  // A stop may fall before the first move of a depth has a value; then no
-  // move is drawn and BestMove stays. Some stops find scored moves.
-  int drawn = 0;
-  for (int attempt = 0; attempt < 10; ++attempt) {
-    e->Start();
-    std::this_thread::sleep_for(std::chrono::milliseconds(50 + 37 * attempt));
-    EXPECT_TRUE(e->IsRunning());  // with -proportional the depth isn't limited
-    EXPECT_TRUE(e->StopEngine());
-    const clsMove* first = e->Root->Moves;
-    while (first != e->Root->End() && first->Score <= -940) ++first;
-    if (first == e->Root->End()) continue;
-    ++drawn;
-    int score = 0;
-    EXPECT_EQ(e->GetBestMoveText(false, score), e->MoveText(first, false));
-    EXPECT_EQ(score, first->Score);
+  // The mate is found at depth 2 and the search ends by itself. Every draw
+  // passes at 100, so the best-scored move is played each time; -random
+  // alone plays any of the sixteen moves.
+  std::set<std::string> proportional, random;
+  for (int run = 0; run < 20; ++run) {
+    for (bool withPercentage : {true, false}) {
+      clsCommandLine line = withPercentage ? clsCommandLine({"-random", "-proportional=100"}) : clsCommandLine({"-random"});
+      clsEngineFixture e(MateInOne);
+      e->Start();
+      ASSERT_TRUE(e.WaitForEnd());
+      int score = 0;
+      (withPercentage ? proportional : random).insert(e->GetBestMoveText(false, score).Text());
+    }
   }
-  EXPECT_GT(drawn, 0);
+  EXPECT_EQ(proportional, std::set<std::string>{"a1a8"});
+  EXPECT_GT(random.size(), 3u);
 }
 
 TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
