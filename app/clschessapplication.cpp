@@ -1,16 +1,36 @@
 #include "app/clschessapplication.h"
 
+#include "chess/bits.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
+#include "vesko/clsenginevesko.h"
+
+#include <cstdlib>
 
 namespace nvoChess {
+
+namespace {
+
+// How often a running search shows its progress.
+constexpr uint64_t ProgressIntervalMs = 1000;
+
+}  // namespace
 
 clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     : clsThread(clsString("Corvane")), Output(&nuvobase::StdOut), Arguments(arguments) {
     LogFile = Arguments.GetValue("-log");
+    SetEngine(clsString("vesko"));
+    const clsString memory = Arguments.GetValue("memory");
+    SetMemory(memory.IsEmpty() ? DefaultMemoryMb : ReadDecimal(memory));
+    Engine->SetPosition(clsString(StartFen));
+    PublishedFen.Set(Engine->GetPosition());
 }
 
 clsChessApplication::~clsChessApplication() {
+    // The search is asked to end by its own means first: a cancelled search ends only at a
+    // cancellation point, and the engine's destructor waits for it.
+    Engine->StopEngine();
+    Engine->Stop();
     nuvobase::StdIn.Stop();
     nuvobase::StdIn.Wait();
     Output->Flush();
@@ -18,18 +38,38 @@ clsChessApplication::~clsChessApplication() {
 }
 
 bool clsChessApplication::Run() {
-    nuvobase::StdIn.Start();
-    while (GetState() != 0 && CommandLoopPass()) {
+    SetEngine(Arguments.GetValue("-engine"));
+    Engine->Protocol = clsEngineInterface::Uci;
+    if (Arguments.GetValue("-use") == "tourney") {
+        ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
+        while (GetState() == 1) nuvobase::SleepMs(1);
+    } else {
+        const clsString soulFile = Arguments.GetValue("-load");
+        if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
+        nuvobase::StdIn.Start();
+        while (GetState() != 0 && CommandLoopPass()) {
+        }
     }
+    Engine->Info(clsString("end"));
     return true;
 }
 
 bool clsChessApplication::CommandLoopPass() {
+    const uint64_t now = nuvobase::ClockMs();
+    const bool searching = Engine->IsRunning();
+    if (searching)
+        WatchSearch(now);
+    else
+        DeliverMove(now);
     nuvobase::SleepMs(1);
-    clsString line = nuvobase::StdIn.ReadLine(false);
+    const clsString line = nuvobase::StdIn.ReadLine(false);
     if (line.IsEmpty()) {
-        // At the end of the input the program ends as after quit.
-        return !nuvobase::StdIn.IsEndOfInput();
+        // Once the input has ended nobody can stop a search any more: the one running ends at its
+        // deadline, delivers its move, and then the program ends as after quit.
+        if (!nuvobase::StdIn.IsEndOfInput()) return true;
+        // A search that ended during this pass is delivered by the next one.
+        if (searching && Deadline != 0 && now > Deadline) Engine->StopEngine();
+        return searching;
     }
     if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
         nuvobase::StdIn.Stop();
@@ -38,20 +78,147 @@ bool clsChessApplication::CommandLoopPass() {
     return true;
 }
 
+void clsChessApplication::WatchSearch(uint64_t now) {
+    if (Deadline != 0 && now > Deadline && Engine->MaxDepth == 0) {
+        Engine->StopEngine();
+    } else if (now - LastProgress >= ProgressIntervalMs) {
+        LastProgress = now;
+        ShowProgress();
+    }
+}
+
+void clsChessApplication::DeliverMove(uint64_t now) {
+    if (State != StateEngineWhite && State != StateEngineBlack && State != StateEpd) return;
+    ShowProgress();
+    int score = 0;
+    const clsString best = Engine->GetBestMoveText(true, score);
+    if (!best.IsEmpty() && State != StateEpd) {
+        const int64_t elapsed = int64_t(now - ThinkStart) + 1;
+        EngineTimeMs += IncrementMs - elapsed;
+        Engine->Info(Engine->GetStatistics(elapsed));
+        if (Engine->Protocol == clsEngineInterface::XBoard) {
+            Engine->MakeMoveText(best);
+            FenHistory.Add(GetFen());
+            WriteLine(clsString("move ") + best);
+        } else if (Engine->Protocol == clsEngineInterface::Uci) {
+            WriteLine(clsString("bestmove ") + best);
+            State = StateIdle;
+        }
+        if (ShowBoard) Engine->PrintBoard();
+    } else if (best.IsEmpty() && State != StateEpd && Engine->Protocol == clsEngineInterface::Uci) {
+        // A GUI waits for one answer to every go, also when the engine has no move to give.
+        WriteLine(clsString("bestmove 0000"));
+        State = StateIdle;
+    }
+    SendPong();
+}
+
 void clsChessApplication::ExecuteCommand(const clsString& line) {
     Dispatch(line.BeforeChar(' '), line.AfterChar(' '));
 }
 
 int clsChessApplication::Dispatch(const clsString& command, const clsString& arguments) {
-    return HandleUci(command, arguments);
+    if (Engine->Protocol == clsEngineInterface::XBoard) return HandleXBoard(command, arguments, false);
+    if (Engine->Protocol == clsEngineInterface::Uci) return HandleUci(command, arguments);
+    return 0;
 }
 
-int clsChessApplication::HandleUci(const clsString& command, const clsString& arguments) {
-    if (command == "quit") {
-        State = 0;
-        return QuitResult;
+bool clsChessApplication::SetEngine(const clsString& name) {
+    std::unique_ptr<clsEngineInterface> engine;
+    if (name == "vesko") engine = std::make_unique<clsEngineVesko>(clsString("Vesko"), Output);
+    if (!engine) return false;
+    if (Engine) {
+        Engine->Stop();
+        Engine->Wait();
     }
-    return HandleConsole(command, arguments);
+    Engine = std::move(engine);
+    return true;
+}
+
+bool clsChessApplication::SetMemory(int64_t megabytes) {
+    if (Engine && Engine->IsRunning()) return false;
+    Share.ResizeTable(megabytes < 0 ? 0 : megabytes);
+    return true;
+}
+
+bool clsChessApplication::SetBoard(const clsString& fen) {
+    Engine->SetPosition(fen);
+    PublishedFen.Set(Engine->GetPosition());
+    return true;
+}
+
+clsString clsChessApplication::GetFen() { return PublishedFen.Get(); }
+
+void clsChessApplication::HaltEngine() {
+    Engine->StopEngine();
+    Engine->Wait();
+}
+
+bool clsChessApplication::StartThinking() {
+    HaltEngine();
+    Engine->Post = Post;
+    const int64_t controlMoves = MovesPerControl;
+    int64_t moveNumber = Engine->MoveNumber;
+    if (controlMoves > 0 && moveNumber > controlMoves) {
+        moveNumber %= controlMoves;
+    } else if (moveNumber > 0 && moveNumber == controlMoves) {
+        EngineTimeMs += BaseTimeMs;
+        moveNumber = 0;
+    }
+    PublishedFen.Set(Engine->GetPosition());
+    ThinkStart = LastProgress = nuvobase::ClockMs();
+    int64_t allowance;
+    if (State == StateEpd) {
+        allowance = BaseTimeMs;
+        EngineTimeMs = 100 * allowance;
+    } else {
+        allowance = MoveAllowance(EngineTimeMs, controlMoves, moveNumber);
+    }
+    // An allowance used up before the start stops the search at the first look; 0 would mean no deadline.
+    const int64_t deadline = int64_t(ThinkStart) + allowance;
+    Deadline = deadline > 0 ? uint64_t(deadline) : 1;
+    if (State != StateEpd) {
+        Engine->Info(clsString("moves ") + clsString(moveNumber) + "/" + clsString(controlMoves) + " - time " +
+                     clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
+    }
+    return Engine->Start();
+}
+
+int64_t clsChessApplication::MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber) {
+    // A little is kept back for the answer to reach the GUI, unless the clock is nearly gone.
+    const int64_t available = timeMs > 100 ? timeMs - 50 : timeMs;
+    int64_t movesLeft = movesPerControl != 0 ? movesPerControl - moveNumber + 2 : 40;
+    // A control that has no moves left (a negative control) is treated like a whole game.
+    if (movesLeft <= 0) movesLeft = 40;
+    return available / movesLeft;
+}
+
+int64_t clsChessApplication::ReadDecimal(const clsString& text) {
+    // strtoll saturates where the text overflows 64 bits and gives 0 for text that is no number.
+    return std::strtoll(text.Text(), nullptr, 10);
+}
+
+void clsChessApplication::ShowProgress() {
+    if (!Post) return;
+    const clsString line = Engine->GetInfoLine();
+    if (line.IsEmpty()) return;
+    if (Engine->Protocol == clsEngineInterface::XBoard) {
+        WriteLine(line);
+    } else if (Engine->Protocol == clsEngineInterface::Uci) {
+        int score = 0;
+        WriteLine(clsString("currmove ") + Engine->GetBestMoveText(false, score));
+    }
+}
+
+void clsChessApplication::SendPong() {
+    if (PendingPing.IsEmpty()) return;
+    WriteLine(clsString("pong ") + PendingPing);
+    PendingPing.Clear();
+}
+
+void clsChessApplication::ShowBanner() {
+    Engine->Info(Engine->Name + " - chess engine of the Corvane console - PopCount " +
+                 (UsePopCount ? "enabled" : "disabled"));
 }
 
 void clsChessApplication::WriteLine(const clsString& text) { Output->Write(text, true); }

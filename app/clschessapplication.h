@@ -2,13 +2,16 @@
 // The application object: the thread that reads commands, hands them to the front end of the current
 // protocol, watches the running engine and delivers its moves.
 
+#include "match/clsengineinterface.h"
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
 #include "nuvobase/clsthread.h"
 #include "nuvobase/clstsafeoutput.h"
+#include "search/clsengineshare.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace nvoChess {
 
@@ -18,27 +21,70 @@ class clsChessApplication : public nuvobase::clsThread {
 public:
     // What the command loop hands a handler's result: 4 ends the loop.
     static constexpr int QuitResult = 4;
+    // What the application expects of the engine.
+    static constexpr int32_t StateIdle = 0;
+    static constexpr int32_t StateStopped = 1;
+    static constexpr int32_t StateEngineWhite = 2;
+    static constexpr int32_t StateEngineBlack = 3;
+    static constexpr int32_t StateEpd = 5;
+    static constexpr int32_t StateLearning = 6;
+
+    static constexpr const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
     // arguments: the name/value table of the command line.
     explicit clsChessApplication(const nuvobase::clsStrings& arguments);
+    // Stops the engine and the input reader, flushes and gives the output a moment before the fields go.
     ~clsChessApplication() override;
 
     bool Run() override;
     // Splits line at the first blank and hands it to the front end of the current protocol.
     virtual void ExecuteCommand(const clsString& line);
 
+    // "vesko" or "corvane", any case, replaces the current engine; other names change nothing.
+    // True when the engine was replaced.
+    bool SetEngine(const clsString& name);
+    // Resizes the shared table; false, and nothing done, while the engine searches.
+    bool SetMemory(int64_t megabytes);
+    // Sets the engine's position and publishes it.
+    bool SetBoard(const clsString& fen);
+    // The last published position.
+    clsString GetFen();
+    // Stops the engine, works out the time for this move and starts the search; the result of Start.
+    bool StartThinking();
+    // With Post set, the engine's line about its running search.
+    void ShowProgress();
+    // Answers a ping that waited for the end of a search.
+    void SendPong();
+    // The engine's name, the program and whether the processor's population count is used.
+    void ShowBanner();
+
+    // The front ends and the console; each returns QuitResult to end the command loop.
     int HandleUci(const clsString& command, const clsString& arguments);
+    int HandleXBoard(const clsString& command, const clsString& arguments, bool echo);
     int HandleConsole(const clsString& command, const clsString& arguments);
+
+    // The values of two keywords in text: each keyword is searched, ignoring case and quoted spans,
+    // behind the end of the one before; its value runs to the next keyword found or to the end and is
+    // trimmed of blanks. A keyword not found has an empty value; an empty keyword is found at the start.
+    static void SplitKeywords(const clsString& text, const char* firstKeyword, const char* secondKeyword,
+                              clsString& firstValue, clsString& secondValue);
+    // The milliseconds a search may take: timeMs shared out over the moves left to the control
+    // (movesPerControl minus moveNumber, plus 2) or over 40 moves without a control.
+    static int64_t MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber);
+    // A number the user typed, read as decimal; text that is no number reads as 0.
+    static int64_t ReadDecimal(const clsString& text);
 
     nuvobase::clsTSafeOutput* Output;
     int32_t DefaultMemoryMb = 64;
-    nuvobase::clsStrings Arguments;  // the command line, copied
+    clsEngineShare Share;
+    std::unique_ptr<clsEngineInterface> Engine;  // never null once constructed
+    nuvobase::clsStrings Arguments;              // the command line, copied
     nuvobase::clsStrings Features;
     clsString LogFile;
     nuvobase::clsCStrings TestLines;
     int32_t TestIndex = 0;
     nuvobase::clsCStrings FenHistory;
-    int32_t State = 0;
+    int32_t State = StateIdle;
     int32_t TestScore = 0;
     bool Ponder = false;
     bool Post = false;
@@ -57,11 +103,22 @@ public:
     clsString IcsHost;
     nuvobase::clsStrings LearnBookLines;
 
+protected:
+    // Writes one line to Output.
+    void WriteLine(const clsString& text);
+
 private:
     // One pass of the command loop; false once the loop is to end.
     bool CommandLoopPass();
+    // Stops the search at its deadline, or shows its progress.
+    void WatchSearch(uint64_t now);
+    // Hands the move of a finished search to the protocol that asked for it.
+    void DeliverMove(uint64_t now);
     int Dispatch(const clsString& command, const clsString& arguments);
-    void WriteLine(const clsString& text);
+    // Stops the engine and waits until its thread has ended, so that its position may be touched.
+    void HaltEngine();
+    int UciPosition(const clsString& arguments);
+    int UciGo(const clsString& arguments);
 };
 
 }  // namespace nvoChess

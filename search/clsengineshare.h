@@ -68,15 +68,17 @@ class clsEngineShare {
   // fails; half of the slots are addressed and cleared. 0 means no table.
   void ResizeTable(int64_t megabytes);
 
-  // The slot of a search key, or null without a table.
-  clsTT* Slot(uint64_t key) const { return TTCount ? &TTSlots[key % TTCount] : nullptr; }
+  // The slot of a search key, or null without a table. The key modulo the
+  // count: a power of two, so a mask does it.
+  clsTT* Slot(uint64_t key) const { return TTCount ? &TTSlots[key & (TTCount - 1)] : nullptr; }
 
   uint64_t TTCount = 0;  // slots in use
   uint64_t TTBytes = 0;  // requested size
   clsTT* TTSlots = nullptr;
 
  protected:
-  // Allocation of n slots; null when it fails. Tests replace it.
+  // Allocation of n slots, freed by std::free; null when it fails. Tests
+  // replace it.
   virtual clsTT* AllocateSlots(uint64_t n);
 
  private:

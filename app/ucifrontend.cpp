@@ -1,0 +1,133 @@
+// The engine side of UCI: the words of the protocol become calls on the current engine and on
+// StartThinking; every other word goes to the console.
+#include "app/clschessapplication.h"
+
+#include <climits>
+#include <cstring>
+
+namespace nvoChess {
+
+namespace {
+
+// Quotes inside which a keyword is not looked for.
+constexpr char SingleQuote = '\'';
+constexpr char DoubleQuote = '"';
+
+// Where keyword starts in text at or behind from, or -1; an empty keyword is found at from.
+int FindKeyword(const clsString& text, const char* keyword, int from) {
+    if (*keyword == 0) return from;
+    return text.FindOutsideQuotes(keyword, from, SingleQuote, DoubleQuote);
+}
+
+clsString TrimmedSpan(const clsString& text, int from, int to) {
+    clsString span = text.Mid(from, to - from);
+    return span.Trim(' ');
+}
+
+int ClampToInt(int64_t value) { return int(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value); }
+
+// The value word behind a word of go, read as a decimal number; a missing one reads as 0.
+int NextValue(const clsString& arguments, int& position) {
+    if (position < 0) return 0;
+    return ClampToInt(clsChessApplication::ReadDecimal(arguments.NextWord(' ', position, false, true)));
+}
+
+}  // namespace
+
+void clsChessApplication::SplitKeywords(const clsString& text, const char* firstKeyword, const char* secondKeyword,
+                                        clsString& firstValue, clsString& secondValue) {
+    const int length = text.Size();
+    const int first = FindKeyword(text, firstKeyword, 0);
+    const int firstEnd = first < 0 ? 0 : first + int(std::strlen(firstKeyword));
+    const int second = FindKeyword(text, secondKeyword, firstEnd);
+    const int secondEnd = second < 0 ? length : second + int(std::strlen(secondKeyword));
+    firstValue = first < 0 ? clsString() : TrimmedSpan(text, firstEnd, second < 0 ? length : second);
+    secondValue = second < 0 ? clsString() : TrimmedSpan(text, secondEnd, length);
+}
+
+int clsChessApplication::HandleUci(const clsString& command, const clsString& arguments) {
+    if (command == "xboard") {
+        Engine->Protocol = clsEngineInterface::XBoard;
+    } else if (command == "uci") {
+        WriteLine(clsString("id name ") + Engine->Name);
+        WriteLine(clsString("uciok"));
+    } else if (command == "debug") {
+        Engine->SetDebug(true);
+    } else if (command == "isready") {
+        WriteLine(clsString("readyok"));
+    } else if (command == "setoption") {
+        clsString name, value;
+        SplitKeywords(arguments, "name", "value", name, value);
+        Engine->SetOption(name, value);
+    } else if (command == "register" || command == "ponderhit") {
+        // Accepted and ignored.
+    } else if (command == "ucinewgame") {
+        ShowBanner();
+    } else if (command == "position") {
+        return UciPosition(arguments);
+    } else if (command == "go") {
+        return UciGo(arguments);
+    } else if (command == "stop") {
+        Engine->StopEngine();
+    } else if (command == "quit") {
+        State = StateIdle;
+        Engine->StopEngine();
+        return QuitResult;
+    } else {
+        return HandleConsole(command, arguments);
+    }
+    return 0;
+}
+
+int clsChessApplication::UciPosition(const clsString& arguments) {
+    clsString fen, moves;
+    SplitKeywords(arguments, "", "moves", fen, moves);
+    HaltEngine();
+    if (fen == "startpos") {
+        fen = StartFen;
+    } else if (fen.BeforeChar(' ') == "fen") {
+        fen = fen.AfterChar(' ');
+        fen.Trim(' ');
+    }
+    Engine->SetPosition(fen);
+    int position = 0;
+    while (position >= 0) {
+        const clsString move = moves.NextWord(' ', position);
+        if (!move.IsEmpty()) Engine->MakeMoveText(move);
+    }
+    return 0;
+}
+
+int clsChessApplication::UciGo(const clsString& arguments) {
+    int position = 0;
+    while (position >= 0) {
+        const clsString word = arguments.NextWord(' ', position, false, true);
+        if (word == "wtime") {
+            Engine->SetClock(0, NextValue(arguments, position));
+        } else if (word == "btime") {
+            Engine->SetClock(1, NextValue(arguments, position));
+        } else if (word == "winc") {
+            Engine->SetClock(2, NextValue(arguments, position));
+        } else if (word == "binc") {
+            Engine->SetClock(3, NextValue(arguments, position));
+        } else if (word == "movetime") {
+            Engine->SetClock(4, NextValue(arguments, position));
+        } else if (word == "movestogo") {
+            NextValue(arguments, position);
+        } else if (word == "depth") {
+            Engine->SetMaxDepth(NextValue(arguments, position));
+        } else if (word == "nodes") {
+            Engine->SetMaxNodes(NextValue(arguments, position));
+        } else if (word == "mate") {
+            Engine->SetMateDepth(NextValue(arguments, position));
+        } else if (word == "infinite") {
+            Engine->SetMaxDepth(64);
+        }
+        // ponder, and any word not known, is skipped: a ponder search runs as a normal one.
+    }
+    HaltEngine();
+    State = Engine->IsWhiteToMove() ? StateEngineWhite : StateEngineBlack;
+    return StartThinking();
+}
+
+}  // namespace nvoChess
