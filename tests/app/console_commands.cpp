@@ -27,7 +27,7 @@ TEST_F(ConsoleTest, UnknownWords) {
     EXPECT_EQ(Send("\\foo"), Lines{"Error (unknown command): \\foo"});
     EXPECT_EQ(Result, 0);
     EXPECT_EQ(App.HandleConsole(clsString(), clsString()), 0);
-    EXPECT_EQ(Captured.Take(), Lines{"Error (unknown command): "});
+    EXPECT_EQ(Written(), Lines{"Error (unknown command): "});
     // Words of the console that arrive later are unknown until then.
     EXPECT_EQ(Send("\\epd", "1 x.epd"), Lines{"Error (unknown command): \\epd"});
     for (const char* quiet : {"\\soul", "\\SOUL", "\\testsouls"}) EXPECT_EQ(Send(quiet, "x"), Lines{}) << quiet;
