@@ -31,10 +31,10 @@ def show_board():
     output = console(["\\"])
     check(boards(output) == [START_BOARD], output)
     check(len(output) == 10 and output[9] == "", output)
-    for engine in ((), ("-engine=corvane",)):
-        with_moves = console(["\\ m"], engine)
-        check(boards(with_moves) == [START_BOARD] and len(with_moves) > 10, with_moves)
-        check(console(["\\ M"], engine) == output, "only a lower-case m lists the moves")
+    # Corvane lists its moves; Vesko has no list to show.
+    with_moves = console(["\\ m"], ("-engine=corvane",))
+    check(boards(with_moves) == [START_BOARD] and len(with_moves) > 10, with_moves)
+    check(len(console(["\\ M"], ("-engine=corvane",))) == 10, "only a lower-case m lists the moves")
 
     # Shown after each delivered move while on; twice is off again.
     def line_after_move(toggles):
