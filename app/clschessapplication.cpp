@@ -27,10 +27,8 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
 }
 
 clsChessApplication::~clsChessApplication() {
-    // The search is asked to end by its own means first: a cancelled search ends only at a
-    // cancellation point, and the engine's destructor waits for it.
-    Engine->StopEngine();
-    Engine->Stop();
+    // The search is stopped by its own flag rather than cancelled: a search meets no cancellation point.
+    HaltEngine();
     nuvobase::StdIn.Stop();
     nuvobase::StdIn.Wait();
     Output->Flush();
@@ -127,10 +125,8 @@ bool clsChessApplication::SetEngine(const clsString& name) {
     std::unique_ptr<clsEngineInterface> engine;
     if (name == "vesko") engine = std::make_unique<clsEngineVesko>(clsString("Vesko"), Output);
     if (!engine) return false;
-    if (Engine) {
-        Engine->Stop();
-        Engine->Wait();
-    }
+    // The search of the old engine is ended by its stop flag: a cancel would not reach it.
+    if (Engine) HaltEngine();
     Engine = std::move(engine);
     return true;
 }
@@ -150,7 +146,13 @@ bool clsChessApplication::SetBoard(const clsString& fen) {
 clsString clsChessApplication::GetFen() { return PublishedFen.Get(); }
 
 void clsChessApplication::HaltEngine() {
+    // A stop that reaches a search thread before the search has begun may be forgotten when the search
+    // begins, so it is asked again until the thread has ended.
     Engine->StopEngine();
+    while (Engine->IsRunning()) {
+        nuvobase::SleepMs(1);
+        Engine->StopEngine();
+    }
     Engine->Wait();
 }
 

@@ -58,6 +58,9 @@ public:
     // The engine's name, the program and whether the processor's population count is used.
     void ShowBanner();
 
+    // Stops the engine and waits until its thread has ended, so that its position may be touched.
+    void HaltEngine();
+
     // The front ends and the console; each returns QuitResult to end the command loop.
     int HandleUci(const clsString& command, const clsString& arguments);
     int HandleXBoard(const clsString& command, const clsString& arguments, bool echo);
@@ -115,8 +118,6 @@ private:
     // Hands the move of a finished search to the protocol that asked for it.
     void DeliverMove(uint64_t now);
     int Dispatch(const clsString& command, const clsString& arguments);
-    // Stops the engine and waits until its thread has ended, so that its position may be touched.
-    void HaltEngine();
     int UciPosition(const clsString& arguments);
     int UciGo(const clsString& arguments);
 };

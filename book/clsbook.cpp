@@ -1,5 +1,8 @@
 #include "book/clsbook.h"
 
+#include "chess/clschesscore.h"
+#include "chess/keys.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -279,6 +282,21 @@ std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
         if (merged->clsPCollection::Add(made) < 0) delete made;
     }
     return merged;
+}
+
+int clsBook::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode) {
+    core.SetPosition(nuvobase::clsString());
+    const bool drawn = result == drawCode;
+    uint32_t won = result == 2 ? 1 : 0;
+    for (int position = 0; position >= 0;) {
+        const nuvobase::clsString move = moves.NextWord(' ', position);
+        if (move.IsEmpty()) continue;
+        if (!core.MakeMoveText(move)) break;
+        Add(drawn ? new clsBookEntry(BoardKey(core.Board), 0, 0, 1)
+                  : new clsBookEntry(BoardKey(core.Board), won, 1 - won, 0));
+        won ^= 1;
+    }
+    return Count;
 }
 
 const clsBookEntry* clsBook::Find(uint64_t key) const {

@@ -9,6 +9,8 @@
 
 namespace nvoChess {
 
+class clsChessCore;
+
 // The opening book: positions with game statistics, held whole in memory as
 // entries sorted by key (unsigned), one entry per key, and stored in .cbk files.
 // It owns its entries.
@@ -41,6 +43,12 @@ public:
     int Add(clsBookEntry* entry);
     // Joins two sorted books into a new one, summing the counters of shared keys.
     std::unique_ptr<clsBook> Merge(const clsBook& other) const;
+    // Plays a game of coordinate moves, each followed by a blank, from the start
+    // position on the core and counts every position reached for the side that
+    // moved into it: result 2 is a win of white, and result equal to drawCode a
+    // draw for both. The game ends at a move that cannot be played. Returns the
+    // entry count.
+    int AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode);
     // Binary search; null when the key is not in the book.
     const clsBookEntry* Find(uint64_t key) const;
 

@@ -1,5 +1,7 @@
 #include "search/clsenginecorvane.h"
 
+#include <cstdio>
+
 #include "chess/bits.h"
 #include "chess/keys.h"
 #include "nuvobase/platform.h"
@@ -27,11 +29,25 @@ clsEngineCorvane::clsEngineCorvane(clsEngineShare* share, const clsString& name,
     : clsEngineInterface(name, output, game), clsTreeSearch(clsEngineInterface::ResultLock, share) {
   SearchFlags = CommandLine;
   if (HasFlag("-nopopcnt")) UsePopCount = false;
+  if (Post) PostRecordSizes();
+  LoadBook();
   SetPosition(clsString());
   SelectSoul(clsString("Simple5"));
 }
 
 clsEngineCorvane::~clsEngineCorvane() { StopEngine(); }
+
+void clsEngineCorvane::PostRecordSizes() {
+  const auto line = [this](const char* label, size_t size) {
+    char hex[2 * sizeof(size_t) + 1];
+    std::snprintf(hex, sizeof hex, "%zX", size);
+    Info(clsString(label) + "=0x" + hex);
+  };
+  line("sizeof(clsMove)", sizeof(clsMove));
+  line("sizeof(clsSimpleNode)", sizeof(clsSimpleNode));
+  line("sizeof(clsTT)", sizeof(clsTT));
+  line("sizeof(clsBoard)", sizeof(clsBoard));
+}
 
 bool clsEngineCorvane::HasFlag(const char* name) const { return SearchFlags.Find(clsString(name)) >= 0; }
 

@@ -29,6 +29,13 @@ class clsEngineCorvane : public clsEngineInterface, public clsTreeSearch {
   bool Run() override;
   // Raises the stop flag and waits for the thread; true unless the wait fails.
   bool StopEngine() override;
+  // The legal moves of the position with their book counters, best last.
+  int GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& list, bool generate) override;
+  // Takes a book move into BestMove, chosen uniformly among those played often
+  // enough; false when the book has none, and the search runs.
+  bool PlayBookMove() override;
+  // Every legal move with its book position's key and counters, then the best again.
+  void ListBookMoves() override;
   nuvobase::clsString GetStatistics(int64_t elapsedMs) override;
   bool IsWhiteToMove() override;
   int SetMaxDepth(int depth) override;
@@ -69,6 +76,15 @@ class clsEngineCorvane : public clsEngineInterface, public clsTreeSearch {
   void WriteLine(const nuvobase::clsString& line) override;
 
  private:
+  // The sizes of the records a search is made of, for the log.
+  void PostRecordSizes();
+  // The book named by the option "book", or the default book, if it can be opened.
+  void LoadBook();
+  // Makes a record of the current node; false, before the sides swap, when it leaves the mover in check.
+  bool PlayLegal(const clsMove& move);
+  // The record of a book move drawn from list, or null; the board must be restored after it.
+  const clsMove* ChooseBookMove(nuvobase::clsPCollection<clsBookEntryExt>& list);
+
   bool HasFlag(const char* name) const;
   nuvobase::clsString Flag(const char* name) const;
 

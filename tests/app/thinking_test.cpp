@@ -1,0 +1,174 @@
+// The time a search is given, the deadline and the line that tells it; the engine and the table of the
+// application object.
+#include "app/clschessapplication.h"
+
+#include "chess/bits.h"
+#include "match/capturedoutput.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using nvoChess::clsChessApplication;
+using nuvobase::clsString;
+
+namespace {
+
+std::string Text(const clsString& text) { return text.Text(); }
+
+// An application whose replies and engine remarks go to a captured output.
+struct CapturedApplication {
+    explicit CapturedApplication(const nuvobase::clsStrings& arguments = nuvobase::clsStrings())
+        : Application(arguments) {
+        Application.Output = &Captured.Output;
+        Application.Engine->Output = &Captured.Output;
+    }
+    ~CapturedApplication() { Halt(); }
+
+    void Halt() { Application.HaltEngine(); }
+
+    // Starts a search, stops it at once and gives the allowance its deadline stands for.
+    int64_t Think() {
+        Application.StartThinking();
+        const int64_t allowance = int64_t(Application.Deadline) - int64_t(Application.ThinkStart);
+        Halt();
+        return allowance;
+    }
+
+    CapturedOutput Captured;
+    clsChessApplication Application;
+};
+
+}  // namespace
+
+TEST(MoveAllowance, SharesTheClockOverTheMovesLeft) {
+    // Without a control: a fortieth of the clock less 50 ms, truncated. (300000 - 50) / 40 = 7498.75.
+    EXPECT_EQ(clsChessApplication::MoveAllowance(300000, 0, 1), 7498);
+    EXPECT_EQ(clsChessApplication::MoveAllowance(300000, 0, 57), 7498);
+    // 40 moves in the control, 10 played: 32 shares. 59950 / 32 = 1873.4.
+    EXPECT_EQ(clsChessApplication::MoveAllowance(60000, 40, 10), 1873);
+    // 100 ms or less: nothing kept back.
+    EXPECT_EQ(clsChessApplication::MoveAllowance(100, 0, 0), 2);
+    EXPECT_EQ(clsChessApplication::MoveAllowance(101, 0, 0), 1);
+    // A clock gone below zero gives a negative allowance: the search is stopped at once.
+    EXPECT_EQ(clsChessApplication::MoveAllowance(-4000, 0, 0), -100);
+    // A control with no moves left never divides by zero or by a negative count.
+    EXPECT_EQ(clsChessApplication::MoveAllowance(4050, -2, 0), 100);
+    EXPECT_EQ(clsChessApplication::MoveAllowance(4050, 3, 5), 100);
+}
+
+TEST(ThreadedStartThinking, FirstSearchAtTheStartValues) {
+    CapturedApplication app;
+    app.Application.Engine->MakeMoveText(clsString("e2e4"));
+    const std::string position = Text(app.Application.Engine->GetPosition());
+    EXPECT_EQ(app.Think(), 7498);
+    // At construction the engine speaks XBoard, so the remark has the XBoard mark.
+    const std::string text = app.Captured.Text();
+    EXPECT_NE(text.find("# moves 0/0 - time 7498/300000 ms\n"), std::string::npos) << text;
+    // The position searched is published.
+    EXPECT_EQ(Text(app.Application.GetFen()), position);
+}
+
+TEST(ThreadedStartThinking, TimeControlBookkeeping) {
+    CapturedApplication app;
+    clsChessApplication& a = app.Application;
+    a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
+    a.MovesPerControl = 40;
+    a.BaseTimeMs = 60000;
+    // At the control's last move the clock gains the base time and the count starts anew:
+    // (360000 - 50) / (40 - 0 + 2) = 8570.2.
+    a.Engine->MoveNumber = 40;
+    EXPECT_EQ(app.Think(), 8570);
+    EXPECT_EQ(a.EngineTimeMs, 360000);
+    // Beyond the control the move number counts within it: 45 is the 5th, (360000 - 50) / 37 = 9728.3.
+    a.Engine->MoveNumber = 45;
+    EXPECT_EQ(app.Think(), 9728);
+    EXPECT_EQ(a.EngineTimeMs, 360000);
+    const std::string text = app.Captured.Text();
+    EXPECT_NE(text.find("info string moves 0/40 - time 8570/360000 ms\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("info string moves 5/40 - time 9728/360000 ms\n"), std::string::npos) << text;
+}
+
+TEST(ThreadedStartThinking, EpdRunAndSpentClock) {
+    CapturedApplication app;
+    clsChessApplication& a = app.Application;
+    // An EPD run takes the base time per position, sets the clock to a hundred of them and says nothing.
+    a.State = clsChessApplication::StateEpd;
+    a.BaseTimeMs = 250;
+    EXPECT_EQ(app.Think(), 250);
+    EXPECT_EQ(a.EngineTimeMs, 25000);
+    EXPECT_EQ(app.Captured.Text().find("moves"), std::string::npos);
+    // A spent clock gives a deadline that has passed already, never the 0 that means none.
+    a.State = clsChessApplication::StateEngineWhite;
+    a.EngineTimeMs = -100000;
+    EXPECT_LE(app.Think(), 0);
+    EXPECT_NE(a.Deadline, 0u);
+}
+
+TEST(ThreadedApplication, EngineSelectionAndMemory) {
+    nuvobase::clsStrings arguments;
+    arguments.SetValue(clsString("memory"), clsString("2"), false);
+    CapturedApplication app(arguments);
+    clsChessApplication& a = app.Application;
+    EXPECT_EQ(a.Engine->Name, "Vesko");
+    EXPECT_EQ(a.Share.TTBytes, 2u << 20);
+    // Vesko writes no castling rights and no move clocks.
+    EXPECT_EQ(Text(a.GetFen()), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
+
+    // An unknown name changes nothing.
+    nvoChess::clsEngineInterface* first = a.Engine.get();
+    EXPECT_FALSE(a.SetEngine(clsString("foo")));
+    EXPECT_FALSE(a.SetEngine(clsString()));
+    EXPECT_EQ(a.Engine.get(), first);
+
+    // No resizing under a running search; a negative size means no table.
+    a.Engine->Output = nullptr;  // the new search's remarks are of no interest
+    a.StartThinking();
+    EXPECT_FALSE(a.SetMemory(1));
+    EXPECT_EQ(a.Share.TTBytes, 2u << 20);
+    // Replacing the engine stops the search and waits for it; the new one speaks XBoard.
+    a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
+    EXPECT_TRUE(a.SetEngine(clsString("VESKO")));
+    EXPECT_FALSE(a.Engine->IsRunning());
+    EXPECT_EQ(a.Engine->Protocol, nvoChess::clsEngineInterface::XBoard);
+    EXPECT_TRUE(a.SetMemory(-5));
+    EXPECT_EQ(a.Share.TTCount, 0u);
+}
+
+TEST(ThreadedApplication, MemoryArgument) {
+    nuvobase::clsStrings arguments;
+    // Text that is no number reads as 0 megabytes: no table.
+    arguments.SetValue(clsString("memory"), clsString("abc"), false);
+    CapturedApplication none(arguments);
+    EXPECT_EQ(none.Application.Share.TTCount, 0u);
+}
+
+TEST(ThreadedApplication, PublishedPositionAndPong) {
+    CapturedApplication app;
+    clsChessApplication& a = app.Application;
+    const clsString fen("8/8/8/8/8/8/8/K1k5 w - - 0 1");
+    EXPECT_TRUE(a.SetBoard(fen));
+    EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
+    EXPECT_NE(a.GetFen(), clsString(clsChessApplication::StartFen));
+    // Moves on the engine's board are published only by the next SetBoard or StartThinking.
+    const clsString published = a.GetFen();
+    a.Engine->MakeMoveText(clsString("a1a2"));
+    EXPECT_EQ(a.GetFen(), published);
+
+    a.SendPong();
+    EXPECT_EQ(app.Captured.Text(), "");
+    a.PendingPing = "7";
+    a.SendPong();
+    a.SendPong();
+    EXPECT_EQ(app.Captured.Text(), "pong 7\n");
+}
+
+TEST(ThreadedApplication, Banner) {
+    CapturedApplication app;
+    app.Application.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
+    app.Application.ShowBanner();
+    const std::string text = app.Captured.Text();
+    EXPECT_EQ(text.rfind("info string Vesko", 0), 0u) << text;
+    const std::string ending = nvoChess::UsePopCount ? "PopCount enabled\n" : "PopCount disabled\n";
+    EXPECT_EQ(text.substr(text.size() - ending.size()), ending) << text;
+}
