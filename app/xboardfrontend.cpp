@@ -26,16 +26,10 @@ void WriteLine(App& app, const clsString& text) { app.Output->Write(text, true);
 
 void Remark(App& app, const clsString& text) { app.Engine->Info(text); }
 
-// Ends a running search; its move stays for the command loop to deliver.
-void HaltSearch(App& app) {
-    app.Engine->StopEngine();
-    app.Engine->Wait();
-}
-
 // Ends a running search and forgets its move, which belongs to a position about to change or to a side the
 // engine no longer plays: delivered later, it would be played in the wrong game.
 void DropSearch(App& app) {
-    HaltSearch(app);
+    app.HaltEngine();
     int score = 0;
     app.Engine->GetBestMoveText(true, score);
 }
@@ -205,8 +199,9 @@ int Memory(App& app, const clsString& megabytes) {
 
 int Perft(App& app, const clsString& arguments) {
     const int depth = int(ReadBounded(arguments.BeforeChar(' '), MaxCount));
-    // The count walks the engine's board, which a search must not share.
-    HaltSearch(app);
+    // The count walks the engine's board, which a search must not share; the search's move stays for the
+    // command loop to deliver.
+    app.HaltEngine();
     nuvobase::clsTimer timer;
     const uint64_t nodes = app.Engine->Perft(depth, false);
     const uint64_t ms = timer.Lap();
@@ -216,7 +211,7 @@ int Perft(App& app, const clsString& arguments) {
 }
 
 int Divide(App& app, const clsString& depth) {
-    HaltSearch(app);
+    app.HaltEngine();
     app.Engine->Perft(int(ReadBounded(depth, MaxCount)), true);
     return 0;
 }
