@@ -3,6 +3,7 @@
 #include "chess/bits.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
+#include "search/clsenginecorvane.h"
 #include "vesko/clsenginevesko.h"
 
 #include <cstdlib>
@@ -18,6 +19,8 @@ constexpr uint64_t ProgressIntervalMs = 1000;
 
 clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     : clsThread(clsString("Corvane")), Output(&nuvobase::StdOut), Arguments(arguments) {
+    // Every engine of this program reads its start-up options from the command line.
+    clsEngineCorvane::CommandLine = Arguments;
     LogFile = Arguments.GetValue("-log");
     SetEngine(clsString("vesko"));
     const clsString memory = Arguments.GetValue("memory");
@@ -123,7 +126,10 @@ int clsChessApplication::Dispatch(const clsString& command, const clsString& arg
 
 bool clsChessApplication::SetEngine(const clsString& name) {
     std::unique_ptr<clsEngineInterface> engine;
-    if (name == "vesko") engine = std::make_unique<clsEngineVesko>(clsString("Vesko"), Output);
+    if (name == "vesko")
+        engine = std::make_unique<clsEngineVesko>(clsString("Vesko"), Output);
+    else if (name == "corvane")
+        engine = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), Output);
     if (!engine) return false;
     // The search of the old engine is ended by its stop flag: a cancel would not reach it.
     if (Engine) HaltEngine();

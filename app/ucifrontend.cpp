@@ -83,12 +83,12 @@ int clsChessApplication::UciPosition(const clsString& arguments) {
     clsString fen, moves;
     SplitKeywords(arguments, "", "moves", fen, moves);
     HaltEngine();
-    if (fen == "startpos") {
-        fen = StartFen;
-    } else if (fen.BeforeChar(' ') == "fen") {
+    if (fen.BeforeChar(' ') == "fen") {
         fen = fen.AfterChar(' ');
         fen.Trim(' ');
     }
+    // No position at all is the start position too, whatever an engine makes of an empty text.
+    if (fen == "startpos" || fen.IsEmpty()) fen = StartFen;
     Engine->SetPosition(fen);
     int position = 0;
     while (position >= 0) {

@@ -23,6 +23,11 @@ clsEngineVesko::clsEngineVesko(const clsString& name, nuvobase::clsTSafeOutput* 
     if (!Block) throw std::bad_alloc();
 }
 
+bool clsEngineVesko::Start() {
+    if (!IsRunning()) VeskoShared(Block->Command).store(0);
+    return clsEngineInterface::Start();
+}
+
 bool clsEngineVesko::Run() {
     Execute(VeskoCommandSearch);
     return true;
@@ -114,7 +119,10 @@ clsString clsEngineVesko::SanToCoordinates(const clsString&, bool) { return clsS
 void clsEngineVesko::SendLine(const clsString&) {}
 
 void clsEngineVesko::Execute(uint64_t command, int64_t depth, const char* text, const char* moveText) {
-    VeskoShared(Block->Command).store(command);
+    // A search keeps a stop that came since Start; the owner's commands run with no search
+    // about, and an old stop must not cut them short.
+    VeskoShared(Block->Command).fetch_and(command == VeskoCommandSearch ? VeskoCommandStop : 0);
+    VeskoShared(Block->Command).fetch_or(command);
     VeskoShared(Block->Depth).store(depth);
     Block->MaxDepth = MaxDepth;
     if (text) {

@@ -15,6 +15,9 @@ public:
     clsEngineVesko(const clsEngineVesko&) = delete;
     clsEngineVesko& operator=(const clsEngineVesko&) = delete;
 
+    // Starts a search unless one runs. The stop bit is cleared here rather than on the new
+    // thread, so that a stop right behind the start is seen.
+    bool Start() override;
     // One search from the position, deepening until MaxDepth or a stop.
     bool Run() override;
     ~clsEngineVesko() override;

@@ -17,8 +17,8 @@ def run_script(lines, args=(), timeout=60):
 class Session:
     """A running corvane spoken to line by line, as a GUI does over pipes."""
 
-    def __init__(self, args=()):
-        self.process = subprocess.Popen([BINARY, *args], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+    def __init__(self, args=(), executable=None):
+        self.process = subprocess.Popen([executable or BINARY, *args], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, bufsize=0)
         os.set_blocking(self.process.stdout.fileno(), False)
         self.pending = b""
@@ -64,3 +64,48 @@ class Session:
 def check(condition, message):
     if not condition:
         raise AssertionError(message)
+
+
+def sync(session, timeout=30):
+    """Sends isready and returns every line that came before the readyok."""
+    start = len(session.seen)
+    session.send("isready")
+    session.read_until(lambda l: l == "readyok", timeout)
+    return session.seen[start:-1]
+
+
+def bestmove_of(line):
+    return line.split()[1] if line.startswith("bestmove ") and len(line.split()) > 1 else ""
+
+
+STOCKFISH = "/usr/games/stockfish"
+
+
+class Referee:
+    """Debian's stockfish as the judge of legal moves: "go perft 1" lists every legal move of a position."""
+
+    def __init__(self):
+        self.session = Session(executable=STOCKFISH)
+        self.session.send("uci")
+        self.session.read_until(lambda l: l == "uciok")
+
+    def position(self, moves, fen=None):
+        start = "fen " + fen if fen else "startpos"
+        self.session.send("position %s moves %s" % (start, " ".join(moves)))
+
+    def legal_moves(self, moves, fen=None):
+        """The legal moves, in coordinates, of the position reached by moves."""
+        self.position(moves, fen)
+        start = len(self.session.seen)
+        self.session.send("go perft 1")
+        self.session.read_until(lambda l: l.startswith("Nodes searched"))
+        return {l.split(":")[0] for l in self.session.seen[start:] if l.endswith(": 1")}
+
+    def best_move(self, moves, think_ms):
+        self.position(moves)
+        self.session.send("go movetime %d" % think_ms)
+        return bestmove_of(self.session.read_until(lambda l: l.startswith("bestmove")))
+
+    def close(self):
+        self.session.send("quit")
+        self.session.close()

@@ -170,3 +170,24 @@ TEST(ThreadedEngineVesko, CommandsAndDestructionStopARunningSearch) {
     ASSERT_TRUE(ReachDepth(*running, 4));
     running.reset(); // must neither hang nor leave the thread behind
 }
+
+TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
+    clsEngineVesko engine("Vesko", nullptr);
+    ASSERT_TRUE(engine.SetPosition(Middlegame));
+    engine.SetMaxDepth(0);
+    for (int round = 0; round < 20; ++round) {
+        engine.Start();
+        engine.StopEngine();
+        // A lost stop leaves the search running for far longer than this.
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        while (engine.IsRunning() && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        ASSERT_FALSE(engine.IsRunning()) << "the stop was lost in round " << round;
+        engine.Wait();
+    }
+    // The stop of the last search does not cut the owner's next command short, nor the next search.
+    ASSERT_TRUE(engine.SetPosition(StartFen));
+    EXPECT_EQ(engine.Perft(3, false), 8902u);
+    SearchTo(engine, 4);
+    EXPECT_FALSE(BestMove(engine).empty());
+}

@@ -1,0 +1,62 @@
+"""Whole games as a GUI plays them: corvane over pipes against Debian's stockfish, every move it sends judged."""
+import time
+
+from corvane_driver import Referee, Session, bestmove_of, check, sync
+
+ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
+FULL_MOVES = 30
+THINK_SECONDS = 0.05
+STOCKFISH_MS = 10
+
+
+def corvane_move(session, moves, think=THINK_SECONDS):
+    """What a GUI sends for one move: the game so far, go, and stop after a short think."""
+    session.send("position startpos moves " + " ".join(moves))
+    sync(session)
+    start = len(session.seen)
+    session.send("go")
+    time.sleep(think)
+    session.send("stop")
+    line = session.read_until(lambda l: l.startswith("bestmove"))
+    sync(session)
+    answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
+    check(len(answers) == 1, "one go, one bestmove: %r" % answers)
+    return bestmove_of(line)
+
+
+def play(name, args, corvane_white, referee):
+    session = Session(args)
+    session.send("uci")
+    session.read_until(lambda l: l == "uciok")
+    session.send("ucinewgame")
+    sync(session)
+    moves = []
+    for ply in range(2 * FULL_MOVES):
+        legal = referee.legal_moves(moves)
+        if not legal:
+            break  # mate or stalemate
+        if (ply % 2 == 0) == corvane_white:
+            move = corvane_move(session, moves)
+            if move == "0000":
+                # A stop that comes before the first iteration has ended leaves the engine without a move:
+                # on a busy machine the search may not have run at all. A longer think must find one.
+                print("no move after %d ms at ply %d; thinking longer" % (THINK_SECONDS * 1000, ply))
+                move = corvane_move(session, moves, 1.0)
+            check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
+        else:
+            move = referee.best_move(moves, STOCKFISH_MS)
+        moves.append(move)
+    session.send("quit")
+    check(session.close() == 0, "%s: exit code" % name)
+    return len(moves)
+
+
+if __name__ == "__main__":
+    referee = Referee()
+    started = time.monotonic()
+    for name, args in ENGINES.items():
+        for corvane_white in (True, False):
+            plies = play(name, args, corvane_white, referee)
+            print("%s as %s: %d plies" % (name, "white" if corvane_white else "black", plies))
+    referee.close()
+    print("games: all checks passed in %.1f s" % (time.monotonic() - started))

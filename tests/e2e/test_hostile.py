@@ -1,0 +1,79 @@
+"""Hostile UCI lines: very long, binary, a FEN of garbage, ten thousand moves. The program answers on."""
+import os
+import random
+import time
+
+from corvane_driver import Referee, Session, bestmove_of, check, sync
+
+ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
+
+
+def search_answers(session, timeout=30, think=0.05):
+    """A short search still delivers exactly one move."""
+    sync(session, timeout)  # the position is set before the search's time runs
+    start = len(session.seen)
+    session.send("go")
+    time.sleep(think)
+    session.send("stop")
+    line = session.read_until(lambda l: l.startswith("bestmove"), timeout)
+    after = sync(session, timeout)
+    check(not any(l.startswith("bestmove") for l in after), "a second bestmove: %r" % after)
+    check(sum(1 for l in session.seen[start:] if l.startswith("bestmove")) == 1, session.seen[start:])
+    return bestmove_of(line)
+
+
+def send_bytes(session, data):
+    session.process.stdin.write(data)
+    session.process.stdin.flush()
+
+
+def hostile_lines(name, args, referee):
+    session = Session(args)
+    rng = random.Random(6)
+    # A line of a megabyte, as a command, as a FEN and as a move list.
+    for line in ("x" * 1000000, "position fen " + "rnbqkbnr/" * 100000, "position startpos moves " + "e2" * 500000,
+                 "go " + "depth " * 100000, "setoption name " + "'" * 100000 + " value x"):
+        session.send(line)
+        sync(session)
+    session.send("go" + " infinite" * 100)
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove"))
+    # Binary lines, NUL and control bytes included.
+    for _ in range(50):
+        line = bytes(rng.randrange(256) for _ in range(rng.randrange(1, 300)))
+        # Not a console command: some of those are tools that take over the input.
+        send_bytes(session, line.lstrip(b"\\") + b"\n")
+    send_bytes(session, b"position fen \x00\xff\x01 moves \x00e2e4\n")
+    sync(session)
+    # FENs of garbage: whatever position the engine makes of them, a search still ends with one answer.
+    for fen in ("zz//??/ 9 q KQkqKQ e9 -1 x", "8/8/8/8/8/8/8/8 w - - 0 1", "kkkkkkkk/8/8/8/8/8/8/KKKKKKKK b",
+                "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR/8/8/8 w KQkq - 0 1", "9/9/9/9/9/9/9/9 w",
+                "p7/8/8/8/8/8/8/P7 w - - 99999999999 -5", " ", "fen fen fen"):
+        session.send("position fen " + fen)
+        search_answers(session)
+    # Ten thousand moves: a knight shuffle that comes back to the start, and one move that never fits.
+    session.send("position startpos moves " + " ".join(["g1f3 g8f6 f3g1 f6g8"] * 2500))
+    move = search_answers(session, timeout=120, think=0.3)
+    check(move in referee.legal_moves([]), "%s after the shuffle: %s" % (name, move))
+    session.send("position startpos moves " + " ".join(["a1a1"] * 10000) + " e2e4")
+    move = search_answers(session, timeout=120, think=0.3)
+    check(move in referee.legal_moves(["e2e4"]), "%s after the failed moves: %s" % (name, move))
+    session.send("quit")
+    check(session.close() == 0, "%s: exit code" % name)
+
+
+def binary_at_the_end():
+    # Input that ends inside a line of binary bytes ends the program cleanly.
+    session = Session()
+    send_bytes(session, os.urandom(5000).replace(b"\n", b" "))
+    check(session.close() == 0, "exit code")
+
+
+if __name__ == "__main__":
+    referee = Referee()
+    started = time.monotonic()
+    for name, args in ENGINES.items():
+        hostile_lines(name, args, referee)
+    binary_at_the_end()
+    referee.close()
+    print("hostile: all checks passed in %.1f s" % (time.monotonic() - started))

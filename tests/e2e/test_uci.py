@@ -1,0 +1,186 @@
+"""UCI transcripts against the real program, for both of its engines, with stockfish judging the moves."""
+import re
+import time
+
+from corvane_driver import Referee, Session, bestmove_of, check, run_script, sync
+
+ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
+START_LINE = {"Vesko": "info string moves 0/0 - time 7498/300000 ms",
+              # Corvane takes the move number from the FEN.
+              "Corvane": "info string moves 1/0 - time 7498/300000 ms"}
+MATE_IN_ONE = "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"
+LONE_KINGS = "8/8/8/8/8/8/8/K1k5 w - - 0 1"  # a1a2 is the only legal move
+
+
+def think(session, seconds=0.1):
+    """go, stop after a short think; returns the lines of the search, the bestmove line last."""
+    sync(session)  # the position is set before the search's time runs
+    start = len(session.seen)
+    session.send("go")
+    time.sleep(seconds)
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove"))
+    return session.seen[start:]
+
+
+def played(session, seconds=0.1):
+    return bestmove_of(think(session, seconds)[-1])
+
+
+def identity():
+    for args, name in (([], "Vesko"), (["-engine=CORVANE"], "Corvane"), (["-engine=foo"], "Vesko"),
+                       (["-engine=corvane", "-engine=vesko"], "Corvane"), (["-protocol=xboard"], "Vesko")):
+        code, lines = run_script(["uci", "quit"], args)
+        check(code == 0, "exit code %d with %s" % (code, args))
+        # No author line, no options: the name and uciok, and the closing remark.
+        check(lines == ["id name " + name, "uciok", "info string end"], (args, lines))
+
+
+def position_forms(name, args, referee):
+    session = Session(args)
+    cases = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
+             ("position moves e2e4", ["e2e4"], None),
+             ("position startpos", [], None),
+             # A move that fails is skipped and the next one is tried.
+             ("position startpos moves e2e4 e2e4 e7e5", ["e2e4", "e7e5"], None),
+             ("position startpos   moves   g1f3    g8f6  ", ["g1f3", "g8f6"], None),
+             ("position fen " + LONE_KINGS, [], LONE_KINGS),
+             ("position " + LONE_KINGS, [], LONE_KINGS),
+             ("position FEN " + LONE_KINGS + " moves", [], LONE_KINGS)]
+    for line, moves, fen in cases:
+        session.send(line)
+        move = played(session)
+        check(move in referee.legal_moves(moves, fen), "%s: %s answers %r to %r" % (name, move, line, moves))
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def go_and_stop(name, args):
+    session = Session(args)
+    # stop with nothing running prints nothing.
+    session.send("stop")
+    check(sync(session) == [], "%s: stop while idle: %r" % (name, session.seen))
+    session.send("position startpos")
+    lines = think(session, 0.2)
+    # The allowance, the statistics, the move: nothing else in plain UCI.
+    check(len(lines) == 3 and lines[0] == START_LINE[name], "%s: %r" % (name, lines))
+    check(lines[1].startswith("info string ") and lines[2].startswith("bestmove "), "%s: %r" % (name, lines))
+    elapsed = int(re.search(r"(\d+) ms", lines[1]).group(1))
+    check(150 <= elapsed < 5000, "%s: elapsed %d ms" % (name, elapsed))
+    # A second stop delivers nothing more.
+    session.send("stop")
+    check(sync(session) == [], "%s: second stop: %r" % (name, session.seen[-5:]))
+    # The clock has lost what the first search used; the next one gets a fortieth of the rest less 50 ms.
+    lines = think(session)
+    left = 300000 - elapsed
+    number = START_LINE[name].split()[3]
+    check(lines[0] == "info string moves %s - time %d/%d ms" % (number, (left - 50) // 40, left),
+          "%s: second allowance %r after %d ms" % (name, lines[0], elapsed))
+    check(sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def answers_during_search(name, args):
+    session = Session(args)
+    session.send("position startpos")
+    session.send("go")
+    session.read_until(lambda l: l.startswith("info string moves"))
+    asked = time.monotonic()
+    before = sync(session, timeout=5)
+    check(time.monotonic() - asked < 2, "%s: readyok took too long" % name)
+    check(not any(l.startswith("bestmove") for l in before), "%s: search ended early: %r" % (name, before))
+    session.send("uci")
+    session.read_until(lambda l: l == "uciok", timeout=5)
+    check(not any(l.startswith("bestmove") for l in session.seen), "%s: %r" % (name, session.seen))
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove"))
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def mate_in_one(name, args):
+    session = Session(args)
+    session.send("position fen " + MATE_IN_ONE)
+    started = time.monotonic()
+    session.send("go")
+    # Well before the deadline of 7498 ms, and without a stop.
+    line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
+    check(line == "bestmove a1a8", "%s: %r" % (name, line))
+    check(time.monotonic() - started < 6, "%s: mate took too long" % name)
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def go_words(referee):
+    # Vesko keeps the depth limit, which switches the deadline off: depth 3 means one iteration of 2.
+    session = Session()
+    session.send("position startpos")
+    session.send("go depth 3 movetime 100")
+    move = bestmove_of(session.read_until(lambda l: l.startswith("bestmove"), timeout=6))
+    check(move in referee.legal_moves([]), move)
+    # The limit stays for later searches; a ponder search is a normal one and its move comes unasked.
+    session.send("go ponder")
+    line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
+    check(not line.split()[2:], "no ponder word: %r" % line)
+    # Infinite lasts until stop; the clock words of go do not change the allowance.
+    session.send("go infinite wtime 1000 btime 1000 winc 5 binc 5 movestogo 3 nodes 10 mate 2 bogus")
+    allowance = session.read_until(lambda l: l.startswith("info string moves"))
+    numbers = re.match(r"info string moves 0/0 - time (-?\d+)/(-?\d+) ms$", allowance)
+    check(numbers and int(numbers.group(1)) == (int(numbers.group(2)) - 50) // 40, allowance)
+    check(int(numbers.group(2)) > 299000, allowance)
+    time.sleep(0.3)
+    check(not any(l.startswith("bestmove") for l in sync(session)), "infinite ended by itself")
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove"))
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def quiet_words():
+    session = Session()
+    for line in ("debug off", "register later", "ponderhit", "setoption name Soul value Simple5",
+                 "setoption name Clear Hash", "setoption", "debug"):
+        session.send(line)
+        check(sync(session) == [], "%r printed %r" % (line, session.seen[-3:]))
+    session.send("ucinewgame")
+    banner = sync(session)
+    check(len(banner) == 1 and banner[0].startswith("info string Vesko")
+          and re.search(r"PopCount (en|dis)abled$", banner[0]), banner)
+    session.send("foo bar")
+    check(sync(session) == ["Error (unknown command): foo"], session.seen[-3:])
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+    # xboard prints nothing; from there on the remarks have the XBoard mark.
+    code, lines = run_script(["xboard"])
+    check(code == 0 and lines == ["# end"], lines)
+
+
+def end_of_input():
+    # The input ends with a search running: it ends at its deadline and delivers its move, then the program.
+    started = time.monotonic()
+    code, lines = run_script(["position startpos moves e2e4", "go"], timeout=60)
+    took = time.monotonic() - started
+    check(code == 0 and lines[-1] == "info string end", lines)
+    check(sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
+    check(7.4 < took < 30, "took %.1f s" % took)
+    # quit during a search ends at once, without a move.
+    started = time.monotonic()
+    code, lines = run_script(["position startpos", "go", "quit"], timeout=60)
+    check(code == 0 and not any(l.startswith("bestmove") for l in lines), lines)
+    check(time.monotonic() - started < 5, "quit during a search took too long")
+
+
+if __name__ == "__main__":
+    referee = Referee()
+    identity()
+    for name, args in ENGINES.items():
+        position_forms(name, args, referee)
+        go_and_stop(name, args)
+        answers_during_search(name, args)
+        mate_in_one(name, args)
+    go_words(referee)
+    quiet_words()
+    end_of_input()
+    referee.close()
+    print("uci: all checks passed")
