@@ -31,6 +31,11 @@ def xboard_session(args=()):
     return session
 
 
+def finish(session):
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
 def thinking_figures(line):
     moves, control, allowance, clock = (int(x) for x in THINKING.match(line).groups())
     return moves, control, allowance, clock
@@ -71,8 +76,7 @@ def level_and_clock():
     moves, control, allowance, clock = thinking_figures(session.read_until(THINKING.match))
     check((control, clock) == (40, 300000), session.seen)
     check(allowance == (clock - 50) // (control - moves + 2), session.seen)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
     # Half a minute and one second a move: the second search sees the first one's time and the increment.
     session = xboard_session()
@@ -85,8 +89,7 @@ def level_and_clock():
     clock = thinking_figures(session.read_until(THINKING.match))[3]
     # The delivery takes the time used, at least the allowance plus 1 ms, and adds 1000 ms.
     check(30000 + 1000 - allowance - 1500 < clock <= 30000 + 1000 - allowance - 1, (allowance, clock))
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
     # new puts both clocks back to five minutes but keeps the control.
     session = xboard_session()
@@ -95,8 +98,7 @@ def level_and_clock():
     session.send("go")
     moves, control, allowance, clock = thinking_figures(session.read_until(THINKING.match))
     check((control, clock) == (0, 300000), session.seen)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
 
 def ping_and_pong():
@@ -110,8 +112,7 @@ def ping_and_pong():
     session.send("ping 8")
     session.read_until(lambda l: l.startswith("move "))
     check(session.read_until(lambda l: True) == "pong 8", session.seen)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
 
 def new_game_and_user_moves():
@@ -124,8 +125,7 @@ def new_game_and_user_moves():
     reply = session.read_until(lambda l: l.startswith("move "))
     check(re.match(r"^move [a-h][1-8][a-h][1-8][qrbn]?$", reply), reply)
     check(not any(l.startswith("Illegal move") for l in session.seen), session.seen)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
     # usermove and a bare move are the same command.
     after_e2e4 = shown_position(xboard(["force", "e2e4", "\\"]))
@@ -161,8 +161,7 @@ def stop_leaves_no_side():
     # go gives the engine the side to move again.
     session.send("go")
     session.read_until(lambda l: l.startswith("move "))
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
 
 def search_depth():
@@ -174,8 +173,7 @@ def search_depth():
     session.send("go")
     session.read_until(lambda l: l.startswith("move "), timeout=30)
     check(time.monotonic() - started < 5, "sd gave no depth limit")
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    finish(session)
 
 
 def counting():
@@ -235,8 +233,7 @@ def divisor_of_zero():
         check(0 <= allowance <= clock, "allowance %d of %d for %s" % (allowance, clock, level))
         session.read_until(lambda l: l.startswith("move "), timeout=20)
         check(time.monotonic() - started < 12, "search too long for %s" % level)
-        session.send("quit")
-        check(session.close() == 0, "exit code")
+        finish(session)
 
 
 def command_log(folder):
