@@ -143,7 +143,11 @@ void VeskoSearch(VeskoBlock* block) {
         VeskoShared(block->Depth).store(depth);
         root->LegalCount = 0;
         root->Best = block->NodeStack[0].Best;
-        if (!Iterate(block)) return;
+        const bool complete = Iterate(block);
+        // A stop inside the walk, or a win found at the root, leaves a root move made: the root goes back to
+        // the position searched, from its parent as after every root move.
+        VeskoUndo(root);
+        if (!complete) return;
         SortRoot(root);
         const VeskoMove* first = root->FirstMove;
         if (first == (root + 1)->FirstMove || (first->Flags & VeskoIllegal)) return;

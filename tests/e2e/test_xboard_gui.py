@@ -1,6 +1,7 @@
-"""Whole games in a real GUI: Debian's xboard, on a virtual screen, plays a short match between Corvane and
-phalanx. Every game must end by the rules of chess, and every move Corvane made must be legal: xboard
-referees the moves as they come, and pgn-extract replays the saved games once more on its own."""
+"""Whole games in a real GUI: Debian's xboard, on a virtual screen, plays the program against phalanx, once
+with each of the program's engines: Corvane with white, Vesko with black. Every game must end by the rules
+of chess, and every move the program made must be legal: xboard referees the moves as they come, and
+pgn-extract replays the saved games once more on its own."""
 import os
 import re
 import signal
@@ -12,7 +13,8 @@ from corvane_driver import BINARY, check
 XBOARD = "/usr/games/xboard"
 OPPONENT = "/usr/games/phalanx"
 PGN_EXTRACT = "/usr/games/pgn-extract"
-GAMES = 2
+# Games a match; xboard's first engine has white in the first game.
+GAMES = 1
 # Seconds a side, and seconds added per move: short, but clean for both engines.
 BASE_SECONDS, INCREMENT_SECONDS = 20, 1
 # Far more than two games at that control take, with their clocks called by xboard.
@@ -24,15 +26,16 @@ BOARD_ENDINGS = re.compile(r"checkmate|mates|stalemate|repetition|50.move|insuff
 LOST_ON_TIME = re.compile(r"(White|Black) wins on time", re.IGNORECASE)
 
 
-def play_match(folder, engine_arguments):
+def play_match(folder, engine_arguments, engine_first):
     """Runs the match under a virtual X server and returns (xboard's output, games, debug log)."""
     home = os.path.join(folder, "home")
     os.makedirs(home)
     games = os.path.join(folder, "games.pgn")
     debug = os.path.join(folder, "xboard.debug")
+    engine = " ".join([os.path.abspath(BINARY), *engine_arguments])
+    first, second = (engine, OPPONENT) if engine_first else (OPPONENT, engine)
     command = ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", XBOARD,
-               "-fcp", " ".join([os.path.abspath(BINARY), *engine_arguments]), "-fd", folder,
-               "-scp", OPPONENT, "-sd", folder,
+               "-fcp", first, "-fd", folder, "-scp", second, "-sd", folder,
                "-mg", str(GAMES), "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
                "-autoCallFlag", "true", "-saveGameFile", games, "-popupExitMessage", "false",
                "-debug", "-nameOfDebugFile", debug]
@@ -71,44 +74,47 @@ def split_games(pgn):
 
 
 def check_game(tags, moves, ending, result, name):
-    corvane_white = tags.get("White") == name
-    check(corvane_white or tags.get("Black") == name, "Corvane did not play: %r" % tags)
+    engine_white = tags.get("White") == name
+    check(engine_white or tags.get("Black") == name, "%s did not play: %r" % (name, tags))
     check(result in ("1-0", "0-1", "1/2-1/2"), "game without a result: %r %r" % (ending, result))
     check(tags.get("Result") == result, "result tag %r, game %r" % (tags.get("Result"), result))
     on_time = LOST_ON_TIME.search(ending)
     if on_time:
         # Only the opponent may run out of time.
-        check((on_time.group(1) == "White") == corvane_white, "Corvane lost on time: %r" % ending)
+        check((on_time.group(1) == "White") == engine_white, "%s lost on time: %r" % (name, ending))
     else:
         check(BOARD_ENDINGS.search(ending) and "illegal" not in ending.lower(), "abnormal ending: %r" % ending)
-    return len(moves[0::2] if corvane_white else moves[1::2])
+    return len(moves[0::2] if engine_white else moves[1::2])
 
 
-def match(engine_arguments, name):
+def match(engine_arguments, name, engine_first):
     with tempfile.TemporaryDirectory() as folder:
-        output, pgn, log = play_match(folder, engine_arguments)
-        final = re.search(r"Match %s vs\. .*: final score (\d+)-(\d+)-(\d+)" % re.escape(name), output)
+        output, pgn, log = play_match(folder, engine_arguments, engine_first)
+        final = re.search(r"Match .* vs\. .*: final score (\d+)-(\d+)-(\d+)", output)
         check(final and sum(int(x) for x in final.groups()) == GAMES, "no match result: %s" % output[-2000:])
         games = split_games(pgn)
         check(len(games) == GAMES, "%d games saved: %s" % (len(games), pgn[-2000:]))
-        corvane_moves = sum(check_game(*game, name) for game in games)
+        engine_moves = sum(check_game(*game, name) for game in games)
 
-        # Every move Corvane announced reached the game record, and it never refused one of the GUI's.
-        announced = re.findall(r"<first : move (\S+)", log)
-        check(len(announced) == corvane_moves, "%d moves sent, %d recorded" % (len(announced), corvane_moves))
-        check("<first : Illegal move" not in log, "Corvane refused a move of the GUI")
+        # Every move the engine announced reached the game record, and it never refused one of the GUI's.
+        side = "<first :" if engine_first else "<second:"
+        announced = re.findall(side + r" move (\S+)", log)
+        check(len(announced) == engine_moves, "%d moves sent, %d recorded" % (len(announced), engine_moves))
+        check(side + " Illegal move" not in log, "%s refused a move of the GUI" % name)
 
         # An independent referee replays the record.
         saved = os.path.join(folder, "games.pgn")
         replay = subprocess.run([PGN_EXTRACT, "-r", saved], capture_output=True, timeout=60)
         report = replay.stdout.decode(errors="replace") + replay.stderr.decode(errors="replace")
-        check("Failed to make move" not in report and "%d games matched out of %d" % (GAMES, GAMES) in report,
-              report)
+        matched = re.search(r"(\d+) games? matched out of (\d+)", report)
+        check("Failed to make move" not in report and matched and matched.groups() == (str(GAMES),) * 2, report)
         return final.groups()
 
 
 if __name__ == "__main__":
     for tool in (XBOARD, OPPONENT, PGN_EXTRACT):
         check(os.access(tool, os.X_OK), "%s is missing: scripts/setup installs it" % tool)
-    score = match(["-engine=corvane"], "Corvane")
-    print("xboard gui: Corvane against phalanx, %s-%s-%s, every game ended cleanly" % score)
+    for arguments, name, first in ((["-engine=corvane"], "Corvane", True), ([], "Vesko", False)):
+        score = match(arguments, name, first)
+        print("xboard gui: %s against phalanx, score of the first engine %s-%s-%s, every game ended cleanly"
+              % (name, *score))

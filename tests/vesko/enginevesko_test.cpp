@@ -191,3 +191,27 @@ TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
     SearchTo(engine, 4);
     EXPECT_FALSE(BestMove(engine).empty());
 }
+
+TEST(ThreadedEngineVesko, SearchLeavesThePositionItSearched) {
+    // Stopped inside an iteration: the move kept is played on the position as it was.
+    clsEngineVesko engine("Vesko", nullptr);
+    ASSERT_TRUE(engine.SetPosition(Middlegame));
+    engine.SetMaxDepth(0);
+    engine.StartEngine();
+    ASSERT_TRUE(ReachDepth(engine, 4));
+    engine.StopEngine();
+    engine.Wait();
+    const std::string kept = BestMove(engine);
+    ASSERT_FALSE(kept.empty());
+    ASSERT_TRUE(engine.MakeMoveText(kept.c_str()));
+    clsEngineVesko reference("Vesko", nullptr);
+    ASSERT_TRUE(reference.SetPosition(Middlegame));
+    ASSERT_TRUE(reference.MakeMoveText(kept.c_str()));
+    EXPECT_STREQ(engine.GetPosition().Text(), reference.GetPosition().Text());
+
+    // Ended by a mate found at the root.
+    ASSERT_TRUE(engine.SetPosition("6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"));
+    SearchTo(engine, 6);
+    EXPECT_EQ(BestMove(engine), "a1a8");
+    EXPECT_STREQ(engine.GetPosition().Text(), "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - -");
+}
