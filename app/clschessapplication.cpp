@@ -229,11 +229,6 @@ void clsChessApplication::ShowBanner() {
                  (UsePopCount ? "enabled" : "disabled"));
 }
 
-int clsChessApplication::HandleConsole(const clsString& command, const clsString&) {
-    WriteLine(clsString("Error (unknown command): ") + command);
-    return 0;
-}
-
 void clsChessApplication::WriteLine(const clsString& text) { Output->Write(text, true); }
 
 }  // namespace nvoChess

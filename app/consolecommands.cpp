@@ -1,0 +1,126 @@
+// The program's own commands, beside the two chess protocols: both front ends hand every word they do not
+// know to HandleConsole. Each command reads its arguments word by word and calls into the part that does
+// the work.
+#include "app/clschessapplication.h"
+#include "app/commandnumbers.h"
+
+#include "match/clsengineinterface.h"
+
+namespace nvoChess {
+
+namespace {
+
+using App = clsChessApplication;
+
+struct ConsoleCommand {
+    const char* Word;
+    void (*Run)(App& app, const clsString& arguments);
+};
+
+// The book of \loadbook when none is named: a file in the working folder.
+constexpr const char* DefaultBookFile = "corvane.cbk";
+
+void Remark(App& app, const clsString& text) { app.Engine->Info(text); }
+
+void ToggleBoard(App& app, const clsString& arguments) {
+    app.ShowBoard = !app.ShowBoard;
+    app.Engine->PrintBoard();
+    if (*arguments.At(0) == 'm') app.Engine->PrintMoves(true);
+}
+
+// Replays a known position through the XBoard front end, each command shown as it is fed.
+void DebugScenario(App& app, const clsString&) {
+    app.HandleXBoard(clsString("\\vesko"), clsString(), true);
+    app.HandleXBoard(clsString("setboard"), clsString("6k1/6pP/6KP/8/8/8/8/8 b"), true);
+    app.HandleXBoard(clsString("level"), clsString("0 1000 0"), true);
+    app.HandleXBoard(clsString("go"), clsString(), true);
+}
+
+// Shows a soul file; the engine keeps its own soul.
+void LoadSoul(App& app, const clsString& arguments) {
+    int position = 0;
+    clsString soul;
+    soul.LoadFromFile(arguments.NextWord(' ', position).ToForwardSlashes().Text());
+    Remark(app, clsString("new soul: ") + soul);
+}
+
+// Moves straight onto the engine's board, ":" allowed between the squares; the game history stays as it is.
+void PlayMoves(App& app, const clsString& arguments) {
+    clsString moves = arguments;
+    moves.RemoveChar(':');
+    int position = 0;
+    do {
+        app.Engine->MakeMoveText(moves.NextWord(' ', position));
+        app.Engine->PrintBoard();
+    } while (position >= 0);
+}
+
+// The book and limit words of \loadbook and \savebook.
+struct BookWords {
+    clsString Book;
+    int Limit = 0;
+
+    explicit BookWords(const clsString& arguments) {
+        int position = 0;
+        Book = arguments.NextWord(' ', position);
+        Limit = int(ReadBounded(arguments.NextWord(' ', position), MaxCount));
+    }
+};
+
+void LoadBook(App& app, const clsString& arguments) {
+    BookWords words(arguments);
+    if (words.Book.IsEmpty()) words.Book = DefaultBookFile;
+    Remark(app, clsString("wait..."));
+    clsBook& book = app.Engine->Book;
+    if (!book.Load(words.Book.ToForwardSlashes(), words.Limit))
+        Remark(app, clsString("error loading ") + words.Book);
+    else
+        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(book.Count) + " positions");
+}
+
+void SaveBook(App& app, const clsString& arguments) {
+    const BookWords words(arguments);
+    if (words.Book.IsEmpty()) {
+        Remark(app, clsString("savebook book [limit]"));
+        Remark(app, clsString("book: filename.cbk"));
+        Remark(app, clsString("limit: save only positions played more than 'limit' times"));
+        return;
+    }
+    Remark(app, clsString("wait..."));
+    if (!app.Engine->Book.Save(words.Book.ToForwardSlashes(), words.Limit))
+        Remark(app, clsString("error saving ") + words.Book);
+    else
+        Remark(app, clsString("book ") + words.Book + " saved");
+}
+
+void Nothing(App&, const clsString&) {}
+
+// Tested in this order, ignoring case.
+const ConsoleCommand Commands[] = {
+    {"\\", ToggleBoard},
+    {"\\dbg", DebugScenario},
+    {"\\loadsoul", LoadSoul},
+    {"\\moves", PlayMoves},
+    {"\\soul", Nothing},
+    {"\\testsouls", Nothing},
+    {"\\loadbook", LoadBook},
+    {"\\savebook", SaveBook},
+    {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
+    {"\\vesko", [](App& app, const clsString&) { app.SetEngine(clsString("vesko")); }},
+    {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
+};
+
+}  // namespace
+
+int clsChessApplication::HandleConsole(const clsString& command, const clsString& arguments) {
+    for (const ConsoleCommand& entry : Commands) {
+        if (command == entry.Word) {
+            entry.Run(*this, arguments);
+            return 0;
+        }
+    }
+    Output->Write(clsString("Error (unknown command): ") + command, true);
+    return 0;
+}
+
+}  // namespace nvoChess

@@ -1,0 +1,57 @@
+#pragma once
+// An application object whose replies are caught, for driving the XBoard front end and the console
+// directly on the test's thread.
+#include "app/clschessapplication.h"
+#include "match/capturedoutput.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace nvoChess {
+
+class XBoardTest : public testing::Test {
+protected:
+    XBoardTest() : App(Arguments()) {
+        // The engine writes where the application does once it is made anew.
+        App.Output = &Captured.Output;
+        App.SetEngine(clsString("vesko"));
+        // A new engine speaks XBoard.
+        App.SetBoard(clsString(clsChessApplication::StartFen));
+    }
+
+    static nuvobase::clsStrings Arguments() {
+        nuvobase::clsStrings arguments;
+        arguments.SetValue(clsString("memory"), clsString("1"));
+        return arguments;
+    }
+
+    // One line to the XBoard front end; the lines it wrote.
+    std::vector<std::string> Send(const char* command, const char* arguments = "", bool echo = false) {
+        Result = App.HandleXBoard(clsString(command), clsString(arguments), echo);
+        return Written();
+    }
+
+    // The lines written since the last look.
+    std::vector<std::string> Written() {
+        const std::string text = Captured.Text();
+        std::vector<std::string> lines;
+        for (size_t start = Seen; start < text.size();) {
+            const size_t end = text.find('\n', start);
+            lines.push_back(text.substr(start, end - start));
+            start = end == std::string::npos ? text.size() : end + 1;
+        }
+        Seen = text.size();
+        return lines;
+    }
+
+    std::string Position() { return App.Engine->GetPosition().Text(); }
+
+    CapturedOutput Captured;
+    size_t Seen = 0;
+    clsChessApplication App;
+    int Result = 0;
+};
+
+}  // namespace nvoChess
