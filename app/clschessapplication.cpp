@@ -106,8 +106,9 @@ void clsChessApplication::DeliverMove(uint64_t now) {
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
-    } else if (best.IsEmpty() && State != StateEpd && Engine->Protocol == clsEngineInterface::Uci) {
-        // A GUI waits for one answer to every go, also when the engine has no move to give.
+    } else if (State != StateEpd && Engine->Protocol == clsEngineInterface::Uci) {
+        // A GUI waits for one answer to every go, also when the engine found no move: a mate or stalemate on
+        // the board, or a stop that came before the first result.
         WriteLine(clsString("bestmove 0000"));
         State = StateIdle;
     }

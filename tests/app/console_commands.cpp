@@ -4,6 +4,8 @@
 #include "book/clsbookentry.h"
 
 #include <filesystem>
+#include <string>
+#include <unistd.h>
 
 namespace nvoChess {
 namespace {
@@ -15,7 +17,9 @@ constexpr size_t BoardLines = 10;
 
 class ConsoleTest : public XBoardTest {
 protected:
-    std::filesystem::path Folder = std::filesystem::temp_directory_path() / "corvane_console_test";
+    // One folder per process: ctest runs the tests of this suite side by side.
+    std::filesystem::path Folder =
+        std::filesystem::temp_directory_path() / ("corvane_console_test_" + std::to_string(getpid()));
 
     ConsoleTest() { std::filesystem::create_directories(Folder); }
     ~ConsoleTest() override { std::filesystem::remove_all(Folder); }

@@ -141,6 +141,13 @@ TEST(ThreadedApplication, MemoryArgument) {
     arguments.SetValue(clsString("memory"), clsString("abc"), false);
     CapturedApplication none(arguments);
     EXPECT_EQ(none.Application.Share.TTCount, 0u);
+    // An empty value takes the default; the first of doubled names counts.
+    nuvobase::clsStrings empty;
+    empty.SetValue(clsString("MEMORY"), clsString(), false);
+    empty.SetValue(clsString("memory"), clsString("1"), false);
+    CapturedApplication standard(empty);
+    EXPECT_EQ(standard.Application.Share.TTBytes, uint64_t(standard.Application.DefaultMemoryMb) << 20);
+    EXPECT_EQ(standard.Application.DefaultMemoryMb, 64);
 }
 
 TEST(ThreadedApplication, PublishedPositionAndPong) {

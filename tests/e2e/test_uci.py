@@ -108,6 +108,13 @@ def mate_in_one(name, args):
     line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
     check(line == "bestmove a1a8", "%s: %r" % (name, line))
     check(time.monotonic() - started < 6, "%s: mate took too long" % name)
+    # Mated or stalemated: the engine has no move, and the GUI still gets its one answer at once.
+    for fen in ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"):
+        session.send("position fen " + fen)
+        session.send("go")
+        line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
+        check(line == "bestmove 0000", "%s: %r for %s" % (name, line, fen))
+        check(not any(l.startswith("bestmove") for l in sync(session)), "a second answer")
     session.send("quit")
     check(session.close() == 0, "exit code")
 
@@ -133,6 +140,31 @@ def go_words(referee):
     check(not any(l.startswith("bestmove") for l in sync(session)), "infinite ended by itself")
     session.send("stop")
     session.read_until(lambda l: l.startswith("bestmove"))
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
+def progress_with_post(referee):
+    # Only XBoard's post sets Post; back in UCI a search then shows its best move once a second, and once more
+    # when it is delivered.
+    session = Session()
+    for line in ("xboard", "post", "uci"):
+        session.send(line)
+    session.read_until(lambda l: l == "uciok")
+    session.send("position startpos moves e2e4")
+    sync(session)
+    start = len(session.seen)
+    session.send("go")
+    time.sleep(2.5)
+    session.send("stop")
+    best = bestmove_of(session.read_until(lambda l: l.startswith("bestmove")))
+    lines = session.seen[start:]
+    shown = [l.split()[1] for l in lines if l.startswith("currmove ")]
+    check(len(shown) >= 3 and shown[-1] == best, lines)
+    legal = referee.legal_moves(["e2e4"])
+    check(all(move in legal for move in shown), shown)
+    # The delivery shows the move, then the statistics, then the move itself.
+    check(lines[-3] == "currmove " + best and lines[-2].startswith("info string "), lines)
     session.send("quit")
     check(session.close() == 0, "exit code")
 
@@ -180,6 +212,7 @@ if __name__ == "__main__":
         answers_during_search(name, args)
         mate_in_one(name, args)
     go_words(referee)
+    progress_with_post(referee)
     quiet_words()
     end_of_input()
     referee.close()
