@@ -6,6 +6,8 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <string>
+#include <unistd.h>
 
 namespace nvoChess {
 namespace {
@@ -159,7 +161,9 @@ TEST_F(XBoardTest, UserMovesAndUndo) {
 }
 
 TEST_F(XBoardTest, EchoAndCommandLog) {
-    const std::filesystem::path log = std::filesystem::temp_directory_path() / "corvane_xboard_test.log";
+    // One file per process, for test runs side by side.
+    const std::filesystem::path log =
+        std::filesystem::temp_directory_path() / ("corvane_xboard_test_" + std::to_string(getpid()) + ".log");
     std::filesystem::remove(log);
     App.LogFile = log.c_str();
     EXPECT_EQ(Send("ping", "5", true), (Lines{"# XBoard_Command: ping\t5", "pong 5"}));
