@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "bench/benchargs.h"
 #include "chess/bits.h"
 #include "chess/clschesscore.h"
 #include "vesko/veskoblock.h"
@@ -20,7 +21,7 @@ uint64_t VeskoPerft(const nuvobase::clsString& fen, int depth) {
     nvoChess::VeskoBlock* block = nvoChess::VeskoAllocate(raw, size);
     if (!block) return 0;
     std::snprintf(block->Text, sizeof block->Text, "%s",
-                  fen.IsEmpty() ? "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1" : fen.Text());
+                  fen.Text());
     block->Command = nvoChess::VeskoCommandSetPosition | nvoChess::VeskoCommandCount;
     block->Depth = depth;
     nvoChess::VeskoExecute(block);
@@ -37,22 +38,14 @@ int main(int argc, char** argv) {
         nvoChess::UsePopCount = false;
         ++first;
     }
-    bool vesko = false;
-    if (argc > first + 1 && std::strcmp(argv[first], "-e") == 0) {
-        vesko = std::strcmp(argv[first + 1], "vesko") == 0;
-        first += 2;
-    }
-    if (argc < first + 2) {
+    BenchArgs args;
+    if (!ReadBenchArgs(argc, argv, first, args)) {
         std::fprintf(stderr, "usage: corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos\n");
         return 2;
     }
-    const int depth = std::atoi(argv[first]);
-    nuvobase::clsString fen;
-    for (int i = first + 1; i < argc; ++i) {
-        if (i > first + 1) fen += ' ';
-        fen += argv[i];
-    }
-    if (fen == "startpos") fen.Clear();
+    const bool vesko = args.Vesko;
+    const int depth = args.Number;
+    const nuvobase::clsString& fen = args.Fen;
 
     auto core = std::make_unique<nvoChess::clsChessCore>();
     core->SetPosition(fen);

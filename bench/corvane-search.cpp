@@ -8,29 +8,21 @@
 #include <cstring>
 #include <memory>
 
+#include "bench/benchargs.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/platform.h"
 #include "search/clsenginecorvane.h"
 #include "vesko/clsenginevesko.h"
 
 int main(int argc, char** argv) {
-  int first = 1;
-  bool vesko = false;
-  if (argc > first + 1 && std::strcmp(argv[first], "-e") == 0) {
-    vesko = std::strcmp(argv[first + 1], "vesko") == 0;
-    first += 2;
-  }
-  if (argc < first + 2) {
+  BenchArgs args;
+  if (!ReadBenchArgs(argc, argv, 1, args)) {
     std::fprintf(stderr, "usage: corvane-search [-e corvane|vesko] MS FEN...|startpos\n");
     return 2;
   }
-  const int ms = std::atoi(argv[first]);
-  nuvobase::clsString fen;
-  for (int i = first + 1; i < argc; ++i) {
-    if (i > first + 1) fen += ' ';
-    fen += argv[i];
-  }
-  if (fen == "startpos") fen = vesko ? "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1" : "";
+  const bool vesko = args.Vesko;
+  const int ms = args.Number;
+  const nuvobase::clsString& fen = args.Fen;
 
   nvoChess::clsEngineShare share;
   share.ResizeTable(64);
