@@ -15,7 +15,7 @@ namespace {
 // How often a running search shows its progress.
 constexpr uint64_t ProgressIntervalMs = 1000;
 
-}  // namespace
+} // namespace
 
 clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     : clsThread(clsString("Corvane")), Output(&nuvobase::StdOut), Arguments(arguments) {
@@ -150,7 +150,9 @@ bool clsChessApplication::SetBoard(const clsString& fen) {
     return true;
 }
 
-clsString clsChessApplication::GetFen() { return PublishedFen.Get(); }
+clsString clsChessApplication::GetFen() {
+    return PublishedFen.Get();
+}
 
 void clsChessApplication::HaltEngine() {
     // A stop that reaches a search thread before the search has begun may be forgotten when the search
@@ -187,8 +189,8 @@ bool clsChessApplication::StartThinking() {
     const int64_t deadline = int64_t(ThinkStart) + allowance;
     Deadline = deadline > 0 ? uint64_t(deadline) : 1;
     if (State != StateEpd) {
-        Engine->Info(clsString("moves ") + clsString(moveNumber) + "/" + clsString(controlMoves) + " - time " +
-                     clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
+        Engine->Info(clsString("moves ") + clsString(moveNumber) + "/" + clsString(controlMoves) +
+                     " - time " + clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
     }
     return Engine->Start();
 }
@@ -230,6 +232,8 @@ void clsChessApplication::ShowBanner() {
                  (UsePopCount ? "enabled" : "disabled"));
 }
 
-void clsChessApplication::WriteLine(const clsString& text) { Output->Write(text, true); }
+void clsChessApplication::WriteLine(const clsString& text) {
+    Output->Write(text, true);
+}
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -80,8 +80,8 @@ public:
     nuvobase::clsTSafeOutput* Output;
     int32_t DefaultMemoryMb = 64;
     clsEngineShare Share;
-    std::unique_ptr<clsEngineInterface> Engine;  // never null once constructed
-    nuvobase::clsStrings Arguments;              // the command line, copied
+    std::unique_ptr<clsEngineInterface> Engine; // never null once constructed
+    nuvobase::clsStrings Arguments;             // the command line, copied
     nuvobase::clsStrings Features;
     clsString LogFile;
     nuvobase::clsCStrings TestLines;
@@ -122,4 +122,4 @@ private:
     int UciGo(const clsString& arguments);
 };
 
-}  // namespace nvoChess
+} // namespace nvoChess

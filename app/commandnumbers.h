@@ -19,4 +19,4 @@ int64_t ReadBounded(const nuvobase::clsString& text, int64_t bound);
 // Seconds to milliseconds, with the seconds held to 0..MaxClockSeconds.
 int64_t SecondsToMs(int64_t seconds);
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -20,7 +20,9 @@ struct ConsoleCommand {
 // The book of \loadbook when none is named: a file in the working folder.
 constexpr const char* DefaultBookFile = "corvane.cbk";
 
-void Remark(App& app, const clsString& text) { app.Engine->Info(text); }
+void Remark(App& app, const clsString& text) {
+    app.Engine->Info(text);
+}
 
 void ToggleBoard(App& app, const clsString& arguments) {
     app.ShowBoard = !app.ShowBoard;
@@ -110,7 +112,7 @@ const ConsoleCommand Commands[] = {
     {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
 };
 
-}  // namespace
+} // namespace
 
 int clsChessApplication::HandleConsole(const clsString& command, const clsString& arguments) {
     for (const ConsoleCommand& entry : Commands) {
@@ -123,4 +125,4 @@ int clsChessApplication::HandleConsole(const clsString& command, const clsString
     return 0;
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -24,7 +24,9 @@ clsString TrimmedSpan(const clsString& text, int from, int to) {
     return span.Trim(' ');
 }
 
-int ClampToInt(int64_t value) { return int(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value); }
+int ClampToInt(int64_t value) {
+    return int(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value);
+}
 
 // The value word behind a word of go, read as a decimal number; a missing one reads as 0.
 int NextValue(const clsString& arguments, int& position) {
@@ -32,10 +34,11 @@ int NextValue(const clsString& arguments, int& position) {
     return ClampToInt(clsChessApplication::ReadDecimal(arguments.NextWord(' ', position, false, true)));
 }
 
-}  // namespace
+} // namespace
 
-void clsChessApplication::SplitKeywords(const clsString& text, const char* firstKeyword, const char* secondKeyword,
-                                        clsString& firstValue, clsString& secondValue) {
+void clsChessApplication::SplitKeywords(const clsString& text, const char* firstKeyword,
+                                        const char* secondKeyword, clsString& firstValue,
+                                        clsString& secondValue) {
     const int length = text.Size();
     const int first = FindKeyword(text, firstKeyword, 0);
     const int firstEnd = first < 0 ? 0 : first + int(std::strlen(firstKeyword));
@@ -130,4 +133,4 @@ int clsChessApplication::UciGo(const clsString& arguments) {
     return StartThinking();
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

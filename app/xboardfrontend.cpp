@@ -22,9 +22,13 @@ struct XBoardCommand {
     Handler Run;
 };
 
-void WriteLine(App& app, const clsString& text) { app.Output->Write(text, true); }
+void WriteLine(App& app, const clsString& text) {
+    app.Output->Write(text, true);
+}
 
-void Remark(App& app, const clsString& text) { app.Engine->Info(text); }
+void Remark(App& app, const clsString& text) {
+    app.Engine->Info(text);
+}
 
 // Ends a running search and forgets its move, which belongs to a position about to change or to a side the
 // engine no longer plays: delivered later, it would be played in the wrong game.
@@ -82,8 +86,10 @@ int TakeSide(App& app, int32_t state) {
 
 // The features announced to the GUI, in the order it reads them. myname follows the current engine.
 clsString FeatureLines(App& app) {
-    return clsString("ping=1\nsetboard=1\nusermove=1\ntime=1\ndraw=1\nreuse=1\nmyname=\"") + app.Engine->Name +
-           "\"\nics=1\nname=1\ndebug=1\nmemory=1\nsmp=1\nnps=0\nsan=0\nsigint=0\nsigterm=0\nanalyze=0\ncolors=0\n"
+    return clsString("ping=1\nsetboard=1\nusermove=1\ntime=1\ndraw=1\nreuse=1\nmyname=\"") +
+           app.Engine->Name +
+           "\"\nics=1\nname=1\ndebug=1\nmemory=1\nsmp=1\nnps=0\nsan=0\nsigint=0\nsigterm=0\nanalyze="
+           "0\ncolors=0\n"
            "done=1";
 }
 
@@ -144,7 +150,9 @@ int SearchDepth(App& app, const clsString& depth) {
 }
 
 // time and otim give centiseconds.
-int64_t CentisecondsToMs(const clsString& text) { return ReadBounded(text, MaxClockSeconds * 100) * 10; }
+int64_t CentisecondsToMs(const clsString& text) {
+    return ReadBounded(text, MaxClockSeconds * 100) * 10;
+}
 
 int Time(App& app, const clsString& centiseconds) {
     app.EngineTimeMs = CentisecondsToMs(centiseconds);
@@ -174,7 +182,8 @@ int BookMove(App& app, const clsString&) {
     nuvobase::clsPCollection<clsBookEntryExt> entries(true);
     const int count = app.Engine->GetBookEntries(entries, true);
     const clsBookEntryExt* best = count ? entries.At(entries.Count - 1) : nullptr;
-    WriteLine(app, best ? clsString(" best book move: ") + best->Move + "\n\n" : clsString(" no book moves found\n\n"));
+    WriteLine(app, best ? clsString(" best book move: ") + best->Move + "\n\n"
+                        : clsString(" no book moves found\n\n"));
     return 0;
 }
 
@@ -221,7 +230,9 @@ int Option(App& app, const clsString& pair) {
     return 0;
 }
 
-int Ignore(App&, const clsString&) { return 0; }
+int Ignore(App&, const clsString&) {
+    return 0;
+}
 
 // Tested in this order, ignoring case; the user moves come before them.
 const XBoardCommand Commands[] = {
@@ -249,21 +260,57 @@ const XBoardCommand Commands[] = {
     {"setboard", SetBoard},
     {"edit", Ignore},
     {"hint", Ignore},
-    {"ics", [](App& app, const clsString& host) { app.IcsHost = host; return 0; }},
+    {"ics",
+     [](App& app, const clsString& host) {
+         app.IcsHost = host;
+         return 0;
+     }},
     {"bk", BookMove},
     {"undo", Undo},
     {"remove", Ignore},
-    {"easy", [](App& app, const clsString&) { app.Ponder = false; return 0; }},
-    {"hard", [](App& app, const clsString&) { app.Ponder = true; return 0; }},
-    {"post", [](App& app, const clsString&) { app.Post = true; return 0; }},
-    {"nopost", [](App& app, const clsString&) { app.Post = false; return 0; }},
+    {"easy",
+     [](App& app, const clsString&) {
+         app.Ponder = false;
+         return 0;
+     }},
+    {"hard",
+     [](App& app, const clsString&) {
+         app.Ponder = true;
+         return 0;
+     }},
+    {"post",
+     [](App& app, const clsString&) {
+         app.Post = true;
+         return 0;
+     }},
+    {"nopost",
+     [](App& app, const clsString&) {
+         app.Post = false;
+         return 0;
+     }},
     {"analyze", Ignore},
-    {"name", [](App& app, const clsString&) { WriteLine(app, app.Engine->Name); return 0; }},
-    {"rating", [](App& app, const clsString&) { WriteLine(app, clsString("1350 1350")); return 0; }},
-    {"computer", [](App& app, const clsString&) { Remark(app, clsString("hello my peer!")); return 0; }},
+    {"name",
+     [](App& app, const clsString&) {
+         WriteLine(app, app.Engine->Name);
+         return 0;
+     }},
+    {"rating",
+     [](App& app, const clsString&) {
+         WriteLine(app, clsString("1350 1350"));
+         return 0;
+     }},
+    {"computer",
+     [](App& app, const clsString&) {
+         Remark(app, clsString("hello my peer!"));
+         return 0;
+     }},
     {"memory", Memory},
     {"option", Option},
-    {"cores", [](App& app, const clsString& count) { app.Engine->SetOption(clsString("cores"), count); return 0; }},
+    {"cores",
+     [](App& app, const clsString& count) {
+         app.Engine->SetOption(clsString("cores"), count);
+         return 0;
+     }},
     {"perft", Perft},
     {"divide", Divide},
 };
@@ -293,7 +340,7 @@ int UserMove(App& app, const clsString& move) {
     return 0;
 }
 
-}  // namespace
+} // namespace
 
 int clsChessApplication::HandleXBoard(const clsString& command, const clsString& arguments, bool echo) {
     const clsString line = command + "\t" + arguments;
@@ -309,4 +356,4 @@ int clsChessApplication::HandleXBoard(const clsString& command, const clsString&
     return HandleConsole(command, arguments);
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -7,9 +7,9 @@
 #include "nuvobase/clsstring.h"
 
 struct BenchArgs {
-    bool Vesko = false;           // -e vesko: the second engine
-    int Number = 0;               // the depth or the milliseconds
-    nuvobase::clsString Fen;      // the FEN from the words left; "startpos" gives the start position
+    bool Vesko = false;      // -e vesko: the second engine
+    int Number = 0;          // the depth or the milliseconds
+    nuvobase::clsString Fen; // the FEN from the words left; "startpos" gives the start position
 };
 
 // Reads the arguments from argv[first] on; false when the number or the FEN is missing.

@@ -1,6 +1,6 @@
-// corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos: counts the legal move paths of a position
-// to a depth and prints "<nodes> nodes <ms> ms <nps> nps". The FEN may come as several arguments. -e vesko
-// counts with the second engine instead.
+// corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos: counts the legal move paths of a
+// position to a depth and prints "<nodes> nodes <ms> ms <nps> nps". The FEN may come as several arguments. -e
+// vesko counts with the second engine instead.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -20,8 +20,7 @@ uint64_t VeskoPerft(const nuvobase::clsString& fen, int depth) {
     std::size_t size = 0;
     nvoChess::VeskoBlock* block = nvoChess::VeskoAllocate(raw, size);
     if (!block) return 0;
-    std::snprintf(block->Text, sizeof block->Text, "%s",
-                  fen.Text());
+    std::snprintf(block->Text, sizeof block->Text, "%s", fen.Text());
     block->Command = nvoChess::VeskoCommandSetPosition | nvoChess::VeskoCommandCount;
     block->Depth = depth;
     nvoChess::VeskoExecute(block);

@@ -83,10 +83,11 @@ void Report(const std::string& program, const char* option, int runs) {
     }
     std::sort(times.begin(), times.end());
     std::printf("%-18s uci to uciok from process start: min %.2f ms, median %.2f ms, max %.2f ms (%d runs)\n",
-                option ? option : "(default engine)", times.front(), times[times.size() / 2], times.back(), runs);
+                option ? option : "(default engine)", times.front(), times[times.size() / 2], times.back(),
+                runs);
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv) {
     const std::string program = argc > 1 ? argv[1] : ProgramBesideThis();

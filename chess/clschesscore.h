@@ -32,8 +32,8 @@ public:
     clsChessCore(const clsChessCore&) = delete;
     clsChessCore& operator=(const clsChessCore&) = delete;
 
-    std::atomic<uint64_t> Nodes{0};  // legal moves counted by the last walk; others read it while it runs
-    int32_t CastlingBonus = 0; // added to Material by a castling move; the soul decides it
+    std::atomic<uint64_t> Nodes{0}; // legal moves counted by the last walk; others read it while it runs
+    int32_t CastlingBonus = 0;      // added to Material by a castling move; the soul decides it
     clsBoard Board;
     clsMove* ListEnd = nullptr; // where the generator writes the next record
     clsMove MoveTemplate;       // the fields every record of a routine shares
@@ -42,7 +42,7 @@ public:
     clsSimpleNode* Current = nullptr;
     clsSimpleNode* Root = nullptr;
     int32_t DepthLimit = NodeCount;
-    std::atomic<uint8_t> StopFlag{0};  // raised by any thread, read by the search
+    std::atomic<uint8_t> StopFlag{0}; // raised by any thread, read by the search
     uint8_t PerftDivide = 0;
     nuvobase::clsString StartFen;
     nuvobase::clsStrings EpdFields; // the operations of the last EPD line, key and value

@@ -22,7 +22,7 @@ nvoChess::clsChessApplication& Application() {
     return application;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     nvoChess::clsChessApplication& application = Application();

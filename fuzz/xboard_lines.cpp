@@ -15,7 +15,7 @@ bool LeftOut(const nuvobase::clsString& command) {
     return false;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static nuvobase::clsTSafeOutput discard(true, std::fopen("/dev/null", "w"));

@@ -12,9 +12,13 @@ clsEngineInterface::clsEngineInterface(const clsString& name, nuvobase::clsTSafe
 
 clsEngineInterface::~clsEngineInterface() = default;
 
-bool clsEngineInterface::IsStopped() { return Stopped; }
+bool clsEngineInterface::IsStopped() {
+    return Stopped;
+}
 
-void clsEngineInterface::SetStopped() { Stopped = true; }
+void clsEngineInterface::SetStopped() {
+    Stopped = true;
+}
 
 void clsEngineInterface::StartEngine() {
     Stopped = false;
@@ -28,9 +32,13 @@ bool clsEngineInterface::StopEngine() {
 
 void clsEngineInterface::ListBookMoves() {}
 
-bool clsEngineInterface::PlayBookMove() { return false; }
+bool clsEngineInterface::PlayBookMove() {
+    return false;
+}
 
-clsString clsEngineInterface::GetStatistics(int64_t) { return clsString(); }
+clsString clsEngineInterface::GetStatistics(int64_t) {
+    return clsString();
+}
 
 void clsEngineInterface::PrintBoard() {
     const clsString board = BoardText();
@@ -57,19 +65,27 @@ clsString clsEngineInterface::BoardText() {
     return board;
 }
 
-bool clsEngineInterface::IsWhiteToMove() { return true; }
+bool clsEngineInterface::IsWhiteToMove() {
+    return true;
+}
 
-int clsEngineInterface::SetMaxDepth(int depth) { return MaxDepth = depth; }
+int clsEngineInterface::SetMaxDepth(int depth) {
+    return MaxDepth = depth;
+}
 
 void clsEngineInterface::SetMaxNodes(int64_t) {}
 
 void clsEngineInterface::SetMateDepth(int) {}
 
-int clsEngineInterface::GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>&, bool) { return 0; }
+int clsEngineInterface::GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>&, bool) {
+    return 0;
+}
 
 void clsEngineInterface::PrintMoves(bool) {}
 
-void clsEngineInterface::SetDebug(bool debug) { Debug = debug; }
+void clsEngineInterface::SetDebug(bool debug) {
+    Debug = debug;
+}
 
 bool clsEngineInterface::SetOption(const clsString& name, const clsString& value) {
     Options.SetValue(name, value, true);
@@ -117,12 +133,23 @@ void clsEngineInterface::OnEngineOutput(const clsString&) {}
 void clsEngineInterface::SetClock(int which, int value) {
     const bool black = Side == 1;
     switch (which) {
-    case 0: (black ? OpponentTimeMs : OwnTimeMs) = value; break;
-    case 1: (black ? OwnTimeMs : OpponentTimeMs) = value; break;
-    case 2: (black ? OpponentIncrementMs : OwnIncrementMs) = value; break;
-    case 3: (black ? OwnIncrementMs : OpponentIncrementMs) = value; break;
-    case 4: MovesToGo = value; break;
-    default: break;
+    case 0:
+        (black ? OpponentTimeMs : OwnTimeMs) = value;
+        break;
+    case 1:
+        (black ? OwnTimeMs : OpponentTimeMs) = value;
+        break;
+    case 2:
+        (black ? OpponentIncrementMs : OwnIncrementMs) = value;
+        break;
+    case 3:
+        (black ? OwnIncrementMs : OpponentIncrementMs) = value;
+        break;
+    case 4:
+        MovesToGo = value;
+        break;
+    default:
+        break;
     }
 }
 

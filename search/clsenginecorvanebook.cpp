@@ -22,110 +22,118 @@ constexpr double RareShare = 0.02;
 constexpr unsigned BookMovePauseMs = 50;
 
 bool CanOpen(const clsString& name) {
-  std::FILE* file = std::fopen(name.Text(), "rb");
-  if (!file) return false;
-  std::fclose(file);
-  return true;
+    std::FILE* file = std::fopen(name.Text(), "rb");
+    if (!file) return false;
+    std::fclose(file);
+    return true;
 }
 
-double Weight(const clsBookEntry& entry) { return std::sqrt(static_cast<double>(entry.Games())); }
+double Weight(const clsBookEntry& entry) {
+    return std::sqrt(static_cast<double>(entry.Games()));
+}
 
 // The score is (draws + 2 wins) * 500 / games: tenths of a percent.
-double Percentage(const clsBookEntry& entry) { return entry.Score() / 10.0; }
+double Percentage(const clsBookEntry& entry) {
+    return entry.Score() / 10.0;
+}
 
-clsString HexKey(uint64_t key) { return clsString("0000000000000000").ToHexFixed(key); }
+clsString HexKey(uint64_t key) {
+    return clsString("0000000000000000").ToHexFixed(key);
+}
 
-}  // namespace
+} // namespace
 
 void clsEngineCorvane::LoadBook() {
-  clsString name = Flag("book");
-  if (name.IsEmpty()) name = DefaultBookName;
-  if (!CanOpen(name)) {
-    if (Post) Info("no book " + name);
-    return;
-  }
-  if (Post) Info("loading book " + name);
-  Book.Clear();
-  Book.Load(name, 0);
+    clsString name = Flag("book");
+    if (name.IsEmpty()) name = DefaultBookName;
+    if (!CanOpen(name)) {
+        if (Post) Info("no book " + name);
+        return;
+    }
+    if (Post) Info("loading book " + name);
+    Book.Clear();
+    Book.Load(name, 0);
 }
 
 bool clsEngineCorvane::PlayLegal(const clsMove& move) {
-  ApplyMove(move);
-  if (IsAttacked(Board.Kings & Board.Mine)) return false;
-  SetEnPassantField(move);
-  SwapSides();
-  return true;
+    ApplyMove(move);
+    if (IsAttacked(Board.Kings & Board.Mine)) return false;
+    SetEnPassantField(move);
+    SwapSides();
+    return true;
 }
 
 int clsEngineCorvane::GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& list, bool generate) {
-  clsSimpleNode& node = *Current;
-  node.SavedBoard = Board;
-  list.Clear();
-  if (generate) {
-    SetRootNode();
-    Generate(-1);
-  }
-  for (const clsMove* move = node.Moves; move != node.End(); ++move) {
-    if (PlayLegal(*move))
-      if (const clsBookEntry* entry = Book.Find(BoardKey(Board)))
-        list.Add(new clsBookEntryExt(*entry, MoveText(move, true)));
-    RestoreBoard(node);
-  }
-  if (list.Count > 1) nuvobase::QuickSortPointers(list.Items, 0, list.Count - 1, CompareBookEntries);
-  return list.Count;
+    clsSimpleNode& node = *Current;
+    node.SavedBoard = Board;
+    list.Clear();
+    if (generate) {
+        SetRootNode();
+        Generate(-1);
+    }
+    for (const clsMove* move = node.Moves; move != node.End(); ++move) {
+        if (PlayLegal(*move))
+            if (const clsBookEntry* entry = Book.Find(BoardKey(Board)))
+                list.Add(new clsBookEntryExt(*entry, MoveText(move, true)));
+        RestoreBoard(node);
+    }
+    if (list.Count > 1) nuvobase::QuickSortPointers(list.Items, 0, list.Count - 1, CompareBookEntries);
+    return list.Count;
 }
 
 bool clsEngineCorvane::PlayBookMove() {
-  nuvobase::clsPCollection<clsBookEntryExt> list;
-  const clsMove* chosen = ChooseBookMove(list);
-  RestoreBoard(*Current);
-  if (!chosen) return false;
-  SetBestMove(chosen);
-  if (Post) Info(" book move " + MoveText(chosen, false));
-  nuvobase::SleepMs(BookMovePauseMs);
-  return true;
+    nuvobase::clsPCollection<clsBookEntryExt> list;
+    const clsMove* chosen = ChooseBookMove(list);
+    RestoreBoard(*Current);
+    if (!chosen) return false;
+    SetBestMove(chosen);
+    if (Post) Info(" book move " + MoveText(chosen, false));
+    nuvobase::SleepMs(BookMovePauseMs);
+    return true;
 }
 
 const clsMove* clsEngineCorvane::ChooseBookMove(nuvobase::clsPCollection<clsBookEntryExt>& list) {
-  Current->SavedBoard = Board;
-  if (GetBookEntries(list, true) == 0) return nullptr;
-  double total = 0;
-  for (int i = 0; i < list.Count; ++i) total += Weight(*list.At(i));
-  for (int i = list.Count - 1; i >= 0; --i)
-    if (Weight(*list.At(i)) / total < RareShare) list.Delete(i);
-  if (list.Count == 0) return nullptr;
-  const clsString& wanted = list.At(RandomBelow(list.Count))->Move;
-  for (const clsMove* move = Current->Moves; move != Current->End(); ++move)
-    if (MoveText(move, true).Compare(wanted) == 1) return move;
-  return nullptr;  // two keys collided: the entry belongs to another position
+    Current->SavedBoard = Board;
+    if (GetBookEntries(list, true) == 0) return nullptr;
+    double total = 0;
+    for (int i = 0; i < list.Count; ++i) total += Weight(*list.At(i));
+    for (int i = list.Count - 1; i >= 0; --i)
+        if (Weight(*list.At(i)) / total < RareShare) list.Delete(i);
+    if (list.Count == 0) return nullptr;
+    const clsString& wanted = list.At(RandomBelow(list.Count))->Move;
+    for (const clsMove* move = Current->Moves; move != Current->End(); ++move)
+        if (MoveText(move, true).Compare(wanted) == 1) return move;
+    return nullptr; // two keys collided: the entry belongs to another position
 }
 
 void clsEngineCorvane::ListBookMoves() {
-  Perft(1, false);
-  clsSimpleNode& node = *Root;
-  clsString best;
-  double bestPercentage = -1;
-  for (const clsMove* move = node.Moves; move != node.End(); ++move) {
-    if (PlayLegal(*move)) {
-      const uint64_t key = BoardKey(Board);
-      clsString line = HexKey(key) + " " + MoveText(move, true);
-      const clsBookEntry* entry = Book.Find(key);
-      if (!entry) {
-        line += " ???";
-      } else {
-        const double percentage = Percentage(*entry);
-        line += " " + clsString(static_cast<int64_t>(entry->Wins)) + " " + clsString(static_cast<int64_t>(entry->Draws)) +
-                " " + clsString(static_cast<int64_t>(entry->Losses)) + " " + clsString().FromDouble(percentage, 2) + "%";
-        if (percentage > bestPercentage) {
-          bestPercentage = percentage;
-          best = line;
+    Perft(1, false);
+    clsSimpleNode& node = *Root;
+    clsString best;
+    double bestPercentage = -1;
+    for (const clsMove* move = node.Moves; move != node.End(); ++move) {
+        if (PlayLegal(*move)) {
+            const uint64_t key = BoardKey(Board);
+            clsString line = HexKey(key) + " " + MoveText(move, true);
+            const clsBookEntry* entry = Book.Find(key);
+            if (!entry) {
+                line += " ???";
+            } else {
+                const double percentage = Percentage(*entry);
+                line += " " + clsString(static_cast<int64_t>(entry->Wins)) + " " +
+                        clsString(static_cast<int64_t>(entry->Draws)) + " " +
+                        clsString(static_cast<int64_t>(entry->Losses)) + " " +
+                        clsString().FromDouble(percentage, 2) + "%";
+                if (percentage > bestPercentage) {
+                    bestPercentage = percentage;
+                    best = line;
+                }
+            }
+            Info(line);
         }
-      }
-      Info(line);
+        RestoreBoard(node);
     }
-    RestoreBoard(node);
-  }
-  if (!best.IsEmpty()) Info(best + " <--- best entry");
+    if (!best.IsEmpty()) Info(best + " <--- best entry");
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

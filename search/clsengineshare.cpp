@@ -7,38 +7,40 @@
 
 namespace nvoChess {
 
-clsEngineShare::~clsEngineShare() { FreeTable(); }
+clsEngineShare::~clsEngineShare() {
+    FreeTable();
+}
 
 void clsEngineShare::FreeTable() {
-  std::free(TTSlots);
-  TTSlots = nullptr;
-  TTCount = 0;
-  TTBytes = 0;
+    std::free(TTSlots);
+    TTSlots = nullptr;
+    TTCount = 0;
+    TTBytes = 0;
 }
 
 clsTT* clsEngineShare::AllocateSlots(uint64_t n) {
-  // Every node entered looks into a random slot: on large pages a table of
-  // many megabytes costs far fewer misses of the address translation.
-  constexpr uint64_t LargePage = 2 << 20;
-  const uint64_t bytes = n * sizeof(clsTT);
-  void* memory = nullptr;
-  if (posix_memalign(&memory, bytes >= LargePage ? LargePage : 64, bytes) != 0) return nullptr;
-  if (bytes >= LargePage) madvise(memory, bytes, MADV_HUGEPAGE);  // only advice: failure changes nothing
-  return static_cast<clsTT*>(memory);
+    // Every node entered looks into a random slot: on large pages a table of
+    // many megabytes costs far fewer misses of the address translation.
+    constexpr uint64_t LargePage = 2 << 20;
+    const uint64_t bytes = n * sizeof(clsTT);
+    void* memory = nullptr;
+    if (posix_memalign(&memory, bytes >= LargePage ? LargePage : 64, bytes) != 0) return nullptr;
+    if (bytes >= LargePage) madvise(memory, bytes, MADV_HUGEPAGE); // only advice: failure changes nothing
+    return static_cast<clsTT*>(memory);
 }
 
 void clsEngineShare::ResizeTable(int64_t megabytes) {
-  FreeTable();
-  if (megabytes <= 0) return;
-  constexpr int64_t largest = int64_t{1} << 40;  // keeps the byte count in 64 bits
-  TTBytes = static_cast<uint64_t>(megabytes < largest ? megabytes : largest) << 20;
-  for (uint64_t n = std::bit_floor(TTBytes / sizeof(clsTT)); n > 1; n /= 2) {
-    TTSlots = AllocateSlots(n);
-    if (!TTSlots) continue;
-    TTCount = n / 2;
-    for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
-    return;
-  }
+    FreeTable();
+    if (megabytes <= 0) return;
+    constexpr int64_t largest = int64_t{1} << 40; // keeps the byte count in 64 bits
+    TTBytes = static_cast<uint64_t>(megabytes < largest ? megabytes : largest) << 20;
+    for (uint64_t n = std::bit_floor(TTBytes / sizeof(clsTT)); n > 1; n /= 2) {
+        TTSlots = AllocateSlots(n);
+        if (!TTSlots) continue;
+        TTCount = n / 2;
+        for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
+        return;
+    }
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

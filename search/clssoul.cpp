@@ -15,50 +15,52 @@ const char* const clsSoul::Named[NamedCount] = {
 };
 
 void clsSoul::ReadNumbers(const char* text, char separator) {
-  for (int i = 0; i < Count; ++i) {
-    // The word is cut out first: reading in place would skip a blank
-    // separator and take the next word for a missing one.
-    char word[24];
-    int length = 0;
-    for (; text && *text && *text != separator; ++text)
-      if (length < static_cast<int>(sizeof(word)) - 1) word[length++] = *text;
-    word[length] = 0;
-    P[i] = static_cast<int32_t>(std::strtol(word, nullptr, 10));
-    if (text && *text) ++text;
-  }
+    for (int i = 0; i < Count; ++i) {
+        // The word is cut out first: reading in place would skip a blank
+        // separator and take the next word for a missing one.
+        char word[24];
+        int length = 0;
+        for (; text && *text && *text != separator; ++text)
+            if (length < static_cast<int>(sizeof(word)) - 1) word[length++] = *text;
+        word[length] = 0;
+        P[i] = static_cast<int32_t>(std::strtol(word, nullptr, 10));
+        if (text && *text) ++text;
+    }
 }
 
 nuvobase::clsString clsSoul::LoadText(const nuvobase::clsString& text) {
-  const int equals = text.Find('=');
-  ReadNumbers(equals < 0 ? "" : text.At(equals + 1), ' ');
-  return equals < 0 ? text : text.Left(equals);
+    const int equals = text.Find('=');
+    ReadNumbers(equals < 0 ? "" : text.At(equals + 1), ' ');
+    return equals < 0 ? text : text.Left(equals);
 }
 
 nuvobase::clsString clsSoul::Text() const {
-  nuvobase::clsString text;
-  for (int32_t parameter : P) {
-    text += nuvobase::clsString(static_cast<int64_t>(parameter));
-    text += '\t';
-  }
-  return text;
+    nuvobase::clsString text;
+    for (int32_t parameter : P) {
+        text += nuvobase::clsString(static_cast<int64_t>(parameter));
+        text += '\t';
+    }
+    return text;
 }
 
-void clsSoul::LoadNumbers(const nuvobase::clsString& text) { ReadNumbers(text.Text(), '\t'); }
+void clsSoul::LoadNumbers(const nuvobase::clsString& text) {
+    ReadNumbers(text.Text(), '\t');
+}
 
 void clsSoul::Randomize() {
-  for (int32_t& parameter : P) parameter = RandomBelow(105);
+    for (int32_t& parameter : P) parameter = RandomBelow(105);
 }
 
 void clsSoul::Cross(const clsSoul& other) {
-  for (int i = 0; i < Count; ++i) {
-    int r = RandomBelow(100);
-    if (r < 2)
-      P[i] = RandomBelow(105);
-    else if (r < 10)
-      P[i] = (P[i] + other.P[i]) / 2;
-    else if (r < 70)
-      P[i] = other.P[i];
-  }
+    for (int i = 0; i < Count; ++i) {
+        int r = RandomBelow(100);
+        if (r < 2)
+            P[i] = RandomBelow(105);
+        else if (r < 10)
+            P[i] = (P[i] + other.P[i]) / 2;
+        else if (r < 70)
+            P[i] = other.P[i];
+    }
 }
 
-}  // namespace nvoChess
+} // namespace nvoChess

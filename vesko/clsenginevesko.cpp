@@ -39,7 +39,9 @@ clsEngineVesko::~clsEngineVesko() {
     VeskoFree(RawBlock);
 }
 
-void clsEngineVesko::SetStopped() { VeskoShared(Block->Command).fetch_or(VeskoCommandStop); }
+void clsEngineVesko::SetStopped() {
+    VeskoShared(Block->Command).fetch_or(VeskoCommandStop);
+}
 
 clsString clsEngineVesko::GetStatistics(int64_t elapsedMs) {
     const int64_t nodes = int64_t(VeskoShared(Block->Nodes).load());
@@ -84,7 +86,9 @@ clsString clsEngineVesko::GetBestMoveText(bool consume, int& score) {
     return text;
 }
 
-clsString clsEngineVesko::GetSpareText() { return clsString(); }
+clsString clsEngineVesko::GetSpareText() {
+    return clsString();
+}
 
 bool clsEngineVesko::MakeMove(uint64_t from, uint64_t to, char promotion) {
     char text[8] = {};
@@ -95,15 +99,23 @@ bool clsEngineVesko::MakeMove(uint64_t from, uint64_t to, char promotion) {
     return Block->Error == 0;
 }
 
-uint64_t clsEngineVesko::PositionHash() { return 0; }
+uint64_t clsEngineVesko::PositionHash() {
+    return 0;
+}
 
-clsString clsEngineVesko::ReadReply() { return clsString(); }
+clsString clsEngineVesko::ReadReply() {
+    return clsString();
+}
 
-int clsEngineVesko::PawnValue() { return 100; }
+int clsEngineVesko::PawnValue() {
+    return 100;
+}
 
 void clsEngineVesko::CrossSoul(clsEngineInterface*) {}
 
-clsString clsEngineVesko::GetSoulText() { return clsString(); }
+clsString clsEngineVesko::GetSoulText() {
+    return clsString();
+}
 
 void clsEngineVesko::LoadDefaultSoul() {}
 
@@ -114,7 +126,9 @@ uint64_t clsEngineVesko::Perft(int depth, bool) {
     return Block->Depth > 0 ? Block->PlyCounts[Block->Depth - 1] : 0;
 }
 
-clsString clsEngineVesko::SanToCoordinates(const clsString&, bool) { return clsString(); }
+clsString clsEngineVesko::SanToCoordinates(const clsString&, bool) {
+    return clsString();
+}
 
 void clsEngineVesko::SendLine(const clsString&) {}
 

@@ -46,14 +46,16 @@ public:
 
 private:
     // Fills the block for a command and runs it on the calling thread.
-    void Execute(uint64_t command, int64_t depth = 0, const char* text = nullptr, const char* moveText = nullptr);
+    void Execute(uint64_t command, int64_t depth = 0, const char* text = nullptr,
+                 const char* moveText = nullptr);
     // Runs a command from the owner's thread: a search still running is stopped
     // first, since only the stop bit may be written while it runs.
-    void Command(uint64_t command, int64_t depth = 0, const char* text = nullptr, const char* moveText = nullptr);
+    void Command(uint64_t command, int64_t depth = 0, const char* text = nullptr,
+                 const char* moveText = nullptr);
 
-    void* RawBlock;        // the allocation, zeroed
-    std::size_t RawSize;   // the block and room to align it
-    VeskoBlock* Block;     // aligned inside RawBlock
+    void* RawBlock;      // the allocation, zeroed
+    std::size_t RawSize; // the block and room to align it
+    VeskoBlock* Block;   // aligned inside RawBlock
 };
 
 } // namespace nvoChess

@@ -17,6 +17,8 @@ VeskoBlock* VeskoAllocate(void*& raw, std::size_t& size) {
     return ::new (std::align(alignof(VeskoBlock), sizeof(VeskoBlock), aligned, space)) VeskoBlock;
 }
 
-void VeskoFree(void* raw) { std::free(raw); }
+void VeskoFree(void* raw) {
+    std::free(raw);
+}
 
 } // namespace nvoChess

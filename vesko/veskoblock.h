@@ -119,10 +119,10 @@ constexpr int64_t VeskoRefuted = 30000;
 constexpr int64_t VeskoIllegalScore = -40000;
 
 struct alignas(256) VeskoBlock {
-    char Text[512];    // in: a FEN; out: a FEN
-    uint64_t Command;  // VeskoCommandCount ... VeskoCommandStop
-    int64_t Depth;     // of a count; during a search the current iteration
-    int64_t MaxDepth;  // 0: no limit
+    char Text[512];   // in: a FEN; out: a FEN
+    uint64_t Command; // VeskoCommandCount ... VeskoCommandStop
+    int64_t Depth;    // of a count; during a search the current iteration
+    int64_t MaxDepth; // 0: no limit
     uint64_t MovesMade;
     int64_t RootScore;
     char MoveText[8];  // in: the move to make, "e7e8q"
@@ -139,7 +139,9 @@ struct alignas(256) VeskoBlock {
 
 // The fields that another thread touches while a search runs (the stop bit of Command;
 // Depth, Nodes, BestMove and BestScore) are reached through this on both sides.
-template <class T> std::atomic_ref<T> VeskoShared(T& field) { return std::atomic_ref<T>(field); }
+template <class T> std::atomic_ref<T> VeskoShared(T& field) {
+    return std::atomic_ref<T>(field);
+}
 
 // Allocates a zeroed block, aligned inside a larger allocation: `raw` and `size` receive
 // that allocation, which VeskoFree takes back. Null when there is no memory.

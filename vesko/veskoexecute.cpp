@@ -30,11 +30,16 @@ constexpr VeskoWeights Weights = {
 // The word of the promoted man that a letter asks for; null for no letter or another one.
 const uint64_t* PromotionAsked(const VeskoNode* root, char letter) {
     switch (letter | 0x20) {
-    case 'q': return &root->Mine.Queens;
-    case 'r': return &root->Mine.Rooks;
-    case 'b': return &root->Mine.Bishops;
-    case 'n': return &root->Mine.Knights;
-    default: return nullptr;
+    case 'q':
+        return &root->Mine.Queens;
+    case 'r':
+        return &root->Mine.Rooks;
+    case 'b':
+        return &root->Mine.Bishops;
+    case 'n':
+        return &root->Mine.Knights;
+    default:
+        return nullptr;
     }
 }
 

@@ -22,7 +22,9 @@ template <int Shift> uint64_t RayStep(uint64_t bits) {
         return (bits >> -Shift) & keep;
 }
 
-uint64_t Shifted(uint64_t bits, int shift) { return shift > 0 ? bits << shift : bits >> -shift; }
+uint64_t Shifted(uint64_t bits, int shift) {
+    return shift > 0 ? bits << shift : bits >> -shift;
+}
 
 class Generator {
 public:
@@ -84,7 +86,8 @@ private:
             const uint64_t rookLike = Theirs.Rooks | Theirs.Queens;
             const uint64_t bishopLike = Theirs.Bishops | Theirs.Queens;
             for (; through; through &= through - 1)
-                checkers |= VeskoSliderThrough(Tables, king, VeskoSquareOf(through), Occupied(), rookLike, bishopLike);
+                checkers |= VeskoSliderThrough(Tables, king, VeskoSquareOf(through), Occupied(), rookLike,
+                                               bishopLike);
         }
         Node->CheckerCount = uint64_t(std::popcount(checkers));
         if (!checkers)
@@ -225,11 +228,12 @@ private:
         Castling(rights, 0x88, 0x70, 0x10, 0x20, 0x90, shift);
     }
 
-    void Castling(uint64_t rights, uint64_t needed, uint64_t empty, uint64_t passed, uint64_t to, uint64_t rook,
-                  int shift) {
+    void Castling(uint64_t rights, uint64_t needed, uint64_t empty, uint64_t passed, uint64_t to,
+                  uint64_t rook, int shift) {
         if ((rights & needed) != needed || !(Mine.Rooks & (rook & needed) << shift)) return;
         if (Occupied() & empty << shift) return;
-        if (VeskoAttackers(Tables, VeskoSquareOf(passed << shift), Theirs, Occupied(), Node->PawnStep)) return;
+        if (VeskoAttackers(Tables, VeskoSquareOf(passed << shift), Theirs, Occupied(), Node->PawnStep))
+            return;
         VeskoMove* move = Add(uint64_t(0x08) << shift, &Mine.King, to << shift);
         move->Extra.RookSquares = rook << shift;
         move->Gain = Weights.Castling;
@@ -238,7 +242,9 @@ private:
 
 } // namespace
 
-void VeskoGenerate(VeskoBlock* block, VeskoNode* node) { Generator(block, node).Run(); }
+void VeskoGenerate(VeskoBlock* block, VeskoNode* node) {
+    Generator(block, node).Run();
+}
 
 // The guard above the root holds the root's position seen from the other side, so that
 // taking back a root move works as at every other node. Both guards start the bounds.

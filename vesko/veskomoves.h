@@ -72,8 +72,8 @@ inline bool VeskoLegal(const VeskoTables& tables, const VeskoNode* node, const V
     const uint64_t occupied = mine.Occupied | theirs.Occupied;
     if (node->Ply == 0 || move->Piece == &mine.King || VeskoIsEnPassant(node, move))
         return !VeskoAttackers(tables, king, theirs, occupied, node->PawnStep);
-    return !VeskoSliderThrough(tables, king, VeskoSquareOf(move->From), occupied, theirs.Rooks | theirs.Queens,
-                               theirs.Bishops | theirs.Queens);
+    return !VeskoSliderThrough(tables, king, VeskoSquareOf(move->From), occupied,
+                               theirs.Rooks | theirs.Queens, theirs.Bishops | theirs.Queens);
 }
 
 // Steps down into `child`: the parent's position seen from the other side, with the

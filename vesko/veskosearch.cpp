@@ -28,8 +28,8 @@ int64_t VeskoEvaluate(const VeskoWeights& weights, const VeskoNode* node) {
     value += weights.PawnOnSixth * std::popcount(mine.Pawns & sixth);
     // Pawns three bits apart: three files apart on a rank, or across the edge of it.
     value -= weights.PawnPair * std::popcount(mine.Pawns & (mine.Pawns << 3));
-    value += weights.Center * (std::popcount(mine.Occupied & CenterSquares) -
-                               std::popcount(theirs.Occupied & CenterSquares));
+    value += weights.Center *
+             (std::popcount(mine.Occupied & CenterSquares) - std::popcount(theirs.Occupied & CenterSquares));
     value -= weights.Rim * (std::popcount((mine.Knights | mine.Bishops) & RimSquares) -
                             std::popcount((theirs.Knights | theirs.Bishops) & RimSquares));
     return value;

@@ -15,9 +15,15 @@ constexpr Step BishopSteps[4] = {{1, 1}, {1, -1}, {-1, 1}, {-1, -1}};
 constexpr Step KnightSteps[8] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
 constexpr Step KingSteps[8] = {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}};
 
-bool OnBoard(int rank, int file) { return rank >= 0 && rank < 8 && file >= 0 && file < 8; }
-int SquareAt(int rank, int file) { return rank * 8 + 7 - file; }
-uint64_t BitAt(int rank, int file) { return uint64_t(1) << SquareAt(rank, file); }
+bool OnBoard(int rank, int file) {
+    return rank >= 0 && rank < 8 && file >= 0 && file < 8;
+}
+int SquareAt(int rank, int file) {
+    return rank * 8 + 7 - file;
+}
+uint64_t BitAt(int rank, int file) {
+    return uint64_t(1) << SquareAt(rank, file);
+}
 
 uint64_t Jumps(int rank, int file, const Step (&steps)[8]) {
     uint64_t word = 0;

@@ -9,9 +9,13 @@ namespace nvoChess {
 void VeskoBuildTables(VeskoTables& tables);
 
 // The index of the lowest set bit; VeskoNoSquare for an empty word.
-inline int VeskoSquareOf(uint64_t word) { return std::countr_zero(word); }
+inline int VeskoSquareOf(uint64_t word) {
+    return std::countr_zero(word);
+}
 
-inline uint64_t VeskoHighestBit(uint64_t word) { return uint64_t(1) << (63 - std::countl_zero(word)); }
+inline uint64_t VeskoHighestBit(uint64_t word) {
+    return uint64_t(1) << (63 - std::countl_zero(word));
+}
 
 // The squares strictly between two squares on a line; 0 when they share none.
 inline uint64_t VeskoBetween(const VeskoTables& tables, int target, int source) {
@@ -43,8 +47,8 @@ inline uint64_t VeskoSliderThrough(const VeskoTables& tables, int source, int ta
 
 // The men of `enemy` that attack `square` with the board `occupied`; `pawnStep` is the
 // step of the defending side's pawns.
-inline uint64_t VeskoAttackers(const VeskoTables& tables, int square, const VeskoHalf& enemy, uint64_t occupied,
-                               int64_t pawnStep) {
+inline uint64_t VeskoAttackers(const VeskoTables& tables, int square, const VeskoHalf& enemy,
+                               uint64_t occupied, int64_t pawnStep) {
     uint64_t attackers = (tables.KnightAttacks[square] & enemy.Knights) |
                          (tables.KingAttacks[square] & enemy.King) |
                          (tables.PawnSides[square + pawnStep + 8] & enemy.Pawns);

@@ -12,12 +12,14 @@ namespace {
 // The men of a half in FEN order of letters, as upper-case letters.
 struct Man {
     char Letter;
-    uint64_t VeskoHalf::* Word;
+    uint64_t VeskoHalf::*Word;
 };
-constexpr Man Men[6] = {{'P', &VeskoHalf::Pawns},   {'N', &VeskoHalf::Knights}, {'B', &VeskoHalf::Bishops},
-                        {'R', &VeskoHalf::Rooks},   {'Q', &VeskoHalf::Queens},  {'K', &VeskoHalf::King}};
+constexpr Man Men[6] = {{'P', &VeskoHalf::Pawns}, {'N', &VeskoHalf::Knights}, {'B', &VeskoHalf::Bishops},
+                        {'R', &VeskoHalf::Rooks}, {'Q', &VeskoHalf::Queens},  {'K', &VeskoHalf::King}};
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; }
+char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? char(c + 32) : c;
+}
 
 int64_t MaterialOf(const VeskoHalf& half, const VeskoWeights& weights) {
     return std::popcount(half.Pawns) * weights.Pawn + std::popcount(half.Knights) * weights.Knight +

@@ -34,7 +34,8 @@ TEST_F(ConsoleTest, UnknownWords) {
     EXPECT_EQ(Written(), Lines{"Error (unknown command): "});
     // Words of the console that arrive later are unknown until then.
     EXPECT_EQ(Send("\\epd", "1 x.epd"), Lines{"Error (unknown command): \\epd"});
-    for (const char* quiet : {"\\soul", "\\SOUL", "\\testsouls"}) EXPECT_EQ(Send(quiet, "x"), Lines{}) << quiet;
+    for (const char* quiet : {"\\soul", "\\SOUL", "\\testsouls"})
+        EXPECT_EQ(Send(quiet, "x"), Lines{}) << quiet;
 }
 
 TEST_F(ConsoleTest, BoardToggle) {
@@ -68,7 +69,7 @@ TEST_F(ConsoleTest, MovesGoStraightToTheBoard) {
 
 TEST_F(ConsoleTest, Books) {
     EXPECT_EQ(Send("\\savebook"), (Lines{"# savebook book [limit]", "# book: filename.cbk",
-                                        "# limit: save only positions played more than 'limit' times"}));
+                                         "# limit: save only positions played more than 'limit' times"}));
     const std::string missing = InFolder("x.cbk");
     EXPECT_EQ(Send("\\loadbook", missing.c_str()), (Lines{"# wait...", "# error loading " + missing}));
 
@@ -82,7 +83,8 @@ TEST_F(ConsoleTest, Books) {
     for (char& c : typed) c = c == '/' ? '\\' : c;
     EXPECT_EQ(Send("\\savebook", (typed + " 3").c_str()), (Lines{"# wait...", "# book " + typed + " saved"}));
     App.Engine->Book.Clear();
-    EXPECT_EQ(Send("\\LOADBOOK", book.c_str()), (Lines{"# wait...", "# book " + book + " loaded with 2 positions"}));
+    EXPECT_EQ(Send("\\LOADBOOK", book.c_str()),
+              (Lines{"# wait...", "# book " + book + " loaded with 2 positions"}));
     EXPECT_EQ(Send("\\loadbook", (book + " 5").c_str()),
               (Lines{"# wait...", "# book " + book + " loaded with 1 positions"}));
     const std::string unwritable = InFolder("no/such/b.cbk");
@@ -112,5 +114,5 @@ TEST_F(ConsoleTest, EngineSwitchKeepsStateAndSpeaksXBoard) {
     EXPECT_EQ(App.State, 3);
 }
 
-}  // namespace
-}  // namespace nvoChess
+} // namespace
+} // namespace nvoChess

@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-using nvoChess::clsChessApplication;
 using nuvobase::clsString;
+using nvoChess::clsChessApplication;
 
 namespace {
 
@@ -20,7 +20,7 @@ std::pair<std::string, std::string> Split(const char* text, const char* first, c
 
 using Values = std::pair<std::string, std::string>;
 
-}  // namespace
+} // namespace
 
 TEST(KeywordSplitter, NameAndValue) {
     EXPECT_EQ(Split("name soul value Simple5", "name", "value"), Values("soul", "Simple5"));
@@ -58,7 +58,8 @@ TEST(KeywordSplitter, QuotedSpansHideKeywords) {
 TEST(KeywordSplitter, EmptyKeywordIsFoundAtTheStart) {
     EXPECT_EQ(Split("startpos moves e2e4 e7e5", "", "moves"), Values("startpos", "e2e4 e7e5"));
     EXPECT_EQ(Split("moves e2e4", "", "moves"), Values("", "e2e4"));
-    EXPECT_EQ(Split("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", "", "moves"), Values("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", ""));
+    EXPECT_EQ(Split("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", "", "moves"),
+              Values("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", ""));
     EXPECT_EQ(Split("STARTPOS MOVES e2e4", "", "moves"), Values("STARTPOS", "e2e4"));
     EXPECT_EQ(Split("startpos moves", "", "moves"), Values("startpos", ""));
 }

@@ -9,12 +9,14 @@
 
 #include <string>
 
-using nvoChess::clsChessApplication;
 using nuvobase::clsString;
+using nvoChess::clsChessApplication;
 
 namespace {
 
-std::string Text(const clsString& text) { return text.Text(); }
+std::string Text(const clsString& text) {
+    return text.Text();
+}
 
 // An application whose replies and engine remarks go to a captured output.
 struct CapturedApplication {
@@ -39,7 +41,7 @@ struct CapturedApplication {
     clsChessApplication Application;
 };
 
-}  // namespace
+} // namespace
 
 TEST(MoveAllowance, SharesTheClockOverTheMovesLeft) {
     // Without a control: a fortieth of the clock less 50 ms, truncated. (300000 - 50) / 40 = 7498.75.
@@ -122,7 +124,7 @@ TEST(ThreadedApplication, EngineSelectionAndMemory) {
     EXPECT_EQ(a.Engine.get(), first);
 
     // No resizing under a running search; a negative size means no table.
-    a.Engine->Output = nullptr;  // the new search's remarks are of no interest
+    a.Engine->Output = nullptr; // the new search's remarks are of no interest
     a.StartThinking();
     EXPECT_FALSE(a.SetMemory(1));
     EXPECT_EQ(a.Share.TTBytes, 2u << 20);

@@ -32,7 +32,7 @@ TEST_F(XBoardTest, LevelTimeAndNewSetTheClocks) {
 
     // new restores the clocks but keeps the control.
     App.InitialTimeMs = 123000;
-    EXPECT_EQ(Send("new").size(), 1u);  // the banner
+    EXPECT_EQ(Send("new").size(), 1u); // the banner
     EXPECT_EQ(App.EngineTimeMs, 123000);
     EXPECT_EQ(App.OpponentTimeMs, 123000);
     EXPECT_EQ(App.BaseTimeMs, 30000);
@@ -49,8 +49,9 @@ TEST_F(XBoardTest, LevelTimeAndNewSetTheClocks) {
 
 TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
     const int64_t yearMs = int64_t(366) * 24 * 3600 * 1000;
-    for (const char* level : {"99999999999999999999 99999999999999999999 99999999999999999999",
-                              "-99999999999999999999 -7:-5 -99999999999999999999", "x y z", "", "5 10:99999999999"}) {
+    for (const char* level :
+         {"99999999999999999999 99999999999999999999 99999999999999999999",
+          "-99999999999999999999 -7:-5 -99999999999999999999", "x y z", "", "5 10:99999999999"}) {
         SCOPED_TRACE(level);
         Send("level", level);
         EXPECT_LE(std::abs(App.MovesPerControl), 100000);
@@ -226,7 +227,8 @@ TEST_F(XBoardTest, CountingAndBook) {
     ASSERT_FALSE(lines.empty());
     const std::string& summary = lines.back();
     unsigned long long nodes = 0, ms = 0, rate = 0;
-    ASSERT_EQ(std::sscanf(summary.c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate), 3)
+    ASSERT_EQ(std::sscanf(summary.c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate),
+              3)
         << summary;
     EXPECT_EQ(nodes, 8902u);
     EXPECT_EQ(rate, nodes * 1000 / (ms + 1));
@@ -236,5 +238,5 @@ TEST_F(XBoardTest, CountingAndBook) {
     EXPECT_EQ(Send("bk"), (Lines{" no book moves found", "", ""}));
 }
 
-}  // namespace
-}  // namespace nvoChess
+} // namespace
+} // namespace nvoChess

@@ -54,4 +54,4 @@ protected:
     int Result = 0;
 };
 
-}  // namespace nvoChess
+} // namespace nvoChess

@@ -62,7 +62,7 @@ TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
 TEST_F(ThreadedXBoard, UserMoveDuringASearchStartsAnother) {
     Think();
     const std::string before = App.GetFen().Text();
-    EXPECT_EQ(Send("e2e4").size(), 1u);  // the line of the new search
+    EXPECT_EQ(Send("e2e4").size(), 1u); // the line of the new search
     EXPECT_TRUE(App.Engine->IsRunning());
     EXPECT_NE(std::string(App.GetFen().Text()), before);
     ASSERT_EQ(App.FenHistory.Count, 1);
@@ -77,5 +77,5 @@ TEST_F(ThreadedXBoard, CountingStopsTheSearchFirst) {
     EXPECT_EQ(lines.back().rfind("Nodes: 400, Time: ", 0), 0u) << lines.back();
 }
 
-}  // namespace
-}  // namespace nvoChess
+} // namespace
+} // namespace nvoChess

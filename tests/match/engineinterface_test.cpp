@@ -17,7 +17,8 @@ namespace {
 // An engine that shows a fixed position and records the moves it is asked to make.
 class RecordingEngine : public clsEngineInterface {
 public:
-    explicit RecordingEngine(nuvobase::clsTSafeOutput* output = nullptr) : clsEngineInterface("Test", output) {}
+    explicit RecordingEngine(nuvobase::clsTSafeOutput* output = nullptr)
+        : clsEngineInterface("Test", output) {}
     ~RecordingEngine() override { Wait(); }
 
     bool Run() override {
@@ -56,7 +57,9 @@ public:
     std::atomic<int> Runs{0};
 };
 
-uint64_t Bit(int index) { return uint64_t(1) << index; }
+uint64_t Bit(int index) {
+    return uint64_t(1) << index;
+}
 
 const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
@@ -151,11 +154,16 @@ TEST(EngineInterface, SquaresAndTheirText) {
 
 TEST(EngineInterface, MakeMoveTextReadsSquaresAndPromotion) {
     RecordingEngine engine;
-    for (const char* text : {"e7e8=q", "e7e8q", "e2e4", "e2", "", "e7e8=", "zzzz"}) EXPECT_TRUE(engine.MakeMoveText(text));
+    for (const char* text : {"e7e8=q", "e7e8q", "e2e4", "e2", "", "e7e8=", "zzzz"})
+        EXPECT_TRUE(engine.MakeMoveText(text));
     using Move = RecordingEngine::Move;
     const std::vector<Move> expected = {
-        {Bit(51), Bit(59), 'q'}, {Bit(51), Bit(59), 'q'}, {Bit(11), Bit(27), 0},
-        {Bit(11), 0, 0},         {0, 0, 0},               {Bit(51), Bit(59), 0},
+        {Bit(51), Bit(59), 'q'},
+        {Bit(51), Bit(59), 'q'},
+        {Bit(11), Bit(27), 0},
+        {Bit(11), 0, 0},
+        {0, 0, 0},
+        {Bit(51), Bit(59), 0},
         {0, 0, 0},
     };
     EXPECT_EQ(engine.Moves, expected);

@@ -11,276 +11,277 @@ namespace {
 
 // The values of a collection in slot order, -1 for a null slot or a node without value.
 std::vector<int> Values(const clsCollection<int>& list) {
-  std::vector<int> values;
-  for (int i = 0; i < list.Count; i++) values.push_back(list.ValueAt(i) ? *list.ValueAt(i) : -1);
-  return values;
+    std::vector<int> values;
+    for (int i = 0; i < list.Count; i++) values.push_back(list.ValueAt(i) ? *list.ValueAt(i) : -1);
+    return values;
 }
 
 // A list of n entries keyed "k0".."k(n-1)" whose values are their numbers.
 void Fill(clsCollection<int>& list, int n) {
-  for (int i = 0; i < n; i++) list.Add(clsString("k") + clsString(i), new int(i));
+    for (int i = 0; i < n; i++) list.Add(clsString("k") + clsString(i), new int(i));
 }
 
-}  // namespace
+} // namespace
 
 TEST(Collection, FreshAndGrowing) {
-  clsCollection<int> list;
-  EXPECT_EQ(list.Nodes, nullptr);
-  EXPECT_EQ(list.Find(clsString("x")), -1);
-  EXPECT_EQ(list.ValueAt(0), nullptr);
-  EXPECT_EQ(list.KeyAt(0), nullptr);
-  EXPECT_EQ(list.Tag, 0);
-  EXPECT_TRUE(list.Owner);
-  EXPECT_FALSE(list.Sorted);
-  // Built at 2 slots, doubled whenever the next Add would leave no free slot.
-  std::vector<int> capacities;
-  for (int i = 0; i < 9; i++) {
-    EXPECT_EQ(list.AddValue(new int(i)), i);
-    capacities.push_back(list.Capacity);
-    EXPECT_LT(list.Count, list.Capacity);
-  }
-  EXPECT_EQ(capacities, (std::vector<int>{2, 4, 4, 8, 8, 8, 8, 16, 16}));
-  EXPECT_EQ(list.KeyAt(3), nullptr);
-  EXPECT_EQ(*list.ValueAt(8), 8);
-  list.Clear(true);
-  EXPECT_EQ(list.Nodes, nullptr);
-  EXPECT_EQ(list.Capacity, 0);
+    clsCollection<int> list;
+    EXPECT_EQ(list.Nodes, nullptr);
+    EXPECT_EQ(list.Find(clsString("x")), -1);
+    EXPECT_EQ(list.ValueAt(0), nullptr);
+    EXPECT_EQ(list.KeyAt(0), nullptr);
+    EXPECT_EQ(list.Tag, 0);
+    EXPECT_TRUE(list.Owner);
+    EXPECT_FALSE(list.Sorted);
+    // Built at 2 slots, doubled whenever the next Add would leave no free slot.
+    std::vector<int> capacities;
+    for (int i = 0; i < 9; i++) {
+        EXPECT_EQ(list.AddValue(new int(i)), i);
+        capacities.push_back(list.Capacity);
+        EXPECT_LT(list.Count, list.Capacity);
+    }
+    EXPECT_EQ(capacities, (std::vector<int>{2, 4, 4, 8, 8, 8, 8, 16, 16}));
+    EXPECT_EQ(list.KeyAt(3), nullptr);
+    EXPECT_EQ(*list.ValueAt(8), 8);
+    list.Clear(true);
+    EXPECT_EQ(list.Nodes, nullptr);
+    EXPECT_EQ(list.Capacity, 0);
 }
 
 TEST(Collection, KeysArePrivateClonesAndOwnershipFollowsTheFlag) {
-  int shared = 5;
-  clsCollection<int> list;
-  clsVariantInt key(7);
-  list.Add(key, &shared, true);
-  key.Value = 8;  // the stored key is a clone
-  EXPECT_EQ(list.KeyAt(0)->GetInt(), 7);
-  EXPECT_EQ(list.KeyAt(0)->TypeCode(), clsVariant::TypeInt);
-  EXPECT_FALSE(list.Nodes[0]->OwnsValue);
-  list.Add(static_cast<const clsVariant*>(nullptr), new int(1));
-  EXPECT_TRUE(list.Nodes[1]->OwnsValue);
-  EXPECT_EQ(list.KeyAt(1), nullptr);
+    int shared = 5;
+    clsCollection<int> list;
+    clsVariantInt key(7);
+    list.Add(key, &shared, true);
+    key.Value = 8; // the stored key is a clone
+    EXPECT_EQ(list.KeyAt(0)->GetInt(), 7);
+    EXPECT_EQ(list.KeyAt(0)->TypeCode(), clsVariant::TypeInt);
+    EXPECT_FALSE(list.Nodes[0]->OwnsValue);
+    list.Add(static_cast<const clsVariant*>(nullptr), new int(1));
+    EXPECT_TRUE(list.Nodes[1]->OwnsValue);
+    EXPECT_EQ(list.KeyAt(1), nullptr);
 
-  clsCollection<int> view(false);
-  EXPECT_EQ(view.AddNode(list.Nodes[1]), 0);
-  EXPECT_EQ(view.AddNode(nullptr), -1);
-  EXPECT_EQ(view.ValueAt(0), list.ValueAt(1));
-  EXPECT_FALSE(view.Nodes[0]->OwnsValue);
+    clsCollection<int> view(false);
+    EXPECT_EQ(view.AddNode(list.Nodes[1]), 0);
+    EXPECT_EQ(view.AddNode(nullptr), -1);
+    EXPECT_EQ(view.ValueAt(0), list.ValueAt(1));
+    EXPECT_FALSE(view.Nodes[0]->OwnsValue);
 }
 
 TEST(Collection, FindIsLinearUnlessSortedWithMoreThanFiveEntries) {
-  // A key changed in place after Sort breaks the order; only a scan still finds it.
-  for (int entries : {5, 6}) {
-    clsCollection<int> list;
-    Fill(list, entries);
-    list.Sort();
-    EXPECT_TRUE(list.Sorted);
-    for (int i = 0; i < entries; i++) EXPECT_EQ(list.Find(clsString("K") + clsString(i)), i);
-    list.KeyAt(0)->Set(clsString("z"));
-    if (entries == 5)
-      EXPECT_EQ(list.Find(clsString("z")), 0);
-    else
-      EXPECT_EQ(list.Find(clsString("z")), -1);
-    // Any Add drops the Sorted flag, and the scan finds every key again.
-    list.Add(clsString("a"), new int(99));
-    EXPECT_FALSE(list.Sorted);
-    EXPECT_EQ(list.Find(clsString("z")), 0);
-    EXPECT_EQ(list.Find(clsString("A")), entries);
-  }
+    // A key changed in place after Sort breaks the order; only a scan still finds it.
+    for (int entries : {5, 6}) {
+        clsCollection<int> list;
+        Fill(list, entries);
+        list.Sort();
+        EXPECT_TRUE(list.Sorted);
+        for (int i = 0; i < entries; i++) EXPECT_EQ(list.Find(clsString("K") + clsString(i)), i);
+        list.KeyAt(0)->Set(clsString("z"));
+        if (entries == 5)
+            EXPECT_EQ(list.Find(clsString("z")), 0);
+        else
+            EXPECT_EQ(list.Find(clsString("z")), -1);
+        // Any Add drops the Sorted flag, and the scan finds every key again.
+        list.Add(clsString("a"), new int(99));
+        EXPECT_FALSE(list.Sorted);
+        EXPECT_EQ(list.Find(clsString("z")), 0);
+        EXPECT_EQ(list.Find(clsString("A")), entries);
+    }
 }
 
 TEST(Collection, BisectionStepsOverHoles) {
-  clsCollection<int> list;
-  Fill(list, 9);
-  list.Sort();
-  // Holes at the start, inside and at the end; Remove leaves Sorted as it is.
-  for (int index : {0, 3, 4, 5, 8}) list.Remove(index, false);
-  EXPECT_EQ(list.Count, 9);
-  EXPECT_TRUE(list.Sorted);
-  for (int i : {1, 2, 6, 7}) EXPECT_EQ(list.Find(clsString("k") + clsString(i)), i);
-  for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(list.Find(clsString("k") + clsString(i)), -1);
-  EXPECT_EQ(list.Find(clsString("k")), -1);
-  EXPECT_EQ(list.Find(clsString("zz")), -1);
-  // A node without key in the way ends the bisection.
-  clsCollection<int> keyless;
-  Fill(keyless, 7);
-  keyless.Sort();
-  delete keyless.Nodes[3]->Key;
-  keyless.Nodes[3]->Key = nullptr;
-  EXPECT_EQ(keyless.Find(clsString("k3")), -1);
+    clsCollection<int> list;
+    Fill(list, 9);
+    list.Sort();
+    // Holes at the start, inside and at the end; Remove leaves Sorted as it is.
+    for (int index : {0, 3, 4, 5, 8}) list.Remove(index, false);
+    EXPECT_EQ(list.Count, 9);
+    EXPECT_TRUE(list.Sorted);
+    for (int i : {1, 2, 6, 7}) EXPECT_EQ(list.Find(clsString("k") + clsString(i)), i);
+    for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(list.Find(clsString("k") + clsString(i)), -1);
+    EXPECT_EQ(list.Find(clsString("k")), -1);
+    EXPECT_EQ(list.Find(clsString("zz")), -1);
+    // A node without key in the way ends the bisection.
+    clsCollection<int> keyless;
+    Fill(keyless, 7);
+    keyless.Sort();
+    delete keyless.Nodes[3]->Key;
+    keyless.Nodes[3]->Key = nullptr;
+    EXPECT_EQ(keyless.Find(clsString("k3")), -1);
 }
 
 TEST(Collection, FindComparesThroughTheVariant) {
-  clsCollection<int> list;
-  list.Add(clsVariantInt(5), new int(0));
-  list.Add(clsVariantDouble(2.5), new int(1));
-  list.Add(clsString("Name"), new int(2));
-  EXPECT_EQ(list.Find(clsVariantString("5.0")), 0);  // numbers compare as doubles
-  EXPECT_EQ(list.Find(clsVariantInt(5)), 0);
-  EXPECT_EQ(list.Find(clsVariantString("2.5")), 1);
-  EXPECT_EQ(list.Find(clsString("NAME")), 2);
-  EXPECT_EQ(list.Find(clsString("Nam")), -1);
+    clsCollection<int> list;
+    list.Add(clsVariantInt(5), new int(0));
+    list.Add(clsVariantDouble(2.5), new int(1));
+    list.Add(clsString("Name"), new int(2));
+    EXPECT_EQ(list.Find(clsVariantString("5.0")), 0); // numbers compare as doubles
+    EXPECT_EQ(list.Find(clsVariantInt(5)), 0);
+    EXPECT_EQ(list.Find(clsVariantString("2.5")), 1);
+    EXPECT_EQ(list.Find(clsString("NAME")), 2);
+    EXPECT_EQ(list.Find(clsString("Nam")), -1);
 }
 
 TEST(Collection, RemoveVariants) {
-  clsCollection<int> list;
-  Fill(list, 5);
-  // Neither closeGap nor swapLast: a hole that Find skips; Compact closes it later.
-  EXPECT_EQ(list.Remove(1, false, false, false), 5);
-  EXPECT_EQ(list.Nodes[1], nullptr);
-  EXPECT_EQ(list.Find(clsString("k1")), -1);
-  EXPECT_EQ(list.Find(clsString("k2")), 2);
-  EXPECT_EQ(Values(list), (std::vector<int>{0, -1, 2, 3, 4}));
-  EXPECT_EQ(list.Compact(), 4);
-  EXPECT_EQ(Values(list), (std::vector<int>{0, 2, 3, 4}));
-  EXPECT_EQ(list.Nodes[4], nullptr);
-  // swapLast moves the last node into the slot.
-  EXPECT_EQ(list.Remove(0, false, false, true), 3);
-  EXPECT_EQ(Values(list), (std::vector<int>{4, 2, 3}));
-  // closeGap shifts the later nodes down.
-  EXPECT_EQ(list.Remove(0), 2);
-  EXPECT_EQ(Values(list), (std::vector<int>{2, 3}));
-  // Out of range: nothing.
-  EXPECT_EQ(list.Remove(2), 2);
-  EXPECT_EQ(list.Remove(-1), 2);
-  // keepValue hands the value over and ignores swapLast.
-  int* kept = list.ValueAt(0);
-  list.Add(clsString("k9"), new int(9));
-  EXPECT_EQ(list.Remove(0, true, true, true), 2);
-  EXPECT_EQ(Values(list), (std::vector<int>{3, 9}));
-  EXPECT_EQ(*kept, 2);
-  delete kept;
-  // By key and by value pointer.
-  EXPECT_EQ(list.Remove(clsVariantString("K9")), 1);
-  EXPECT_EQ(list.RemoveValue(list.ValueAt(0)), 0);
-  EXPECT_EQ(list.RemoveValue(kept), -1);
+    clsCollection<int> list;
+    Fill(list, 5);
+    // Neither closeGap nor swapLast: a hole that Find skips; Compact closes it later.
+    EXPECT_EQ(list.Remove(1, false, false, false), 5);
+    EXPECT_EQ(list.Nodes[1], nullptr);
+    EXPECT_EQ(list.Find(clsString("k1")), -1);
+    EXPECT_EQ(list.Find(clsString("k2")), 2);
+    EXPECT_EQ(Values(list), (std::vector<int>{0, -1, 2, 3, 4}));
+    EXPECT_EQ(list.Compact(), 4);
+    EXPECT_EQ(Values(list), (std::vector<int>{0, 2, 3, 4}));
+    EXPECT_EQ(list.Nodes[4], nullptr);
+    // swapLast moves the last node into the slot.
+    EXPECT_EQ(list.Remove(0, false, false, true), 3);
+    EXPECT_EQ(Values(list), (std::vector<int>{4, 2, 3}));
+    // closeGap shifts the later nodes down.
+    EXPECT_EQ(list.Remove(0), 2);
+    EXPECT_EQ(Values(list), (std::vector<int>{2, 3}));
+    // Out of range: nothing.
+    EXPECT_EQ(list.Remove(2), 2);
+    EXPECT_EQ(list.Remove(-1), 2);
+    // keepValue hands the value over and ignores swapLast.
+    int* kept = list.ValueAt(0);
+    list.Add(clsString("k9"), new int(9));
+    EXPECT_EQ(list.Remove(0, true, true, true), 2);
+    EXPECT_EQ(Values(list), (std::vector<int>{3, 9}));
+    EXPECT_EQ(*kept, 2);
+    delete kept;
+    // By key and by value pointer.
+    EXPECT_EQ(list.Remove(clsVariantString("K9")), 1);
+    EXPECT_EQ(list.RemoveValue(list.ValueAt(0)), 0);
+    EXPECT_EQ(list.RemoveValue(kept), -1);
 }
 
 TEST(Collection, RemoveFromAndCompact) {
-  clsCollection<int> list;
-  Fill(list, 6);
-  EXPECT_EQ(list.RemoveFrom(4), 4);
-  EXPECT_EQ(Values(list), (std::vector<int>{0, 1, 2, 3}));
-  EXPECT_EQ(list.RemoveFrom(9), 4);
-  int* kept = list.ValueAt(3);
-  EXPECT_EQ(list.RemoveFrom(3, true, true), 3);
-  EXPECT_EQ(*kept, 3);
-  delete kept;
-  EXPECT_EQ(list.RemoveFrom(0), 0);
-  EXPECT_EQ(list.Nodes, nullptr);
-  EXPECT_EQ(list.Capacity, 0);
+    clsCollection<int> list;
+    Fill(list, 6);
+    EXPECT_EQ(list.RemoveFrom(4), 4);
+    EXPECT_EQ(Values(list), (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_EQ(list.RemoveFrom(9), 4);
+    int* kept = list.ValueAt(3);
+    EXPECT_EQ(list.RemoveFrom(3, true, true), 3);
+    EXPECT_EQ(*kept, 3);
+    delete kept;
+    EXPECT_EQ(list.RemoveFrom(0), 0);
+    EXPECT_EQ(list.Nodes, nullptr);
+    EXPECT_EQ(list.Capacity, 0);
 
-  // Compact also drops nodes without a value, keeping the order of the others.
-  Fill(list, 3);
-  list.Add(clsString("empty"), nullptr);
-  list.AddValue(new int(7));
-  list.Remove(0, false);
-  EXPECT_EQ(list.Compact(), 3);
-  EXPECT_EQ(Values(list), (std::vector<int>{1, 2, 7}));
-  EXPECT_EQ(list.Find(clsString("empty")), -1);
+    // Compact also drops nodes without a value, keeping the order of the others.
+    Fill(list, 3);
+    list.Add(clsString("empty"), nullptr);
+    list.AddValue(new int(7));
+    list.Remove(0, false);
+    EXPECT_EQ(list.Compact(), 3);
+    EXPECT_EQ(Values(list), (std::vector<int>{1, 2, 7}));
+    EXPECT_EQ(list.Find(clsString("empty")), -1);
 }
 
 TEST(Collection, EnsureSetAndMove) {
-  clsCollection<int> list;
-  EXPECT_EQ(list.Ensure(clsString("a"), new int(1)), 0);
-  int other = 2;
-  EXPECT_EQ(list.Ensure(clsString("A"), &other, true), 0);  // exists: the value is not taken
-  EXPECT_EQ(*list.ValueAt(0), 1);
-  EXPECT_EQ(list.Ensure(clsVariantInt(3), new int(3)), 1);
-  // Set replaces the value (the old owned one is deleted) and keeps the key.
-  EXPECT_EQ(list.Set(clsString("a"), new int(10)), 0);
-  EXPECT_EQ(*list.ValueAt(0), 10);
-  EXPECT_TRUE(list.KeyAt(0)->GetString() == "a");
-  EXPECT_EQ(list.Set(clsVariantDouble(3.0), new int(30)), 1);
-  EXPECT_EQ(list.Set(clsString("b"), new int(20)), 2);
-  EXPECT_EQ(Values(list), (std::vector<int>{10, 30, 20}));
-  // Setting the value a node already holds keeps it alive.
-  EXPECT_EQ(list.Set(clsString("b"), list.ValueAt(2)), 2);
-  EXPECT_EQ(*list.ValueAt(2), 20);
+    clsCollection<int> list;
+    EXPECT_EQ(list.Ensure(clsString("a"), new int(1)), 0);
+    int other = 2;
+    EXPECT_EQ(list.Ensure(clsString("A"), &other, true), 0); // exists: the value is not taken
+    EXPECT_EQ(*list.ValueAt(0), 1);
+    EXPECT_EQ(list.Ensure(clsVariantInt(3), new int(3)), 1);
+    // Set replaces the value (the old owned one is deleted) and keeps the key.
+    EXPECT_EQ(list.Set(clsString("a"), new int(10)), 0);
+    EXPECT_EQ(*list.ValueAt(0), 10);
+    EXPECT_TRUE(list.KeyAt(0)->GetString() == "a");
+    EXPECT_EQ(list.Set(clsVariantDouble(3.0), new int(30)), 1);
+    EXPECT_EQ(list.Set(clsString("b"), new int(20)), 2);
+    EXPECT_EQ(Values(list), (std::vector<int>{10, 30, 20}));
+    // Setting the value a node already holds keeps it alive.
+    EXPECT_EQ(list.Set(clsString("b"), list.ValueAt(2)), 2);
+    EXPECT_EQ(*list.ValueAt(2), 20);
 
-  EXPECT_TRUE(list.Move(0, 2));
-  EXPECT_EQ(Values(list), (std::vector<int>{30, 20, 10}));
-  EXPECT_TRUE(list.Move(2, 0));
-  EXPECT_EQ(Values(list), (std::vector<int>{10, 30, 20}));
-  EXPECT_FALSE(list.Move(1, 1));
-  EXPECT_FALSE(list.Move(0, 3));
-  EXPECT_FALSE(list.Move(-1, 0));
+    EXPECT_TRUE(list.Move(0, 2));
+    EXPECT_EQ(Values(list), (std::vector<int>{30, 20, 10}));
+    EXPECT_TRUE(list.Move(2, 0));
+    EXPECT_EQ(Values(list), (std::vector<int>{10, 30, 20}));
+    EXPECT_FALSE(list.Move(1, 1));
+    EXPECT_FALSE(list.Move(0, 3));
+    EXPECT_FALSE(list.Move(-1, 0));
 }
 
 TEST(Collection, SortOrders) {
-  clsCollection<int> list;
-  // Number keys sort as numbers, not as text.
-  for (int key : {10, 9, 100, -1}) list.Add(clsVariantInt(key), new int(key));
-  list.AddValue(new int(1000));     // no key: after every keyed node
-  list.Add(clsVariantInt(50), nullptr);  // no value: dropped as a hole
-  list.Sort();
-  EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
-  EXPECT_TRUE(list.Sorted);
-  EXPECT_FALSE(list.Descending);
-  list.SortDescending();
-  EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9, -1}));
-  EXPECT_TRUE(list.Sorted);
-  EXPECT_FALSE(list.Descending);  // restored behind the sort
-  list.Descending = 1;
-  list.Sort();
-  EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9, -1}));
+    clsCollection<int> list;
+    // Number keys sort as numbers, not as text.
+    for (int key : {10, 9, 100, -1}) list.Add(clsVariantInt(key), new int(key));
+    list.AddValue(new int(1000));         // no key: after every keyed node
+    list.Add(clsVariantInt(50), nullptr); // no value: dropped as a hole
+    list.Sort();
+    EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
+    EXPECT_TRUE(list.Sorted);
+    EXPECT_FALSE(list.Descending);
+    list.SortDescending();
+    EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9, -1}));
+    EXPECT_TRUE(list.Sorted);
+    EXPECT_FALSE(list.Descending); // restored behind the sort
+    list.Descending = 1;
+    list.Sort();
+    EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9, -1}));
 
-  // A comparer of its own, here ascending by value; Descending does not turn it round.
-  list.SortDescending([](const clsNodo<int>* a, const clsNodo<int>* b) { return *a->Value - *b->Value; });
-  EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
+    // A comparer of its own, here ascending by value; Descending does not turn it round.
+    list.SortDescending([](const clsNodo<int>* a, const clsNodo<int>* b) { return *a->Value - *b->Value; });
+    EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
 
-  // Texts sort ignoring ASCII case (the == of clsString ignores it too); equal keys are fine.
-  clsStrings texts;
-  for (const char* word : {"pear", "Apple", "fig", "apple", "Fig", "banana", "fig"}) texts.SetValue(word, word, false);
-  texts.Sort();
-  EXPECT_TRUE(texts.Join(",") == "apple,apple,banana,fig,fig,fig,pear");
-  EXPECT_EQ(texts.Find(clsString("BANANA")), 2);
+    // Texts sort ignoring ASCII case (the == of clsString ignores it too); equal keys are fine.
+    clsStrings texts;
+    for (const char* word : {"pear", "Apple", "fig", "apple", "Fig", "banana", "fig"})
+        texts.SetValue(word, word, false);
+    texts.Sort();
+    EXPECT_TRUE(texts.Join(",") == "apple,apple,banana,fig,fig,fig,pear");
+    EXPECT_EQ(texts.Find(clsString("BANANA")), 2);
 }
 
 TEST(Collection, DefaultKeyOrderPlacesNullNodesAndKeylessNodes) {
-  clsCollection<int> list;
-  list.Add(clsVariantInt(1), new int(1));
-  list.AddValue(new int(2));
-  const clsNodo<int>* keyed = list.Nodes[0];
-  const clsNodo<int>* keyless = list.Nodes[1];
-  EXPECT_LT(clsCollection<int>::CompareKeys(nullptr, keyed), 0);
-  EXPECT_GT(clsCollection<int>::CompareKeys(keyed, nullptr), 0);
-  EXPECT_EQ(clsCollection<int>::CompareKeys(nullptr, nullptr), 0);
-  EXPECT_GT(clsCollection<int>::CompareKeys(keyless, keyed), 0);
-  EXPECT_LT(clsCollection<int>::CompareKeys(keyed, keyless), 0);
-  EXPECT_EQ(clsCollection<int>::CompareKeys(keyless, keyless), 0);
+    clsCollection<int> list;
+    list.Add(clsVariantInt(1), new int(1));
+    list.AddValue(new int(2));
+    const clsNodo<int>* keyed = list.Nodes[0];
+    const clsNodo<int>* keyless = list.Nodes[1];
+    EXPECT_LT(clsCollection<int>::CompareKeys(nullptr, keyed), 0);
+    EXPECT_GT(clsCollection<int>::CompareKeys(keyed, nullptr), 0);
+    EXPECT_EQ(clsCollection<int>::CompareKeys(nullptr, nullptr), 0);
+    EXPECT_GT(clsCollection<int>::CompareKeys(keyless, keyed), 0);
+    EXPECT_LT(clsCollection<int>::CompareKeys(keyed, keyless), 0);
+    EXPECT_EQ(clsCollection<int>::CompareKeys(keyless, keyless), 0);
 }
 
 TEST(Collection, SortValuesUsesTheValuesOwnOrder) {
-  clsCollectionExt<int> list;
-  for (int value : {3, 1, 2}) list.Add(clsVariantInt(-value), new int(value));
-  list.Sort();
-  list.Remove(0, false);
-  list.SortValues(true);
-  EXPECT_EQ(Values(list), (std::vector<int>{2, 1}));
-  EXPECT_TRUE(list.Descending);
-  EXPECT_FALSE(list.Sorted);
-  list.Add(clsVariantInt(0), new int(5));
-  list.SortValues(false);
-  EXPECT_EQ(Values(list), (std::vector<int>{1, 2, 5}));
-  EXPECT_FALSE(list.Descending);
+    clsCollectionExt<int> list;
+    for (int value : {3, 1, 2}) list.Add(clsVariantInt(-value), new int(value));
+    list.Sort();
+    list.Remove(0, false);
+    list.SortValues(true);
+    EXPECT_EQ(Values(list), (std::vector<int>{2, 1}));
+    EXPECT_TRUE(list.Descending);
+    EXPECT_FALSE(list.Sorted);
+    list.Add(clsVariantInt(0), new int(5));
+    list.SortValues(false);
+    EXPECT_EQ(Values(list), (std::vector<int>{1, 2, 5}));
+    EXPECT_FALSE(list.Descending);
 }
 
 TEST(Collection, CopyIsDeep) {
-  clsCollection<int> list;
-  Fill(list, 3);
-  int shared = 42;
-  list.Add(clsString("shared"), &shared, true);
-  list.Remove(0, false);
-  list.Tag = 9;
-  clsCollection<int> copy(list);
-  EXPECT_EQ(copy.Count, 4);
-  EXPECT_EQ(copy.Nodes[0], nullptr);
-  EXPECT_EQ(copy.Tag, 9);
-  EXPECT_NE(copy.ValueAt(1), list.ValueAt(1));
-  EXPECT_NE(copy.KeyAt(1), list.KeyAt(1));
-  EXPECT_EQ(copy.ValueAt(3), &shared);
-  *copy.ValueAt(1) = 100;
-  EXPECT_EQ(*list.ValueAt(1), 1);
-  copy = list;
-  EXPECT_EQ(*copy.ValueAt(1), 1);
+    clsCollection<int> list;
+    Fill(list, 3);
+    int shared = 42;
+    list.Add(clsString("shared"), &shared, true);
+    list.Remove(0, false);
+    list.Tag = 9;
+    clsCollection<int> copy(list);
+    EXPECT_EQ(copy.Count, 4);
+    EXPECT_EQ(copy.Nodes[0], nullptr);
+    EXPECT_EQ(copy.Tag, 9);
+    EXPECT_NE(copy.ValueAt(1), list.ValueAt(1));
+    EXPECT_NE(copy.KeyAt(1), list.KeyAt(1));
+    EXPECT_EQ(copy.ValueAt(3), &shared);
+    *copy.ValueAt(1) = 100;
+    EXPECT_EQ(*list.ValueAt(1), 1);
+    copy = list;
+    EXPECT_EQ(*copy.ValueAt(1), 1);
 }

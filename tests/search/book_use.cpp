@@ -20,131 +20,134 @@ namespace {
 
 // The key of the position after the moves from the start, found by a plain core.
 uint64_t KeyAfter(std::initializer_list<const char*> moves) {
-  auto core = std::make_unique<clsChessCore>();
-  core->SetPosition(clsString());
-  for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(clsString(move))) << move;
-  return BoardKey(core->Board);
+    auto core = std::make_unique<clsChessCore>();
+    core->SetPosition(clsString());
+    for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(clsString(move))) << move;
+    return BoardKey(core->Board);
 }
 
 struct clsBookEngine {
-  clsBookEngine() : Engine(std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), &Captured.Output)) {}
-  void AddEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
-    Engine->Book.Add(new clsBookEntry(KeyAfter({move}), wins, losses, draws));
-  }
-  // The coordinate move that PlayBookMove put into BestMove, or empty text.
-  std::string PlayedBookMove() {
-    int score = 0;
-    if (!Engine->PlayBookMove()) return std::string();
-    return Engine->GetBestMoveText(true, score).Text();
-  }
-  clsEngineCorvane* operator->() { return Engine.get(); }
+    clsBookEngine()
+        : Engine(std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), &Captured.Output)) {}
+    void AddEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
+        Engine->Book.Add(new clsBookEntry(KeyAfter({move}), wins, losses, draws));
+    }
+    // The coordinate move that PlayBookMove put into BestMove, or empty text.
+    std::string PlayedBookMove() {
+        int score = 0;
+        if (!Engine->PlayBookMove()) return std::string();
+        return Engine->GetBestMoveText(true, score).Text();
+    }
+    clsEngineCorvane* operator->() { return Engine.get(); }
 
-  CapturedOutput Captured;
-  clsEngineShare Share;
-  std::unique_ptr<clsEngineCorvane> Engine;
+    CapturedOutput Captured;
+    clsEngineShare Share;
+    std::unique_ptr<clsEngineCorvane> Engine;
 };
 
-}  // namespace
+} // namespace
 
 TEST(BookUse, EntriesOfThePositionSortedByScore) {
-  clsBookEngine e;
-  e.AddEntry("e2e4", 3, 1, 0);  // score 750
-  e.AddEntry("d2d4", 1, 1, 0);  // score 500
-  e->Book.Add(new clsBookEntry(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9));  // not a move of this position
-  const clsString before = e->GetPosition();
+    clsBookEngine e;
+    e.AddEntry("e2e4", 3, 1, 0);                                        // score 750
+    e.AddEntry("d2d4", 1, 1, 0);                                        // score 500
+    e->Book.Add(new clsBookEntry(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9)); // not a move of this position
+    const clsString before = e->GetPosition();
 
-  nuvobase::clsPCollection<clsBookEntryExt> list;
-  ASSERT_EQ(e->GetBookEntries(list, true), 2);
-  EXPECT_EQ(list.At(0)->Move, "Pd2-d4");
-  EXPECT_EQ(list.At(1)->Move, "Pe2-e4");
-  EXPECT_EQ(list.At(1)->Key, KeyAfter({"e2e4"}));
-  EXPECT_EQ(list.At(1)->Wins, 3u);
-  EXPECT_EQ(list.At(1)->Losses, 1u);
-  EXPECT_EQ(list.At(1)->Draws, 0u);
-  EXPECT_EQ(e->GetPosition(), before);
+    nuvobase::clsPCollection<clsBookEntryExt> list;
+    ASSERT_EQ(e->GetBookEntries(list, true), 2);
+    EXPECT_EQ(list.At(0)->Move, "Pd2-d4");
+    EXPECT_EQ(list.At(1)->Move, "Pe2-e4");
+    EXPECT_EQ(list.At(1)->Key, KeyAfter({"e2e4"}));
+    EXPECT_EQ(list.At(1)->Wins, 3u);
+    EXPECT_EQ(list.At(1)->Losses, 1u);
+    EXPECT_EQ(list.At(1)->Draws, 0u);
+    EXPECT_EQ(e->GetPosition(), before);
 
-  // A transposition is a book move too: the position is looked up, not the move order.
-  ASSERT_TRUE(e->MakeMoveText(clsString("g1f3")));
-  ASSERT_TRUE(e->MakeMoveText(clsString("g8f6")));
-  e->Book.Add(new clsBookEntry(KeyAfter({"b1c3", "g8f6", "g1f3"}), 1, 0, 0));
-  ASSERT_EQ(e->GetBookEntries(list, true), 1);
-  EXPECT_EQ(list.At(0)->Move, "Nb1-c3");
+    // A transposition is a book move too: the position is looked up, not the move order.
+    ASSERT_TRUE(e->MakeMoveText(clsString("g1f3")));
+    ASSERT_TRUE(e->MakeMoveText(clsString("g8f6")));
+    e->Book.Add(new clsBookEntry(KeyAfter({"b1c3", "g8f6", "g1f3"}), 1, 0, 0));
+    ASSERT_EQ(e->GetBookEntries(list, true), 1);
+    EXPECT_EQ(list.At(0)->Move, "Nb1-c3");
 }
 
 TEST(BookUse, RareMovesAreNeverPlayed) {
-  clsBookEngine e;
-  EXPECT_EQ(e.PlayedBookMove(), "");  // empty book: the search runs
-  e.AddEntry("e2e4", 9999, 0, 0);      // share 0.990
-  e.AddEntry("d2d4", 0, 0, 1);         // share 0.0099, below 0.02
-  for (int i = 0; i < 20; ++i) ASSERT_EQ(e.PlayedBookMove(), "e2e4");
+    clsBookEngine e;
+    EXPECT_EQ(e.PlayedBookMove(), ""); // empty book: the search runs
+    e.AddEntry("e2e4", 9999, 0, 0);    // share 0.990
+    e.AddEntry("d2d4", 0, 0, 1);       // share 0.0099, below 0.02
+    for (int i = 0; i < 20; ++i) ASSERT_EQ(e.PlayedBookMove(), "e2e4");
 }
 
 TEST(BookUse, MovesAboveTheShareAreChosenUniformly) {
-  clsBookEngine e;
-  e.AddEntry("e2e4", 100, 0, 0);  // the scores differ,
-  e.AddEntry("d2d4", 0, 100, 0);  // the weights do not
-  std::set<std::string> played;
-  for (int i = 0; i < 40 && played.size() < 2; ++i) played.insert(e.PlayedBookMove());
-  EXPECT_EQ(played, (std::set<std::string>{"d2d4", "e2e4"}));
+    clsBookEngine e;
+    e.AddEntry("e2e4", 100, 0, 0); // the scores differ,
+    e.AddEntry("d2d4", 0, 100, 0); // the weights do not
+    std::set<std::string> played;
+    for (int i = 0; i < 40 && played.size() < 2; ++i) played.insert(e.PlayedBookMove());
+    EXPECT_EQ(played, (std::set<std::string>{"d2d4", "e2e4"}));
 }
 
 TEST(BookUse, ListingWithCountersAndTheBestEntry) {
-  clsBookEngine e;
-  e.AddEntry("e2e4", 3, 1, 2);  // (2 + 6) * 500 / 6 = 666 -> 66.60%
-  e.AddEntry("d2d4", 1, 0, 0);  // 100.00%
-  e.AddEntry("c2c4", 1, 0, 0);  // equal to d2d4 but listed behind it
-  e->ListBookMoves();
-  const std::string text = e.Captured.Text();
-  char key[17];
-  std::snprintf(key, sizeof key, "%016llX", static_cast<unsigned long long>(KeyAfter({"e2e4"})));
-  EXPECT_NE(text.find(std::string("# ") + key + " Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
-  size_t unknown = 0;
-  for (size_t at = 0; (at = text.find(" ???\n", at)) != std::string::npos; ++at) ++unknown;
-  EXPECT_EQ(unknown, 17u);
-  const size_t best = text.find(" <--- best entry\n");
-  ASSERT_NE(best, std::string::npos) << text;
-  const size_t lineStart = text.rfind('\n', best) + 1;
-  const std::string bestLine = text.substr(lineStart, best - lineStart);
-  EXPECT_NE(bestLine.find(" Pd2-d4 1 0 0 100.00%"), std::string::npos) << bestLine;
-  EXPECT_EQ(text.find(bestLine + "\n"), text.find(bestLine));  // listed once before
-  EXPECT_EQ(text.size(), best + std::string(" <--- best entry\n").size());
+    clsBookEngine e;
+    e.AddEntry("e2e4", 3, 1, 2); // (2 + 6) * 500 / 6 = 666 -> 66.60%
+    e.AddEntry("d2d4", 1, 0, 0); // 100.00%
+    e.AddEntry("c2c4", 1, 0, 0); // equal to d2d4 but listed behind it
+    e->ListBookMoves();
+    const std::string text = e.Captured.Text();
+    char key[17];
+    std::snprintf(key, sizeof key, "%016llX", static_cast<unsigned long long>(KeyAfter({"e2e4"})));
+    EXPECT_NE(text.find(std::string("# ") + key + " Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
+    size_t unknown = 0;
+    for (size_t at = 0; (at = text.find(" ???\n", at)) != std::string::npos; ++at) ++unknown;
+    EXPECT_EQ(unknown, 17u);
+    const size_t best = text.find(" <--- best entry\n");
+    ASSERT_NE(best, std::string::npos) << text;
+    const size_t lineStart = text.rfind('\n', best) + 1;
+    const std::string bestLine = text.substr(lineStart, best - lineStart);
+    EXPECT_NE(bestLine.find(" Pd2-d4 1 0 0 100.00%"), std::string::npos) << bestLine;
+    EXPECT_EQ(text.find(bestLine + "\n"), text.find(bestLine)); // listed once before
+    EXPECT_EQ(text.size(), best + std::string(" <--- best entry\n").size());
 }
 
 TEST(ThreadedBookUse, BookPositionAnsweredWithoutSearch) {
-  clsBookEngine e;
-  e.AddEntry("g1f3", 5, 0, 0);
-  ASSERT_TRUE(e->Start());
-  for (int i = 0; i < 20000 && e->IsRunning(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  ASSERT_FALSE(e->IsRunning());
-  int score = 0;
-  EXPECT_EQ(e->GetBestMoveText(true, score), "g1f3");
-  EXPECT_EQ(e->Nodes.load(), 0u);
+    clsBookEngine e;
+    e.AddEntry("g1f3", 5, 0, 0);
+    ASSERT_TRUE(e->Start());
+    for (int i = 0; i < 20000 && e->IsRunning(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ASSERT_FALSE(e->IsRunning());
+    int score = 0;
+    EXPECT_EQ(e->GetBestMoveText(true, score), "g1f3");
+    EXPECT_EQ(e->Nodes.load(), 0u);
 }
 
 TEST(ThreadedBookUse, MaxDepthDoesNotLimitTheSearch) {
-  clsBookEngine e;
-  EXPECT_EQ(e->SetMaxDepth(2), 2);
-  ASSERT_TRUE(e->Start());
-  for (int i = 0; i < 20000 && e->SearchDepth < 6; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  EXPECT_GE(e->SearchDepth.load(), 6);
-  EXPECT_TRUE(e->StopEngine());
+    clsBookEngine e;
+    EXPECT_EQ(e->SetMaxDepth(2), 2);
+    ASSERT_TRUE(e->Start());
+    for (int i = 0; i < 20000 && e->SearchDepth < 6; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_GE(e->SearchDepth.load(), 6);
+    EXPECT_TRUE(e->StopEngine());
 }
 
 TEST(BookUse, BookNamedOnTheCommandLineLoadedAtConstruction) {
-  const std::string file = testing::TempDir() + "book_use.cbk";
-  {
-    clsBook book;
-    book.Add(new clsBookEntry(KeyAfter({"e2e4"}), 1, 2, 3));
-    ASSERT_TRUE(book.Save(clsString(file.c_str()), 0));
-  }
-  clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString(file.c_str()), false);
-  clsBookEngine named;
-  clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString((file + ".missing").c_str()), true);
-  clsBookEngine missing;
-  clsEngineCorvane::CommandLine = nuvobase::clsStrings();
-  std::remove(file.c_str());
+    const std::string file = testing::TempDir() + "book_use.cbk";
+    {
+        clsBook book;
+        book.Add(new clsBookEntry(KeyAfter({"e2e4"}), 1, 2, 3));
+        ASSERT_TRUE(book.Save(clsString(file.c_str()), 0));
+    }
+    clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString(file.c_str()), false);
+    clsBookEngine named;
+    clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString((file + ".missing").c_str()), true);
+    clsBookEngine missing;
+    clsEngineCorvane::CommandLine = nuvobase::clsStrings();
+    std::remove(file.c_str());
 
-  ASSERT_EQ(named->Book.Count, 1);
-  EXPECT_EQ(named->Book.At(0)->Draws, 3u);
-  EXPECT_EQ(missing->Book.Count, 0);
+    ASSERT_EQ(named->Book.Count, 1);
+    EXPECT_EQ(named->Book.At(0)->Draws, 3u);
+    EXPECT_EQ(missing->Book.Count, 0);
 }

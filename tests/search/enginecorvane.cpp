@@ -22,292 +22,294 @@ constexpr const char* MateInOne = "6k1/5ppp/8/8/8/8/8/R6K w - -";
 
 // Sets the program's command line for the engines made while it lives.
 class clsCommandLine {
- public:
-  explicit clsCommandLine(std::initializer_list<const char*> arguments) {
-    clsEngineCorvane::CommandLine = nuvobase::clsStrings();
-    for (const char* argument : arguments) {
-      const clsString text(argument);
-      clsEngineCorvane::CommandLine.SetValue(text.BeforeChar('='), text.AfterChar('='), false);
+public:
+    explicit clsCommandLine(std::initializer_list<const char*> arguments) {
+        clsEngineCorvane::CommandLine = nuvobase::clsStrings();
+        for (const char* argument : arguments) {
+            const clsString text(argument);
+            clsEngineCorvane::CommandLine.SetValue(text.BeforeChar('='), text.AfterChar('='), false);
+        }
     }
-  }
-  ~clsCommandLine() { clsEngineCorvane::CommandLine = nuvobase::clsStrings(); }
+    ~clsCommandLine() { clsEngineCorvane::CommandLine = nuvobase::clsStrings(); }
 };
 
 struct clsEngineFixture {
-  explicit clsEngineFixture(const char* fen = nullptr, int64_t tableMb = 1) {
-    Share.ResizeTable(tableMb);
-    Engine = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), nullptr);
-    if (fen) Engine->SetPosition(clsString(fen));
-  }
-  clsEngineCorvane* operator->() { return Engine.get(); }
+    explicit clsEngineFixture(const char* fen = nullptr, int64_t tableMb = 1) {
+        Share.ResizeTable(tableMb);
+        Engine = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), nullptr);
+        if (fen) Engine->SetPosition(clsString(fen));
+    }
+    clsEngineCorvane* operator->() { return Engine.get(); }
 
-  // Waits for a search that ends by itself; false if it doesn't within 20 s.
-  bool WaitForEnd() {
-    for (int i = 0; i < 20000 && Engine->IsRunning(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return !Engine->IsRunning();
-  }
+    // Waits for a search that ends by itself; false if it doesn't within 20 s.
+    bool WaitForEnd() {
+        for (int i = 0; i < 20000 && Engine->IsRunning(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return !Engine->IsRunning();
+    }
 
-  clsEngineShare Share;
-  std::unique_ptr<clsEngineCorvane> Engine;
+    clsEngineShare Share;
+    std::unique_ptr<clsEngineCorvane> Engine;
 };
 
 int ThreadsOfProcess() {
-  int count = 0;
-  if (DIR* tasks = opendir("/proc/self/task")) {
-    while (dirent* entry = readdir(tasks)) count += entry->d_name[0] != '.';
-    closedir(tasks);
-  }
-  return count;
+    int count = 0;
+    if (DIR* tasks = opendir("/proc/self/task")) {
+        while (dirent* entry = readdir(tasks)) count += entry->d_name[0] != '.';
+        closedir(tasks);
+    }
+    return count;
 }
 
-}  // namespace
+} // namespace
 
 TEST(EngineSoul, TextsNameTheSoulAndSetTheCastlingBonus) {
-  clsEngineFixture e;
-  EXPECT_EQ(e->SoulName, "Simple5");
-  EXPECT_EQ(e->GetSoulText(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
-  EXPECT_EQ(e->CastlingBonus, 20);
+    clsEngineFixture e;
+    EXPECT_EQ(e->SoulName, "Simple5");
+    EXPECT_EQ(e->GetSoulText(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
+    EXPECT_EQ(e->CastlingBonus, 20);
 
-  e->LoadSoulText(clsString("Mine=1 2 3"));
-  EXPECT_EQ(e->SoulName, "Mine");
-  EXPECT_EQ(e->CastlingBonus, 3);
-  EXPECT_EQ(e->GetSoulText(), "1\t2\t3\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
+    e->LoadSoulText(clsString("Mine=1 2 3"));
+    EXPECT_EQ(e->SoulName, "Mine");
+    EXPECT_EQ(e->CastlingBonus, 3);
+    EXPECT_EQ(e->GetSoulText(), "1\t2\t3\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
 
-  e->LoadSoulText(clsString("=9"));
-  EXPECT_TRUE(e->SoulName.IsEmpty());
-  EXPECT_EQ(e->CastlingBonus, 0);
+    e->LoadSoulText(clsString("=9"));
+    EXPECT_TRUE(e->SoulName.IsEmpty());
+    EXPECT_EQ(e->CastlingBonus, 0);
 
-  for (int round = 0; round < 20; ++round) {
-    e->RandomizeSoul();
-    EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
-  }
+    for (int round = 0; round < 20; ++round) {
+        e->RandomizeSoul();
+        EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
+    }
 }
 
 TEST(EngineSoul, SelectByNameAndFallbacks) {
-  clsEngineFixture e;
-  e->SelectSoul(clsString("gen_26_12_3"));
-  EXPECT_EQ(e->SoulName, "GEN_26_12_3");
-  EXPECT_EQ(e->GetSoulText(), "33\t80\t20\t5\t88\t8\t32\t10\t10\t20\t5\t1\t5\t10\t5\t10\t");
+    clsEngineFixture e;
+    e->SelectSoul(clsString("gen_26_12_3"));
+    EXPECT_EQ(e->SoulName, "GEN_26_12_3");
+    EXPECT_EQ(e->GetSoulText(), "33\t80\t20\t5\t88\t8\t32\t10\t10\t20\t5\t1\t5\t10\t5\t10\t");
 
-  // An unknown name keeps the parameters and the name as given.
-  e->SelectSoul(clsString("Nobody"));
-  EXPECT_EQ(e->SoulName, "Nobody");
-  EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "33");
+    // An unknown name keeps the parameters and the name as given.
+    e->SelectSoul(clsString("Nobody"));
+    EXPECT_EQ(e->SoulName, "Nobody");
+    EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "33");
 
-  e->LoadDefaultSoul();
-  EXPECT_EQ(e->SoulName, "Simple5");
+    e->LoadDefaultSoul();
+    EXPECT_EQ(e->SoulName, "Simple5");
 
-  // An empty name: the "soul" option first, then -soul, then Simple5.
-  {
-    clsCommandLine line({"-soul=GEN_28_18_1"});
-    clsEngineFixture f;
-    EXPECT_EQ(f->SoulName, "Simple5");  // the constructor names its soul
-    f->SelectSoul(clsString());
-    EXPECT_EQ(f->SoulName, "GEN_28_18_1");
-    f->SetOption(clsString("soul"), clsString("GEN_26_12_2"));
-    f->SelectSoul(clsString());
-    EXPECT_EQ(f->SoulName, "GEN_26_12_2");
-    EXPECT_EQ(f->GetSoulText(), "7\t70\t20\t46\t46\t8\t8\t10\t10\t20\t5\t1\t5\t64\t5\t10\t");
-  }
-  e->SelectSoul(clsString("GEN_26_12_1"));
-  e->SelectSoul(clsString());
-  EXPECT_EQ(e->SoulName, "Simple5");
-  EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "7");
+    // An empty name: the "soul" option first, then -soul, then Simple5.
+    {
+        clsCommandLine line({"-soul=GEN_28_18_1"});
+        clsEngineFixture f;
+        EXPECT_EQ(f->SoulName, "Simple5"); // the constructor names its soul
+        f->SelectSoul(clsString());
+        EXPECT_EQ(f->SoulName, "GEN_28_18_1");
+        f->SetOption(clsString("soul"), clsString("GEN_26_12_2"));
+        f->SelectSoul(clsString());
+        EXPECT_EQ(f->SoulName, "GEN_26_12_2");
+        EXPECT_EQ(f->GetSoulText(), "7\t70\t20\t46\t46\t8\t8\t10\t10\t20\t5\t1\t5\t64\t5\t10\t");
+    }
+    e->SelectSoul(clsString("GEN_26_12_1"));
+    e->SelectSoul(clsString());
+    EXPECT_EQ(e->SoulName, "Simple5");
+    EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "7");
 }
 
 TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
-  clsEngineFixture e, other;
-  other->LoadSoulText(clsString("All=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
-  e->LoadSoulText(clsString("Zero="));
-  for (int i = 0; i < 20; ++i) e->CrossSoul(other.Engine.get());
-  int taken = 0;
-  for (int32_t parameter : e->GetSoul().P) taken += parameter == 100;
-  EXPECT_GT(taken, 8);  // 60 in 100 a time, over twenty crossings
-  EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
+    clsEngineFixture e, other;
+    other->LoadSoulText(clsString("All=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
+    e->LoadSoulText(clsString("Zero="));
+    for (int i = 0; i < 20; ++i) e->CrossSoul(other.Engine.get());
+    int taken = 0;
+    for (int32_t parameter : e->GetSoul().P) taken += parameter == 100;
+    EXPECT_GT(taken, 8); // 60 in 100 a time, over twenty crossings
+    EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
 
-  // Crossing with all 0 only ever lowers a parameter of 100.
-  e->LoadSoulText(clsString("Even=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
-  other->LoadSoulText(clsString("Zero="));
-  for (int i = 0; i < 50; ++i) e->CrossSoul(other.Engine.get());
-  for (int32_t parameter : e->GetSoul().P) EXPECT_LT(parameter, 100);
+    // Crossing with all 0 only ever lowers a parameter of 100.
+    e->LoadSoulText(clsString("Even=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
+    other->LoadSoulText(clsString("Zero="));
+    for (int i = 0; i < 50; ++i) e->CrossSoul(other.Engine.get());
+    for (int32_t parameter : e->GetSoul().P) EXPECT_LT(parameter, 100);
 }
 
 TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
-  clsEngineFixture e(MateInOne);
-  std::FILE* log = std::tmpfile();
-  nuvobase::clsTSafeOutput output(true, log);
-  e->Output = &output;
-  e->Post = 1;
-  e->Protocol = clsEngineInterface::XBoard;
-  e->Start();  // may have ended already when it returns
-  ASSERT_TRUE(e.WaitForEnd());
-  const clsString info = e->GetInfoLine();
-  EXPECT_EQ(info.Left(9), "2 100000 ");
-  EXPECT_EQ(info.AfterLastChar(' '), "Ra1-a8");
-  int score = 0;
-  EXPECT_EQ(e->GetBestMoveText(true, score), "a1a8");
-  EXPECT_EQ(score, 10000);
-  EXPECT_TRUE(e->GetBestMoveText(true, score).IsEmpty());  // handed out once
-  EXPECT_TRUE(e->GetInfoLine().IsEmpty());
+    clsEngineFixture e(MateInOne);
+    std::FILE* log = std::tmpfile();
+    nuvobase::clsTSafeOutput output(true, log);
+    e->Output = &output;
+    e->Post = 1;
+    e->Protocol = clsEngineInterface::XBoard;
+    e->Start(); // may have ended already when it returns
+    ASSERT_TRUE(e.WaitForEnd());
+    const clsString info = e->GetInfoLine();
+    EXPECT_EQ(info.Left(9), "2 100000 ");
+    EXPECT_EQ(info.AfterLastChar(' '), "Ra1-a8");
+    int score = 0;
+    EXPECT_EQ(e->GetBestMoveText(true, score), "a1a8");
+    EXPECT_EQ(score, 10000);
+    EXPECT_TRUE(e->GetBestMoveText(true, score).IsEmpty()); // handed out once
+    EXPECT_TRUE(e->GetInfoLine().IsEmpty());
 
-  std::rewind(log);
-  char text[4096] = {};
-  text[std::fread(text, 1, sizeof(text) - 1, log)] = 0;
-  std::fclose(log);
-  EXPECT_STREQ(text,
-               "#  engine's running\n#  16 moves to analyze\n# I'll win in 0 moves playing a1a8\n#  engine stopped\n");
+    std::rewind(log);
+    char text[4096] = {};
+    text[std::fread(text, 1, sizeof(text) - 1, log)] = 0;
+    std::fclose(log);
+    EXPECT_STREQ(text, "#  engine's running\n#  16 moves to analyze\n# I'll win in 0 moves playing a1a8\n#  "
+                       "engine stopped\n");
 }
 
 TEST(ThreadedEngineCorvane, NoMoveForMateOrStalemate) {
-  clsEngineFixture e("k7/1Q6/1K6/8/8/8/8/8 b - -");
-  e->Start();  // may have ended already when it returns
-  ASSERT_TRUE(e.WaitForEnd());
-  int score = 0;
-  EXPECT_TRUE(e->GetBestMoveText(true, score).IsEmpty());
+    clsEngineFixture e("k7/1Q6/1K6/8/8/8/8/8 b - -");
+    e->Start(); // may have ended already when it returns
+    ASSERT_TRUE(e.WaitForEnd());
+    int score = 0;
+    EXPECT_TRUE(e->GetBestMoveText(true, score).IsEmpty());
 }
 
 TEST(ThreadedEngineCorvane, RandomAloneSearchesDepthTwo) {
-  clsCommandLine line({"-random"});
-  clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-  e->Start();  // may have ended already when it returns
-  ASSERT_TRUE(e.WaitForEnd());  // no stop needed
-  EXPECT_EQ(e->SearchDepth, 4);  // the loop went past depth 2 and ended
+    clsCommandLine line({"-random"});
+    clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
+    e->Start();                   // may have ended already when it returns
+    ASSERT_TRUE(e.WaitForEnd());  // no stop needed
+    EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
 
-  // The nodes of one pass at depth 2 and the root's own count.
-  nuvobase::clsMutex lock;
-  clsTreeSearch reference(lock, nullptr);
-  reference.SetSoul(e->GetSoul());
-  reference.SetPosition(e->GetPosition());
-  reference.BeginSearch();
-  ASSERT_TRUE(reference.PrepareRoot());
-  reference.Deepen(2);
-  EXPECT_EQ(e->Nodes, reference.Nodes);
+    // The nodes of one pass at depth 2 and the root's own count.
+    nuvobase::clsMutex lock;
+    clsTreeSearch reference(lock, nullptr);
+    reference.SetSoul(e->GetSoul());
+    reference.SetPosition(e->GetPosition());
+    reference.BeginSearch();
+    ASSERT_TRUE(reference.PrepareRoot());
+    reference.Deepen(2);
+    EXPECT_EQ(e->Nodes, reference.Nodes);
 
-  int score = 0;
-  const clsString move = e->GetBestMoveText(false, score);
-  EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
+    int score = 0;
+    const clsString move = e->GetBestMoveText(false, score);
+    EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
 }
 
 TEST(ThreadedEngineCorvane, RandomWithTimedOrProportionalRunsUntilStopped) {
-  for (const char* option : {"-timed", "-proportional"}) {
-    clsCommandLine line({"-random", option});
-    clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-    e->Start();
-    // Alone, -random would end after depth 2; with either option the search goes on.
-    for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_TRUE(e->IsRunning()) << option;
-    EXPECT_TRUE(e->StopEngine());
-    EXPECT_GE(e->SearchDepth, 6);
-    int score = 0;
-    const clsString move = e->GetBestMoveText(false, score);
-    EXPECT_TRUE(e->MakeMoveText(move)) << option << " " << move.Text();
-  }
+    for (const char* option : {"-timed", "-proportional"}) {
+        clsCommandLine line({"-random", option});
+        clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
+        e->Start();
+        // Alone, -random would end after depth 2; with either option the search goes on.
+        for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(e->IsRunning()) << option;
+        EXPECT_TRUE(e->StopEngine());
+        EXPECT_GE(e->SearchDepth, 6);
+        int score = 0;
+        const clsString move = e->GetBestMoveText(false, score);
+        EXPECT_TRUE(e->MakeMoveText(move)) << option << " " << move.Text();
+    }
 }
 
 TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-  // The mate is found at depth 2 and the search ends by itself. Every draw
-  // passes at 100, so the best-scored move is played each time; -random
-  // alone plays any of the sixteen moves.
-  std::set<std::string> proportional, random;
-  for (int run = 0; run < 20; ++run) {
-    for (bool withPercentage : {true, false}) {
-      clsCommandLine line = withPercentage ? clsCommandLine({"-random", "-proportional=100"}) : clsCommandLine({"-random"});
-      clsEngineFixture e(MateInOne);
-      e->Start();
-      ASSERT_TRUE(e.WaitForEnd());
-      int score = 0;
-      (withPercentage ? proportional : random).insert(e->GetBestMoveText(false, score).Text());
+    // The mate is found at depth 2 and the search ends by itself. Every draw
+    // passes at 100, so the best-scored move is played each time; -random
+    // alone plays any of the sixteen moves.
+    std::set<std::string> proportional, random;
+    for (int run = 0; run < 20; ++run) {
+        for (bool withPercentage : {true, false}) {
+            clsCommandLine line = withPercentage ? clsCommandLine({"-random", "-proportional=100"})
+                                                 : clsCommandLine({"-random"});
+            clsEngineFixture e(MateInOne);
+            e->Start();
+            ASSERT_TRUE(e.WaitForEnd());
+            int score = 0;
+            (withPercentage ? proportional : random).insert(e->GetBestMoveText(false, score).Text());
+        }
     }
-  }
-  EXPECT_EQ(proportional, std::set<std::string>{"a1a8"});
-  EXPECT_GT(random.size(), 3u);
+    EXPECT_EQ(proportional, std::set<std::string>{"a1a8"});
+    EXPECT_GT(random.size(), 3u);
 }
 
 TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
-  clsEngineFixture e("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
-  const clsString fen = e->GetPosition();
-  ASSERT_TRUE(e->Start());
-  while (e->SearchDepth.load() < 6) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  EXPECT_TRUE(e->StopEngine());
-  EXPECT_FALSE(e->IsRunning());
-  int score = 0;
-  const clsString move = e->GetBestMoveText(false, score);
-  EXPECT_FALSE(move.IsEmpty());
-  EXPECT_EQ(e->GetPosition(), fen);
-  EXPECT_EQ(e->Current, e->Root);
-  EXPECT_FALSE(e->GetStatistics(100).IsEmpty());
+    clsEngineFixture e("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    const clsString fen = e->GetPosition();
+    ASSERT_TRUE(e->Start());
+    while (e->SearchDepth.load() < 6) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(e->StopEngine());
+    EXPECT_FALSE(e->IsRunning());
+    int score = 0;
+    const clsString move = e->GetBestMoveText(false, score);
+    EXPECT_FALSE(move.IsEmpty());
+    EXPECT_EQ(e->GetPosition(), fen);
+    EXPECT_EQ(e->Current, e->Root);
+    EXPECT_FALSE(e->GetStatistics(100).IsEmpty());
 
-  // "depth score  centiseconds nodes move", the score in hundredths of a pawn.
-  const clsString info = e->GetInfoLine();
-  int position = 0;
-  EXPECT_EQ(info.NextWord(' ', position).ToSigned(), e->SearchDepth.load());
-  EXPECT_EQ(info.NextWord(' ', position).ToSigned(), static_cast<int64_t>(score * 100 / 105.0));
-  EXPECT_TRUE(info.NextWord(' ', position).IsEmpty());  // the second space
-  EXPECT_GE(info.NextWord(' ', position).ToSigned(), 0);
-  EXPECT_EQ(static_cast<uint64_t>(info.NextWord(' ', position).ToSigned()), e->Nodes.load());
-  const clsMove best = e->CopyBestMove();
-  EXPECT_EQ(info.NextWord(' ', position), e->MoveText(&best, true));
-  EXPECT_EQ(position, -1);
-  EXPECT_TRUE(e->MakeMoveText(move));
+    // "depth score  centiseconds nodes move", the score in hundredths of a pawn.
+    const clsString info = e->GetInfoLine();
+    int position = 0;
+    EXPECT_EQ(info.NextWord(' ', position).ToSigned(), e->SearchDepth.load());
+    EXPECT_EQ(info.NextWord(' ', position).ToSigned(), static_cast<int64_t>(score * 100 / 105.0));
+    EXPECT_TRUE(info.NextWord(' ', position).IsEmpty()); // the second space
+    EXPECT_GE(info.NextWord(' ', position).ToSigned(), 0);
+    EXPECT_EQ(static_cast<uint64_t>(info.NextWord(' ', position).ToSigned()), e->Nodes.load());
+    const clsMove best = e->CopyBestMove();
+    EXPECT_EQ(info.NextWord(' ', position), e->MoveText(&best, true));
+    EXPECT_EQ(position, -1);
+    EXPECT_TRUE(e->MakeMoveText(move));
 }
 
 TEST(ThreadedEngineCorvane, StopOnAnIdleEngine) {
-  clsEngineFixture e(MateInOne);
-  EXPECT_TRUE(e->StopEngine());
-  EXPECT_TRUE(e->StopEngine());
-  e->Start();  // may have ended already when it returns
-  ASSERT_TRUE(e.WaitForEnd());
-  int score = 0;
-  EXPECT_EQ(e->GetBestMoveText(true, score), "a1a8");
+    clsEngineFixture e(MateInOne);
+    EXPECT_TRUE(e->StopEngine());
+    EXPECT_TRUE(e->StopEngine());
+    e->Start(); // may have ended already when it returns
+    ASSERT_TRUE(e.WaitForEnd());
+    int score = 0;
+    EXPECT_EQ(e->GetBestMoveText(true, score), "a1a8");
 }
 
 TEST(ThreadedEngineCorvane, AThousandStartsAndStopsLeaveNoThread) {
-  clsEngineFixture e;
-  // The first thread a process makes can bring a helper thread of the sanitizer runtime with it: count
-  // the threads after one search has come and gone.
-  ASSERT_TRUE(e->Start());
-  ASSERT_TRUE(e->StopEngine());
-  const int before = ThreadsOfProcess();
-  for (int i = 0; i < 1000; ++i) {
+    clsEngineFixture e;
+    // The first thread a process makes can bring a helper thread of the sanitizer runtime with it: count
+    // the threads after one search has come and gone.
     ASSERT_TRUE(e->Start());
-    if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
     ASSERT_TRUE(e->StopEngine());
-    ASSERT_FALSE(e->IsRunning());
-  }
-  EXPECT_EQ(ThreadsOfProcess(), before);
-  int score = 0;
-  const clsString move = e->GetBestMoveText(false, score);
-  EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));
+    const int before = ThreadsOfProcess();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_TRUE(e->Start());
+        if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
+        ASSERT_TRUE(e->StopEngine());
+        ASSERT_FALSE(e->IsRunning());
+    }
+    EXPECT_EQ(ThreadsOfProcess(), before);
+    int score = 0;
+    const clsString move = e->GetBestMoveText(false, score);
+    EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));
 }
 
 TEST(EngineCorvane, Statistics) {
-  clsEngineFixture e;
-  EXPECT_TRUE(e->GetStatistics(0).IsEmpty());
-  int64_t nodes = 0;
-  EXPECT_EQ(e->SearchFixedDepth(1, nodes), 111);
-  EXPECT_EQ(nodes, 20);
-  e->TTHits = 5;
-  EXPECT_EQ(e->GetStatistics(4), "4 ms 5 Knps, TT hits: 5 25.00%, Rept.Hits: 0");
-  EXPECT_EQ(e->GetStatistics(0), ", TT hits: 5 25.00%, Rept.Hits: 0");
-  EXPECT_EQ(e->SetMaxDepth(1000), 128);
-  EXPECT_EQ(e->MaxDepth, 0);
-  EXPECT_EQ(e->PawnValue(), 105);
+    clsEngineFixture e;
+    EXPECT_TRUE(e->GetStatistics(0).IsEmpty());
+    int64_t nodes = 0;
+    EXPECT_EQ(e->SearchFixedDepth(1, nodes), 111);
+    EXPECT_EQ(nodes, 20);
+    e->TTHits = 5;
+    EXPECT_EQ(e->GetStatistics(4), "4 ms 5 Knps, TT hits: 5 25.00%, Rept.Hits: 0");
+    EXPECT_EQ(e->GetStatistics(0), ", TT hits: 5 25.00%, Rept.Hits: 0");
+    EXPECT_EQ(e->SetMaxDepth(1000), 128);
+    EXPECT_EQ(e->MaxDepth, 0);
+    EXPECT_EQ(e->PawnValue(), 105);
 }
 
 TEST(EngineCorvane, PlayedMovesMarkTheTable) {
-  clsEngineFixture e;
-  ASSERT_TRUE(e->MakeMoveText(clsString("e2e4")));
-  clsTT* slot = e->Current->TTEntry;
-  ASSERT_NE(slot, nullptr);
-  EXPECT_EQ(slot, e.Share.Slot(SearchKey(e->Board)));
-  EXPECT_EQ(slot->TTKey, SearchKey(e->Board));
-  EXPECT_EQ(slot->TTDepth, TTGameDepth);
-  EXPECT_EQ(slot->TTValue, DrawValue);
-  EXPECT_EQ(slot->TTFlags, TTGameHistory);
-  EXPECT_FALSE(e->MakeMoveText(clsString("e2e4")));
+    clsEngineFixture e;
+    ASSERT_TRUE(e->MakeMoveText(clsString("e2e4")));
+    clsTT* slot = e->Current->TTEntry;
+    ASSERT_NE(slot, nullptr);
+    EXPECT_EQ(slot, e.Share.Slot(SearchKey(e->Board)));
+    EXPECT_EQ(slot->TTKey, SearchKey(e->Board));
+    EXPECT_EQ(slot->TTDepth, TTGameDepth);
+    EXPECT_EQ(slot->TTValue, DrawValue);
+    EXPECT_EQ(slot->TTFlags, TTGameHistory);
+    EXPECT_FALSE(e->MakeMoveText(clsString("e2e4")));
 
-  clsEngineFixture without(nullptr, 0);
-  ASSERT_TRUE(without->MakeMoveText(clsString("e2e4")));
-  EXPECT_FALSE(without->IsWhiteToMove());
+    clsEngineFixture without(nullptr, 0);
+    ASSERT_TRUE(without->MakeMoveText(clsString("e2e4")));
+    EXPECT_FALSE(without->IsWhiteToMove());
 }

@@ -8,133 +8,133 @@ namespace {
 
 // A table whose allocations fail above a given number of slots.
 class clsTightShare : public clsEngineShare {
- public:
-  explicit clsTightShare(uint64_t most) : Most(most) {}
-  uint64_t Most;
-  int Tries = 0;
+public:
+    explicit clsTightShare(uint64_t most) : Most(most) {}
+    uint64_t Most;
+    int Tries = 0;
 
- protected:
-  clsTT* AllocateSlots(uint64_t n) override {
-    ++Tries;
-    return n > Most ? nullptr : clsEngineShare::AllocateSlots(n);
-  }
+protected:
+    clsTT* AllocateSlots(uint64_t n) override {
+        ++Tries;
+        return n > Most ? nullptr : clsEngineShare::AllocateSlots(n);
+    }
 };
 
 clsTT Slot(uint64_t key, int32_t depth, int32_t value, uint32_t flags) {
-  clsTT slot{};
-  slot.TTKey = key;
-  slot.TTSpare = 77;
-  slot.TTDepth = depth;
-  slot.TTValue = value;
-  slot.TTFlags = flags;
-  return slot;
+    clsTT slot{};
+    slot.TTKey = key;
+    slot.TTSpare = 77;
+    slot.TTDepth = depth;
+    slot.TTValue = value;
+    slot.TTFlags = flags;
+    return slot;
 }
 
-}  // namespace
+} // namespace
 
 TEST(EngineShare, ResizeSizes) {
-  clsEngineShare share;
-  EXPECT_EQ(share.TTCount, 0u);
-  EXPECT_EQ(share.Slot(12345), nullptr);
+    clsEngineShare share;
+    EXPECT_EQ(share.TTCount, 0u);
+    EXPECT_EQ(share.Slot(12345), nullptr);
 
-  share.ResizeTable(1);  // 1 MB holds 32768 slots of 32 bytes; half are used
-  EXPECT_EQ(share.TTBytes, 1u << 20);
-  EXPECT_EQ(share.TTCount, 16384u);
-  for (uint64_t i = 0; i < share.TTCount; ++i) {
-    ASSERT_EQ(share.TTSlots[i].TTKey, 0u);
-    ASSERT_EQ(share.TTSlots[i].TTFlags, 0u);
-  }
-  EXPECT_EQ(share.Slot(16384 * 3 + 5), &share.TTSlots[5]);
+    share.ResizeTable(1); // 1 MB holds 32768 slots of 32 bytes; half are used
+    EXPECT_EQ(share.TTBytes, 1u << 20);
+    EXPECT_EQ(share.TTCount, 16384u);
+    for (uint64_t i = 0; i < share.TTCount; ++i) {
+        ASSERT_EQ(share.TTSlots[i].TTKey, 0u);
+        ASSERT_EQ(share.TTSlots[i].TTFlags, 0u);
+    }
+    EXPECT_EQ(share.Slot(16384 * 3 + 5), &share.TTSlots[5]);
 
-  share.ResizeTable(3);  // 3 MB: 98304 slots fit, the power of two below is 65536
-  EXPECT_EQ(share.TTCount, 32768u);
-  EXPECT_EQ(share.TTBytes, 3u << 20);
+    share.ResizeTable(3); // 3 MB: 98304 slots fit, the power of two below is 65536
+    EXPECT_EQ(share.TTCount, 32768u);
+    EXPECT_EQ(share.TTBytes, 3u << 20);
 
-  share.ResizeTable(0);
-  EXPECT_EQ(share.TTCount, 0u);
-  EXPECT_EQ(share.TTBytes, 0u);
-  EXPECT_EQ(share.TTSlots, nullptr);
-  EXPECT_EQ(share.Slot(1), nullptr);
+    share.ResizeTable(0);
+    EXPECT_EQ(share.TTCount, 0u);
+    EXPECT_EQ(share.TTBytes, 0u);
+    EXPECT_EQ(share.TTSlots, nullptr);
+    EXPECT_EQ(share.Slot(1), nullptr);
 
-  share.ResizeTable(-5);
-  EXPECT_EQ(share.TTCount, 0u);
+    share.ResizeTable(-5);
+    EXPECT_EQ(share.TTCount, 0u);
 }
 
 TEST(EngineShare, AllocationFailureHalves) {
-  clsTightShare share(8192);
-  share.ResizeTable(1);  // 32768 and 16384 slots fail, 8192 succeed
-  EXPECT_EQ(share.Tries, 3);
-  EXPECT_EQ(share.TTCount, 4096u);
-  EXPECT_EQ(share.TTBytes, 1u << 20);
+    clsTightShare share(8192);
+    share.ResizeTable(1); // 32768 and 16384 slots fail, 8192 succeed
+    EXPECT_EQ(share.Tries, 3);
+    EXPECT_EQ(share.TTCount, 4096u);
+    EXPECT_EQ(share.TTBytes, 1u << 20);
 
-  clsTightShare none(0);
-  none.ResizeTable(1);
-  EXPECT_EQ(none.TTCount, 0u);
-  EXPECT_EQ(none.TTSlots, nullptr);
-  EXPECT_EQ(none.Slot(99), nullptr);
+    clsTightShare none(0);
+    none.ResizeTable(1);
+    EXPECT_EQ(none.TTCount, 0u);
+    EXPECT_EQ(none.TTSlots, nullptr);
+    EXPECT_EQ(none.Slot(99), nullptr);
 }
 
 TEST(EngineShare, ProbeTakesOverAForeignSlot) {
-  clsTT slot = Slot(1, 9, 300, TTUsable | TTOnPath);
-  EXPECT_EQ(ProbeTT(slot, 2, 1), eProbe::Miss);
-  EXPECT_EQ(slot.TTKey, 2u);
-  EXPECT_EQ(slot.TTSpare, 0u);
-  EXPECT_EQ(slot.TTDepth, -1);
-  EXPECT_EQ(slot.TTValue, -15000);
-  EXPECT_EQ(slot.TTFlags, TTUsable | TTOnPath);  // the flags stay as they were
+    clsTT slot = Slot(1, 9, 300, TTUsable | TTOnPath);
+    EXPECT_EQ(ProbeTT(slot, 2, 1), eProbe::Miss);
+    EXPECT_EQ(slot.TTKey, 2u);
+    EXPECT_EQ(slot.TTSpare, 0u);
+    EXPECT_EQ(slot.TTDepth, -1);
+    EXPECT_EQ(slot.TTValue, -15000);
+    EXPECT_EQ(slot.TTFlags, TTUsable | TTOnPath); // the flags stay as they were
 }
 
 TEST(EngineShare, ProbeUsesOnlyDeepEnoughStoredValues) {
-  clsTT stored = Slot(5, 4, 120, TTUsable);
-  EXPECT_EQ(ProbeTT(stored, 5, 4), eProbe::Usable);
-  EXPECT_EQ(ProbeTT(stored, 5, 3), eProbe::Usable);
-  EXPECT_EQ(ProbeTT(stored, 5, 6), eProbe::Hit);  // too shallow
-  EXPECT_EQ(stored.TTValue, 120);
-  EXPECT_EQ(stored.TTSpare, 77u);
+    clsTT stored = Slot(5, 4, 120, TTUsable);
+    EXPECT_EQ(ProbeTT(stored, 5, 4), eProbe::Usable);
+    EXPECT_EQ(ProbeTT(stored, 5, 3), eProbe::Usable);
+    EXPECT_EQ(ProbeTT(stored, 5, 6), eProbe::Hit); // too shallow
+    EXPECT_EQ(stored.TTValue, 120);
+    EXPECT_EQ(stored.TTSpare, 77u);
 
-  clsTT old = Slot(5, 4, 120, TTUsableOld);
-  EXPECT_EQ(ProbeTT(old, 5, 2), eProbe::Usable);
-  clsTT unflagged = Slot(5, 4, 120, TTOnPath);
-  EXPECT_EQ(ProbeTT(unflagged, 5, 2), eProbe::Hit);
+    clsTT old = Slot(5, 4, 120, TTUsableOld);
+    EXPECT_EQ(ProbeTT(old, 5, 2), eProbe::Usable);
+    clsTT unflagged = Slot(5, 4, 120, TTOnPath);
+    EXPECT_EQ(ProbeTT(unflagged, 5, 2), eProbe::Hit);
 
-  // A played position counts as a hit and never gives its value.
-  clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
-  EXPECT_EQ(ProbeTT(game, 5, 2), eProbe::Hit);
-  EXPECT_EQ(game.TTFlags, TTGameHistory);
+    // A played position counts as a hit and never gives its value.
+    clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
+    EXPECT_EQ(ProbeTT(game, 5, 2), eProbe::Hit);
+    EXPECT_EQ(game.TTFlags, TTGameHistory);
 }
 
 TEST(EngineShare, StoreRules) {
-  clsTT fresh = Slot(5, -1, -15000, 0);
-  StoreTT(fresh, 33, 2);
-  EXPECT_EQ(fresh.TTFlags, TTUsable);
-  EXPECT_EQ(fresh.TTValue, 33);
-  EXPECT_EQ(fresh.TTDepth, 2);
+    clsTT fresh = Slot(5, -1, -15000, 0);
+    StoreTT(fresh, 33, 2);
+    EXPECT_EQ(fresh.TTFlags, TTUsable);
+    EXPECT_EQ(fresh.TTValue, 33);
+    EXPECT_EQ(fresh.TTDepth, 2);
 
-  StoreTT(fresh, 50, 2);  // equal depth: not written
-  EXPECT_EQ(fresh.TTValue, 33);
-  StoreTT(fresh, 60, 3);  // deeper: not written either
-  EXPECT_EQ(fresh.TTValue, 33);
-  StoreTT(fresh, 70, 1);  // the slot holds more depth than is left: written
-  EXPECT_EQ(fresh.TTValue, 70);
-  EXPECT_EQ(fresh.TTDepth, 1);
+    StoreTT(fresh, 50, 2); // equal depth: not written
+    EXPECT_EQ(fresh.TTValue, 33);
+    StoreTT(fresh, 60, 3); // deeper: not written either
+    EXPECT_EQ(fresh.TTValue, 33);
+    StoreTT(fresh, 70, 1); // the slot holds more depth than is left: written
+    EXPECT_EQ(fresh.TTValue, 70);
+    EXPECT_EQ(fresh.TTDepth, 1);
 
-  // A slot taken over after an earlier store keeps its flags and depth -1,
-  // which is never above what is left: it can't be stored to.
-  clsTT taken = Slot(5, 3, 10, TTUsable);
-  ASSERT_EQ(ProbeTT(taken, 6, 3), eProbe::Miss);
-  StoreTT(taken, 44, 0);
-  EXPECT_EQ(taken.TTValue, -15000);
-  EXPECT_EQ(taken.TTDepth, -1);
+    // A slot taken over after an earlier store keeps its flags and depth -1,
+    // which is never above what is left: it can't be stored to.
+    clsTT taken = Slot(5, 3, 10, TTUsable);
+    ASSERT_EQ(ProbeTT(taken, 6, 3), eProbe::Miss);
+    StoreTT(taken, 44, 0);
+    EXPECT_EQ(taken.TTValue, -15000);
+    EXPECT_EQ(taken.TTDepth, -1);
 
-  // The path flag alone blocks a store into a fresh slot.
-  clsTT onPath = Slot(5, -1, -15000, TTOnPath);
-  StoreTT(onPath, 44, 0);
-  EXPECT_EQ(onPath.TTValue, -15000);
+    // The path flag alone blocks a store into a fresh slot.
+    clsTT onPath = Slot(5, -1, -15000, TTOnPath);
+    StoreTT(onPath, 44, 0);
+    EXPECT_EQ(onPath.TTValue, -15000);
 
-  // A played position holds depth 1000 and is overwritten by the search.
-  clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
-  StoreTT(game, 12, 2);
-  EXPECT_EQ(game.TTFlags, TTUsable);
-  EXPECT_EQ(game.TTValue, 12);
-  EXPECT_EQ(game.TTDepth, 2);
+    // A played position holds depth 1000 and is overwritten by the search.
+    clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
+    StoreTT(game, 12, 2);
+    EXPECT_EQ(game.TTFlags, TTUsable);
+    EXPECT_EQ(game.TTValue, 12);
+    EXPECT_EQ(game.TTDepth, 2);
 }

@@ -8,86 +8,87 @@ using nuvobase::clsString;
 namespace {
 
 clsSoul Uniform(int32_t value) {
-  clsSoul soul;
-  for (int32_t& parameter : soul.P) parameter = value;
-  return soul;
+    clsSoul soul;
+    for (int32_t& parameter : soul.P) parameter = value;
+    return soul;
 }
 
-}  // namespace
+} // namespace
 
 TEST(Soul, TextForms) {
-  clsSoul soul;
-  EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[0])), "Simple5");
-  EXPECT_EQ(soul.Text(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
+    clsSoul soul;
+    EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[0])), "Simple5");
+    EXPECT_EQ(soul.Text(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
 
-  // Each number is the word up to the next space: the empty word between two
-  // spaces is 0, so is what atoi can't read, and a missing number.
-  EXPECT_EQ(soul.LoadText(clsString("Mine=1 2 3  -4 x5 6\t7")), "Mine");
-  EXPECT_EQ(soul.Text(), "1\t2\t3\t0\t-4\t0\t6\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
+    // Each number is the word up to the next space: the empty word between two
+    // spaces is 0, so is what atoi can't read, and a missing number.
+    EXPECT_EQ(soul.LoadText(clsString("Mine=1 2 3  -4 x5 6\t7")), "Mine");
+    EXPECT_EQ(soul.Text(), "1\t2\t3\t0\t-4\t0\t6\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
 
-  // Without "=" the whole text is the name and every parameter is 0.
-  EXPECT_EQ(soul.LoadText(clsString("NoNumbers 5 6")), "NoNumbers 5 6");
-  EXPECT_EQ(soul.Text(), clsString("0\t").Append("0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t"));
+    // Without "=" the whole text is the name and every parameter is 0.
+    EXPECT_EQ(soul.LoadText(clsString("NoNumbers 5 6")), "NoNumbers 5 6");
+    EXPECT_EQ(soul.Text(), clsString("0\t").Append("0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t"));
 
-  EXPECT_TRUE(soul.LoadText(clsString("=9")).IsEmpty());
-  EXPECT_EQ(soul[0], 9);
+    EXPECT_TRUE(soul.LoadText(clsString("=9")).IsEmpty());
+    EXPECT_EQ(soul[0], 9);
 
-  // The tab form reads back.
-  clsSoul copy;
-  copy.LoadText(clsString(clsSoul::Named[3]));
-  soul.LoadNumbers(copy.Text());
-  EXPECT_EQ(soul.Text(), copy.Text());
-  EXPECT_EQ(soul[clsSoul::PassedPawn], 88);
+    // The tab form reads back.
+    clsSoul copy;
+    copy.LoadText(clsString(clsSoul::Named[3]));
+    soul.LoadNumbers(copy.Text());
+    EXPECT_EQ(soul.Text(), copy.Text());
+    EXPECT_EQ(soul[clsSoul::PassedPawn], 88);
 }
 
 TEST(Soul, NamedSouls) {
-  const char* names[clsSoul::NamedCount] = {"Simple5", "GEN_26_12_1", "GEN_26_12_2", "GEN_26_12_3", "GEN_28_18_1"};
-  const int32_t bishops[clsSoul::NamedCount] = {15, 10, 64, 10, 10};
-  for (int i = 0; i < clsSoul::NamedCount; ++i) {
-    clsSoul soul;
-    EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[i])), names[i]);
-    EXPECT_EQ(soul[clsSoul::BishopCount], bishops[i]);
-    EXPECT_EQ(soul[clsSoul::CastlingBonus], 20);
-  }
+    const char* names[clsSoul::NamedCount] = {"Simple5", "GEN_26_12_1", "GEN_26_12_2", "GEN_26_12_3",
+                                              "GEN_28_18_1"};
+    const int32_t bishops[clsSoul::NamedCount] = {15, 10, 64, 10, 10};
+    for (int i = 0; i < clsSoul::NamedCount; ++i) {
+        clsSoul soul;
+        EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[i])), names[i]);
+        EXPECT_EQ(soul[clsSoul::BishopCount], bishops[i]);
+        EXPECT_EQ(soul[clsSoul::CastlingBonus], 20);
+    }
 }
 
 TEST(Soul, RandomizeDrawsBelow105) {
-  clsSoul soul;
-  bool high = false;
-  for (int round = 0; round < 50; ++round) {
-    soul.Randomize();
-    for (int32_t parameter : soul.P) {
-      EXPECT_GE(parameter, 0);
-      EXPECT_LT(parameter, 105);
-      high = high || parameter > 100;
+    clsSoul soul;
+    bool high = false;
+    for (int round = 0; round < 50; ++round) {
+        soul.Randomize();
+        for (int32_t parameter : soul.P) {
+            EXPECT_GE(parameter, 0);
+            EXPECT_LT(parameter, 105);
+            high = high || parameter > 100;
+        }
     }
-  }
-  EXPECT_TRUE(high);
+    EXPECT_TRUE(high);
 }
 
 TEST(Soul, CrossBands) {
-  // All 0 crossed with all 100: 100 is the other's value, 50 the mean, 0 the
-  // own one, anything else a fresh draw. The bands are 60, 8, 30 and 2 in 100.
-  int counts[4] = {};
-  const int trials = 1000;
-  for (int i = 0; i < trials; ++i) {
-    clsSoul soul = Uniform(0);
-    soul.Cross(Uniform(100));
-    for (int32_t parameter : soul.P)
-      ++counts[parameter == 100 ? 0 : parameter == 50 ? 1 : parameter == 0 ? 2 : 3];
-  }
-  const double all = trials * 16.0;
-  EXPECT_NEAR(counts[0] / all, 0.60, 0.03);
-  EXPECT_NEAR(counts[1] / all, 0.08, 0.015);
-  EXPECT_NEAR(counts[2] / all, 0.30, 0.03);
-  EXPECT_NEAR(counts[3] / all, 0.02, 0.01);
+    // All 0 crossed with all 100: 100 is the other's value, 50 the mean, 0 the
+    // own one, anything else a fresh draw. The bands are 60, 8, 30 and 2 in 100.
+    int counts[4] = {};
+    const int trials = 1000;
+    for (int i = 0; i < trials; ++i) {
+        clsSoul soul = Uniform(0);
+        soul.Cross(Uniform(100));
+        for (int32_t parameter : soul.P)
+            ++counts[parameter == 100 ? 0 : parameter == 50 ? 1 : parameter == 0 ? 2 : 3];
+    }
+    const double all = trials * 16.0;
+    EXPECT_NEAR(counts[0] / all, 0.60, 0.03);
+    EXPECT_NEAR(counts[1] / all, 0.08, 0.015);
+    EXPECT_NEAR(counts[2] / all, 0.30, 0.03);
+    EXPECT_NEAR(counts[3] / all, 0.02, 0.01);
 
-  // The mean is an integer division: 7 and 0 give 3.
-  bool halved = false;
-  for (int i = 0; i < 200 && !halved; ++i) {
-    clsSoul soul = Uniform(7);
-    soul.Cross(Uniform(0));
-    for (int32_t parameter : soul.P) halved = halved || parameter == 3;
-  }
-  EXPECT_TRUE(halved);
+    // The mean is an integer division: 7 and 0 give 3.
+    bool halved = false;
+    for (int i = 0; i < 200 && !halved; ++i) {
+        clsSoul soul = Uniform(7);
+        soul.Cross(Uniform(0));
+        for (int32_t parameter : soul.P) halved = halved || parameter == 3;
+    }
+    EXPECT_TRUE(halved);
 }

@@ -17,264 +17,266 @@ constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk
 
 // A search on a position of its own, with a table of the given size.
 struct clsSearchFixture {
-  explicit clsSearchFixture(const char* fen, int64_t tableMb = 1) {
-    Share.ResizeTable(tableMb);
-    Search = std::make_unique<clsTreeSearch>(Lock, &Share);
-    clsSoul soul;
-    soul.LoadText(clsSoul::Named[0]);
-    Search->SetSoul(soul);
-    Search->SetPosition(fen);
-  }
-  clsTreeSearch& operator*() { return *Search; }
-  clsTreeSearch* operator->() { return Search.get(); }
+    explicit clsSearchFixture(const char* fen, int64_t tableMb = 1) {
+        Share.ResizeTable(tableMb);
+        Search = std::make_unique<clsTreeSearch>(Lock, &Share);
+        clsSoul soul;
+        soul.LoadText(clsSoul::Named[0]);
+        Search->SetSoul(soul);
+        Search->SetPosition(fen);
+    }
+    clsTreeSearch& operator*() { return *Search; }
+    clsTreeSearch* operator->() { return Search.get(); }
 
-  clsMove* RootMove(const char* text) {
-    for (clsMove* m = Search->Root->Moves; m != Search->Root->End(); ++m)
-      if (Search->MoveText(m, false) == text) return m;
-    ADD_FAILURE() << "no root move " << text;
-    return Search->Root->Moves;
-  }
+    clsMove* RootMove(const char* text) {
+        for (clsMove* m = Search->Root->Moves; m != Search->Root->End(); ++m)
+            if (Search->MoveText(m, false) == text) return m;
+        ADD_FAILURE() << "no root move " << text;
+        return Search->Root->Moves;
+    }
 
-  // Plays a root move as the root loop does and makes the child current.
-  void EnterChild(clsMove* move) {
-    Search->Root->CurMove = move;
-    Search->ApplyMove(*move);
-    Search->SwapSides();
-    Search->Current = Search->Root + 1;
-  }
+    // Plays a root move as the root loop does and makes the child current.
+    void EnterChild(clsMove* move) {
+        Search->Root->CurMove = move;
+        Search->ApplyMove(*move);
+        Search->SwapSides();
+        Search->Current = Search->Root + 1;
+    }
 
-  int SlotsOnPath() const {
-    int count = 0;
-    for (uint64_t i = 0; i < Share.TTCount; ++i) count += (Share.TTSlots[i].TTFlags & TTOnPath) != 0;
-    return count;
-  }
+    int SlotsOnPath() const {
+        int count = 0;
+        for (uint64_t i = 0; i < Share.TTCount; ++i) count += (Share.TTSlots[i].TTFlags & TTOnPath) != 0;
+        return count;
+    }
 
-  nuvobase::clsMutex Lock;
-  clsEngineShare Share;
-  std::unique_ptr<clsTreeSearch> Search;
+    nuvobase::clsMutex Lock;
+    clsEngineShare Share;
+    std::unique_ptr<clsTreeSearch> Search;
 };
 
-bool SameBoard(const clsBoard& a, const clsBoard& b) { return std::memcmp(&a, &b, sizeof(clsBoard)) == 0; }
+bool SameBoard(const clsBoard& a, const clsBoard& b) {
+    return std::memcmp(&a, &b, sizeof(clsBoard)) == 0;
+}
 
-}  // namespace
+} // namespace
 
 TEST(TreeSearch, FixedDepthOneIsTheBestStaticValue) {
-  clsSearchFixture s(Start);
-  uint64_t nodes = 99;
-  // g1-f3 and b1-c3 are worth 111 each, more than any other first move.
-  EXPECT_EQ(s->SearchFixedDepth(1, nodes), 111);
-  EXPECT_EQ(nodes, 20u);
-  EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
-  EXPECT_EQ(nodes, 0u);
-  // A walk from the root has alpha 0: a position worse for the mover gives 0.
-  clsSearchFixture down("4k3/8/8/8/8/8/qq6/4K3 w - -");
-  EXPECT_EQ(down->SearchFixedDepth(1, nodes), 0);
+    clsSearchFixture s(Start);
+    uint64_t nodes = 99;
+    // g1-f3 and b1-c3 are worth 111 each, more than any other first move.
+    EXPECT_EQ(s->SearchFixedDepth(1, nodes), 111);
+    EXPECT_EQ(nodes, 20u);
+    EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
+    EXPECT_EQ(nodes, 0u);
+    // A walk from the root has alpha 0: a position worse for the mover gives 0.
+    clsSearchFixture down("4k3/8/8/8/8/8/qq6/4K3 w - -");
+    EXPECT_EQ(down->SearchFixedDepth(1, nodes), 0);
 }
 
 TEST(TreeSearch, NodesWithoutMovesReplaceTheirAlpha) {
-  struct {
-    const char* fen;
-    int32_t value;
-  } cases[] = {
-      {"k7/8/1Q6/8/8/8/8/7K b - -", DrawValue},    // stalemate
-      {"k7/1Q6/1K6/8/8/8/8/8 b - -", MatedValue},  // mate
-      {"k7/8/8/8/8/8/8/Q6K b - -", 500},           // moves that don't reach alpha: it stays
-  };
-  for (const auto& c : cases) {
-    clsSearchFixture s(c.fen);
-    // Node 2 inherits 500 from node 0 and finds no bound in node 1.
-    s->Node[0].Best = 500;
-    s->Node[1].Best = NoValue;
-    s->Node[1].CurMove = &s->MovePool[0];
-    s->Current = &s->Node[2];
-    EXPECT_EQ(s->WalkTree(2), c.value) << c.fen;
-  }
+    struct {
+        const char* fen;
+        int32_t value;
+    } cases[] = {
+        {"k7/8/1Q6/8/8/8/8/7K b - -", DrawValue},   // stalemate
+        {"k7/1Q6/1K6/8/8/8/8/8 b - -", MatedValue}, // mate
+        {"k7/8/8/8/8/8/8/Q6K b - -", 500},          // moves that don't reach alpha: it stays
+    };
+    for (const auto& c : cases) {
+        clsSearchFixture s(c.fen);
+        // Node 2 inherits 500 from node 0 and finds no bound in node 1.
+        s->Node[0].Best = 500;
+        s->Node[1].Best = NoValue;
+        s->Node[1].CurMove = &s->MovePool[0];
+        s->Current = &s->Node[2];
+        EXPECT_EQ(s->WalkTree(2), c.value) << c.fen;
+    }
 }
 
 TEST(TreeSearch, CutMarksTheParentsMove) {
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  clsMove* move = s.RootMove("g1h3");
-  s->Root->Best = 0;  // as if an earlier root move had been worth 0
-  s.EnterChild(move);
-  const int32_t best = s->WalkTree(2);
-  EXPECT_TRUE(move->Flags & MoveRefuted);
-  EXPECT_GE(best, 0);
-  // The first reply refuted: the node went no further than the first stage
-  // that had moves, Black's knight moves.
-  EXPECT_EQ(s->Node[2].Stage, 4);
-  EXPECT_EQ(s->Node[2].CurMove, s->Node[2].Moves);
-  for (clsMove* m = s->Node[2].Moves; m != s->Node[2].End(); ++m) EXPECT_EQ(m->Piece(), PieceKnight);
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    clsMove* move = s.RootMove("g1h3");
+    s->Root->Best = 0; // as if an earlier root move had been worth 0
+    s.EnterChild(move);
+    const int32_t best = s->WalkTree(2);
+    EXPECT_TRUE(move->Flags & MoveRefuted);
+    EXPECT_GE(best, 0);
+    // The first reply refuted: the node went no further than the first stage
+    // that had moves, Black's knight moves.
+    EXPECT_EQ(s->Node[2].Stage, 4);
+    EXPECT_EQ(s->Node[2].CurMove, s->Node[2].Moves);
+    for (clsMove* m = s->Node[2].Moves; m != s->Node[2].End(); ++m) EXPECT_EQ(m->Piece(), PieceKnight);
 
-  // Without a bound in the root the node is searched to its end.
-  clsSearchFixture open(Start);
-  open->BeginSearch();
-  ASSERT_TRUE(open->PrepareRoot());
-  move = open.RootMove("g1h3");
-  open.EnterChild(move);
-  open->WalkTree(2);
-  EXPECT_FALSE(move->Flags & MoveRefuted);
-  EXPECT_EQ(open->Node[2].End() - open->Node[2].Moves, 20);
+    // Without a bound in the root the node is searched to its end.
+    clsSearchFixture open(Start);
+    open->BeginSearch();
+    ASSERT_TRUE(open->PrepareRoot());
+    move = open.RootMove("g1h3");
+    open.EnterChild(move);
+    open->WalkTree(2);
+    EXPECT_FALSE(move->Flags & MoveRefuted);
+    EXPECT_EQ(open->Node[2].End() - open->Node[2].Moves, 20);
 }
 
 TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  s.EnterChild(s.RootMove("e2e4"));
-  const clsBoard before = s->Board;
-  s->StopFlag = 1;
-  s->WalkTree(6);
-  EXPECT_EQ(s->Current, &s->Node[2]);
-  EXPECT_TRUE(SameBoard(s->Board, before));
-  EXPECT_EQ(s.SlotsOnPath(), 0);
-  // The walk reached the last ply before it saw the flag.
-  EXPECT_GE(s->Nodes, 5u);
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    s.EnterChild(s.RootMove("e2e4"));
+    const clsBoard before = s->Board;
+    s->StopFlag = 1;
+    s->WalkTree(6);
+    EXPECT_EQ(s->Current, &s->Node[2]);
+    EXPECT_TRUE(SameBoard(s->Board, before));
+    EXPECT_EQ(s.SlotsOnPath(), 0);
+    // The walk reached the last ply before it saw the flag.
+    EXPECT_GE(s->Nodes, 5u);
 }
 
 TEST(TreeSearch, MateInOneAtDepthTwo) {
-  clsSearchFixture s("6k1/5ppp/8/8/8/8/8/R6K w - -");
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  EXPECT_EQ(s->Deepen(127), clsTreeSearch::eDeepening::Wins);
-  EXPECT_EQ(s->SearchDepth, 2);
-  const clsMove best = s->CopyBestMove();
-  EXPECT_EQ(s->MoveText(&best, false), "a1a8");
-  EXPECT_EQ(best.Score, -MatedValue);
-  EXPECT_TRUE(best.Flags & MoveWins);
-  EXPECT_FALSE(best.Flags & MoveIllegal);
-  EXPECT_EQ(best.Flags >> MoveForcedShift, 0u);
+    clsSearchFixture s("6k1/5ppp/8/8/8/8/8/R6K w - -");
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    EXPECT_EQ(s->Deepen(127), clsTreeSearch::eDeepening::Wins);
+    EXPECT_EQ(s->SearchDepth, 2);
+    const clsMove best = s->CopyBestMove();
+    EXPECT_EQ(s->MoveText(&best, false), "a1a8");
+    EXPECT_EQ(best.Score, -MatedValue);
+    EXPECT_TRUE(best.Flags & MoveWins);
+    EXPECT_FALSE(best.Flags & MoveIllegal);
+    EXPECT_EQ(best.Flags >> MoveForcedShift, 0u);
 }
 
 TEST(TreeSearch, RootWithoutMoves) {
-  clsSearchFixture mated("k7/1Q6/1K6/8/8/8/8/8 b - -");
-  EXPECT_FALSE(mated->PrepareRoot());
-  clsSearchFixture stalemate("k7/8/1Q6/8/8/8/8/7K b - -");
-  EXPECT_FALSE(stalemate->PrepareRoot());
-  EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
+    clsSearchFixture mated("k7/1Q6/1K6/8/8/8/8/8 b - -");
+    EXPECT_FALSE(mated->PrepareRoot());
+    clsSearchFixture stalemate("k7/8/1Q6/8/8/8/8/7K b - -");
+    EXPECT_FALSE(stalemate->PrepareRoot());
+    EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
 
-  // Random play on an empty list leaves no move, whatever was held before.
-  clsMove held;
-  held.From = 1;
-  held.To = 2;
-  stalemate->SetBestMove(&held);
-  ASSERT_FALSE(stalemate->CopyBestMove().Flags & MoveIllegal);
-  stalemate->ChooseAtRandom(-1);
-  EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
+    // Random play on an empty list leaves no move, whatever was held before.
+    clsMove held;
+    held.From = 1;
+    held.To = 2;
+    stalemate->SetBestMove(&held);
+    ASSERT_FALSE(stalemate->CopyBestMove().Flags & MoveIllegal);
+    stalemate->ChooseAtRandom(-1);
+    EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
 }
 
 TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  EXPECT_EQ(s->Deepen(4), clsTreeSearch::eDeepening::DepthLimit);
-  const clsMove found = s->CopyBestMove();
-  ASSERT_FALSE(found.Flags & MoveIllegal);
-  EXPECT_EQ(found.Flags >> MoveForcedShift, 1u);  // depth 4 finished
-  s->StopFlag = 1;
-  s->SearchDepth = 6;
-  s->SearchRoot();
-  const clsMove kept = s->CopyBestMove();
-  EXPECT_EQ(std::memcmp(&kept, &found, sizeof(clsMove)), 0);
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    EXPECT_EQ(s->Deepen(4), clsTreeSearch::eDeepening::DepthLimit);
+    const clsMove found = s->CopyBestMove();
+    ASSERT_FALSE(found.Flags & MoveIllegal);
+    EXPECT_EQ(found.Flags >> MoveForcedShift, 1u); // depth 4 finished
+    s->StopFlag = 1;
+    s->SearchDepth = 6;
+    s->SearchRoot();
+    const clsMove kept = s->CopyBestMove();
+    EXPECT_EQ(std::memcmp(&kept, &found, sizeof(clsMove)), 0);
 }
 
 TEST(TreeSearch, RandomChoice) {
-  // -proportional=100: every draw passes, so the first move in list order
-  // that is worth more than -940 is played.
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  clsMove* list = s->Root->Moves;
-  list[0].Score = -2000;
-  list[1].Score = -940;
-  list[2].Score = -939;
-  list[3].Score = 500;
-  s->ChooseAtRandom(100);
-  clsMove chosen = s->CopyBestMove();
-  EXPECT_EQ(std::memcmp(&chosen, &list[2], sizeof(clsMove)), 0);
+    // -proportional=100: every draw passes, so the first move in list order
+    // that is worth more than -940 is played.
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    clsMove* list = s->Root->Moves;
+    list[0].Score = -2000;
+    list[1].Score = -940;
+    list[2].Score = -939;
+    list[3].Score = 500;
+    s->ChooseAtRandom(100);
+    clsMove chosen = s->CopyBestMove();
+    EXPECT_EQ(std::memcmp(&chosen, &list[2], sizeof(clsMove)), 0);
 
-  // Plain -random: any legal move, the illegal ones never.
-  clsSearchFixture pinned("4k3/4r3/8/8/8/8/4B3/4K3 w - -");  // the bishop may not move
-  ASSERT_TRUE(pinned->PrepareRoot());
-  std::set<std::string> played;
-  for (int i = 0; i < 300; ++i) {
-    pinned->ChooseAtRandom(-1);
-    const clsMove move = pinned->CopyBestMove();
-    played.insert(pinned->MoveText(&move, false).Text());
-  }
-  EXPECT_EQ(played, (std::set<std::string>{"e1d1", "e1d2", "e1f1", "e1f2"}));
+    // Plain -random: any legal move, the illegal ones never.
+    clsSearchFixture pinned("4k3/4r3/8/8/8/8/4B3/4K3 w - -"); // the bishop may not move
+    ASSERT_TRUE(pinned->PrepareRoot());
+    std::set<std::string> played;
+    for (int i = 0; i < 300; ++i) {
+        pinned->ChooseAtRandom(-1);
+        const clsMove move = pinned->CopyBestMove();
+        played.insert(pinned->MoveText(&move, false).Text());
+    }
+    EXPECT_EQ(played, (std::set<std::string>{"e1d1", "e1d2", "e1f1", "e1f2"}));
 }
 
 TEST(TreeSearch, TableCountsHitsWithoutCutting) {
-  // The same two passes at depth 4 with and without a table: the table's
-  // slots are never deep enough for a cut, so the walks are alike.
-  clsSearchFixture with(Start, 1), without(Start, 0);
-  for (clsSearchFixture* s : {&with, &without}) {
-    (*s)->BeginSearch();
-    ASSERT_TRUE((*s)->PrepareRoot());
-    (*s)->SearchDepth = 4;
-  }
-  for (int pass = 0; pass < 2; ++pass) {
-    with->ResetStatistics();
-    without->ResetStatistics();
-    EXPECT_EQ(with->SearchRoot(), without->SearchRoot());
-    EXPECT_EQ(with->Nodes, without->Nodes);
-    EXPECT_EQ(without->TTHits, 0u);
-  }
-  EXPECT_GT(with->TTHits, 0u);
+    // The same two passes at depth 4 with and without a table: the table's
+    // slots are never deep enough for a cut, so the walks are alike.
+    clsSearchFixture with(Start, 1), without(Start, 0);
+    for (clsSearchFixture* s : {&with, &without}) {
+        (*s)->BeginSearch();
+        ASSERT_TRUE((*s)->PrepareRoot());
+        (*s)->SearchDepth = 4;
+    }
+    for (int pass = 0; pass < 2; ++pass) {
+        with->ResetStatistics();
+        without->ResetStatistics();
+        EXPECT_EQ(with->SearchRoot(), without->SearchRoot());
+        EXPECT_EQ(with->Nodes, without->Nodes);
+        EXPECT_EQ(without->TTHits, 0u);
+    }
+    EXPECT_GT(with->TTHits, 0u);
 }
 
 TEST(TreeSearch, UsableSlotStandsForTheNode) {
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  clsMove* move = s.RootMove("a2a3");
-  // The slot of the position after a2-a3, stored deep enough, Black at -300.
-  s.EnterChild(move);
-  clsTT* slot = s.Share.Slot(SearchKey(s->Board));
-  *slot = clsTT{SearchKey(s->Board), 0, 10, -300, TTUsable};
-  s->RestoreBoard(*s->Root);
-  s->Current = s->Root;
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    clsMove* move = s.RootMove("a2a3");
+    // The slot of the position after a2-a3, stored deep enough, Black at -300.
+    s.EnterChild(move);
+    clsTT* slot = s.Share.Slot(SearchKey(s->Board));
+    *slot = clsTT{SearchKey(s->Board), 0, 10, -300, TTUsable};
+    s->RestoreBoard(*s->Root);
+    s->Current = s->Root;
 
-  s->SearchDepth = 4;
-  s->SearchRoot();
-  EXPECT_EQ(move->Score, 300);
-  const clsMove best = s->CopyBestMove();
-  EXPECT_EQ(s->MoveText(&best, false), "a2a3");
+    s->SearchDepth = 4;
+    s->SearchRoot();
+    EXPECT_EQ(move->Score, 300);
+    const clsMove best = s->CopyBestMove();
+    EXPECT_EQ(s->MoveText(&best, false), "a2a3");
 
-  // A played position's slot is a hit but gives no value: the move is searched.
-  clsSearchFixture game(Start);
-  game->BeginSearch();
-  ASSERT_TRUE(game->PrepareRoot());
-  move = game.RootMove("a2a3");
-  game.EnterChild(move);
-  slot = game.Share.Slot(SearchKey(game->Board));
-  *slot = clsTT{SearchKey(game->Board), 0, TTGameDepth, DrawValue, TTGameHistory};
-  game->RestoreBoard(*game->Root);
-  game->Current = game->Root;
-  game->SearchDepth = 4;
-  game->SearchRoot();
-  EXPECT_NE(move->Score, -DrawValue);
-  EXPECT_GT(game->TTHits, 0u);
-  EXPECT_EQ(slot->TTFlags, TTUsable);  // the search stored its own value over it
+    // A played position's slot is a hit but gives no value: the move is searched.
+    clsSearchFixture game(Start);
+    game->BeginSearch();
+    ASSERT_TRUE(game->PrepareRoot());
+    move = game.RootMove("a2a3");
+    game.EnterChild(move);
+    slot = game.Share.Slot(SearchKey(game->Board));
+    *slot = clsTT{SearchKey(game->Board), 0, TTGameDepth, DrawValue, TTGameHistory};
+    game->RestoreBoard(*game->Root);
+    game->Current = game->Root;
+    game->SearchDepth = 4;
+    game->SearchRoot();
+    EXPECT_NE(move->Score, -DrawValue);
+    EXPECT_GT(game->TTHits, 0u);
+    EXPECT_EQ(slot->TTFlags, TTUsable); // the search stored its own value over it
 }
 
 TEST(ThreadedTreeSearch, StopKeepsTheFinishedDepths) {
-  clsSearchFixture s(Start);
-  s->BeginSearch();
-  ASSERT_TRUE(s->PrepareRoot());
-  const nuvobase::clsString fen = s->GetPosition();
-  std::thread search([&] { s->Deepen(127); });
-  while (s->SearchDepth.load() < 6) std::this_thread::yield();
-  s->StopFlag = 1;
-  search.join();
-  const clsMove best = s->CopyBestMove();
-  ASSERT_FALSE(best.Flags & MoveIllegal);
-  EXPECT_GE(best.Flags >> MoveForcedShift, 1u);  // depth 4 at least finished
-  EXPECT_EQ(s->GetPosition(), fen);
-  EXPECT_EQ(s->Current, s->Root);
-  EXPECT_EQ(s.SlotsOnPath(), 0);
+    clsSearchFixture s(Start);
+    s->BeginSearch();
+    ASSERT_TRUE(s->PrepareRoot());
+    const nuvobase::clsString fen = s->GetPosition();
+    std::thread search([&] { s->Deepen(127); });
+    while (s->SearchDepth.load() < 6) std::this_thread::yield();
+    s->StopFlag = 1;
+    search.join();
+    const clsMove best = s->CopyBestMove();
+    ASSERT_FALSE(best.Flags & MoveIllegal);
+    EXPECT_GE(best.Flags >> MoveForcedShift, 1u); // depth 4 at least finished
+    EXPECT_EQ(s->GetPosition(), fen);
+    EXPECT_EQ(s->Current, s->Root);
+    EXPECT_EQ(s.SlotsOnPath(), 0);
 }
 
 namespace {
@@ -282,67 +284,67 @@ namespace {
 // Plain minimax over every legal move, by recursion on the same nodes: the
 // value that the walk's alpha-beta must reproduce.
 int32_t Minimax(clsTreeSearch& s, int32_t depth) {
-  clsSimpleNode* const node = s.Current;
-  node->SavedBoard = s.Board;
-  s.Generate(-1);
-  int32_t best = NoValue;
-  int legal = 0;
-  for (clsMove* m = node->Moves; m != node->End(); ++m) {
-    s.ApplyMove(*m);
-    if (!s.IsAttacked(s.Board.Kings & s.Board.Mine)) {
-      ++legal;
-      int32_t value;
-      if (node->Ply < depth) {
-        node->CurMove = m;
-        s.SwapSides();
-        s.Current = node + 1;
-        value = -Minimax(s, depth);
-        s.Current = node;
-      } else {
-        value = static_cast<int16_t>(s.Evaluate() + s.Board.Material);
-      }
-      best = std::max(best, value);
+    clsSimpleNode* const node = s.Current;
+    node->SavedBoard = s.Board;
+    s.Generate(-1);
+    int32_t best = NoValue;
+    int legal = 0;
+    for (clsMove* m = node->Moves; m != node->End(); ++m) {
+        s.ApplyMove(*m);
+        if (!s.IsAttacked(s.Board.Kings & s.Board.Mine)) {
+            ++legal;
+            int32_t value;
+            if (node->Ply < depth) {
+                node->CurMove = m;
+                s.SwapSides();
+                s.Current = node + 1;
+                value = -Minimax(s, depth);
+                s.Current = node;
+            } else {
+                value = static_cast<int16_t>(s.Evaluate() + s.Board.Material);
+            }
+            best = std::max(best, value);
+        }
+        s.RestoreBoard(*node);
     }
-    s.RestoreBoard(*node);
-  }
-  if (legal == 0) return node->InCheck ? MatedValue : DrawValue;
-  return best;
+    if (legal == 0) return node->InCheck ? MatedValue : DrawValue;
+    return best;
 }
 
-}  // namespace
+} // namespace
 
 TEST(TreeSearch, WalkAgreesWithMinimax) {
-  const char* positions[] = {
-      Start,
-      "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4",
-      "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-      "6k1/5ppp/8/8/8/8/5PPP/R5K1 b - -",
-      "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -",
-  };
-  for (const char* fen : positions)
-    for (int32_t depth = 1; depth <= 3; ++depth) {
-      clsSearchFixture walk(fen, 0), reference(fen, 0);
-      uint64_t nodes = 0;
-      const int32_t walked = walk->SearchFixedDepth(depth, nodes);
-      reference->ResetNodes();
-      // The walk from the root starts with alpha 0 and never returns less.
-      const int32_t exact = Minimax(*reference, depth);
-      EXPECT_EQ(walked, std::max(0, exact)) << fen << " depth " << depth;
-      // The root pass has no alpha: its Best is the exact value.
-      if (depth < 2) continue;
-      walk->BeginSearch();
-      ASSERT_TRUE(walk->PrepareRoot());
-      walk->SearchDepth = depth;
-      EXPECT_EQ(walk->SearchRoot(), exact) << fen << " depth " << depth;
-    }
+    const char* positions[] = {
+        Start,
+        "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4",
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+        "6k1/5ppp/8/8/8/8/5PPP/R5K1 b - -",
+        "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -",
+    };
+    for (const char* fen : positions)
+        for (int32_t depth = 1; depth <= 3; ++depth) {
+            clsSearchFixture walk(fen, 0), reference(fen, 0);
+            uint64_t nodes = 0;
+            const int32_t walked = walk->SearchFixedDepth(depth, nodes);
+            reference->ResetNodes();
+            // The walk from the root starts with alpha 0 and never returns less.
+            const int32_t exact = Minimax(*reference, depth);
+            EXPECT_EQ(walked, std::max(0, exact)) << fen << " depth " << depth;
+            // The root pass has no alpha: its Best is the exact value.
+            if (depth < 2) continue;
+            walk->BeginSearch();
+            ASSERT_TRUE(walk->PrepareRoot());
+            walk->SearchDepth = depth;
+            EXPECT_EQ(walk->SearchRoot(), exact) << fen << " depth " << depth;
+        }
 }
 
 TEST(TreeSearch, FixedDepthIgnoresAnEarlierStop) {
-  clsSearchFixture s(Start);
-  uint64_t nodes = 0;
-  const int32_t fresh = s->SearchFixedDepth(3, nodes);
-  const uint64_t freshNodes = nodes;
-  s->StopFlag = 1;  // left by an earlier search
-  EXPECT_EQ(s->SearchFixedDepth(3, nodes), fresh);
-  EXPECT_EQ(nodes, freshNodes);
+    clsSearchFixture s(Start);
+    uint64_t nodes = 0;
+    const int32_t fresh = s->SearchFixedDepth(3, nodes);
+    const uint64_t freshNodes = nodes;
+    s->StopFlag = 1; // left by an earlier search
+    EXPECT_EQ(s->SearchFixedDepth(3, nodes), fresh);
+    EXPECT_EQ(nodes, freshNodes);
 }

@@ -120,7 +120,8 @@ TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
         engine.Count(depth);
         for (const PerftLine& line : lines) {
             if (line.Depth <= depth) {
-                EXPECT_EQ(engine.Block->PlyCounts[line.Depth - 1], line.Count) << fen << " ply " << line.Depth;
+                EXPECT_EQ(engine.Block->PlyCounts[line.Depth - 1], line.Count)
+                    << fen << " ply " << line.Depth;
             }
         }
         EXPECT_EQ(engine.Block->PlyCounts[depth], 0u) << fen;
@@ -231,7 +232,8 @@ TEST(VeskoCore, MaxDepthSixRunsTwoAndFourOnlyTwoBelowSix) {
     EXPECT_GT(engine.Block->Nodes, depthTwoNodes);
     engine.Search(8);
     EXPECT_EQ(engine.Block->Depth, 6);
-    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -") << "the search keeps the position";
+    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -")
+        << "the search keeps the position";
 }
 
 TEST(VeskoCore, MakeMoveOfAMoveNotInTheListLeavesThePosition) {
