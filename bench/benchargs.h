@@ -12,6 +12,20 @@ struct BenchArgs {
     nuvobase::clsString Fen; // the FEN from the words left; "startpos" gives the start position
 };
 
+// Takes the switch at argv[first] if it is the one named, and moves first past it.
+inline bool TakeSwitch(int argc, char** argv, int& first, const char* name) {
+    if (argc <= first || std::strcmp(argv[first], name) != 0) return false;
+    ++first;
+    return true;
+}
+
+// Takes a switch with a number behind it, such as "-mb 64"; value keeps what it had without one.
+inline void TakeNumber(int argc, char** argv, int& first, const char* name, int& value) {
+    if (argc <= first + 1 || std::strcmp(argv[first], name) != 0) return;
+    value = std::atoi(argv[first + 1]);
+    first += 2;
+}
+
 // Reads the arguments from argv[first] on; false when the number or the FEN is missing.
 inline bool ReadBenchArgs(int argc, char** argv, int first, BenchArgs& args) {
     if (argc > first + 1 && std::strcmp(argv[first], "-e") == 0) {

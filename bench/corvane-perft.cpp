@@ -33,13 +33,12 @@ uint64_t VeskoPerft(const nuvobase::clsString& fen, int depth) {
 
 int main(int argc, char** argv) {
     int first = 1;
-    if (argc > first && std::strcmp(argv[first], "-nopopcnt") == 0) {
-        nvoChess::UsePopCount = false;
-        ++first;
-    }
+    if (TakeSwitch(argc, argv, first, "-nopopcnt")) nvoChess::UsePopCount = false;
+    const bool walk = TakeSwitch(argc, argv, first, "-walk");
     BenchArgs args;
     if (!ReadBenchArgs(argc, argv, first, args)) {
-        std::fprintf(stderr, "usage: corvane-perft [-nopopcnt] [-e corvane|vesko] DEPTH FEN...|startpos\n");
+        std::fprintf(stderr,
+                     "usage: corvane-perft [-nopopcnt] [-walk] [-e corvane|vesko] DEPTH FEN...|startpos\n");
         return 2;
     }
     const bool vesko = args.Vesko;
@@ -47,6 +46,7 @@ int main(int argc, char** argv) {
     const nuvobase::clsString& fen = args.Fen;
 
     auto core = std::make_unique<nvoChess::clsChessCore>();
+    core->PerftShortcuts = !walk;
     core->SetPosition(fen);
     const auto start = std::chrono::steady_clock::now();
     const uint64_t nodes = vesko ? VeskoPerft(fen, depth) : core->Perft(depth, false);

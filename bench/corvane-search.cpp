@@ -1,7 +1,8 @@
-// corvane-search [-e corvane|vesko] MS FEN...|startpos: starts the search of the engine on its
+// corvane-search [-mb MB] [-e corvane|vesko] MS FEN...|startpos: starts the search of the engine on its
 // thread, lets it run MS milliseconds, stops it and prints one line:
 // "bestmove <move> score <s> depth <d> nodes <n> knps <k>", the node rate
 // counted as the engine's statistics count it (nodes per millisecond).
+// -mb sets the size of Corvane's table in megabytes (64, the program's default, without it; 0 for none).
 // -e vesko searches with the second engine instead.
 #include <cstdio>
 #include <cstdlib>
@@ -15,9 +16,12 @@
 #include "vesko/clsenginevesko.h"
 
 int main(int argc, char** argv) {
+    int first = 1;
+    int megabytes = 64;
+    TakeNumber(argc, argv, first, "-mb", megabytes);
     BenchArgs args;
-    if (!ReadBenchArgs(argc, argv, 1, args)) {
-        std::fprintf(stderr, "usage: corvane-search [-e corvane|vesko] MS FEN...|startpos\n");
+    if (!ReadBenchArgs(argc, argv, first, args)) {
+        std::fprintf(stderr, "usage: corvane-search [-mb MB] [-e corvane|vesko] MS FEN...|startpos\n");
         return 2;
     }
     const bool vesko = args.Vesko;
@@ -25,7 +29,7 @@ int main(int argc, char** argv) {
     const nuvobase::clsString& fen = args.Fen;
 
     nvoChess::clsEngineShare share;
-    share.ResizeTable(64);
+    share.ResizeTable(megabytes);
     std::unique_ptr<nvoChess::clsEngineInterface> engine;
     nvoChess::clsEngineCorvane* corvane = nullptr;
     if (vesko) {

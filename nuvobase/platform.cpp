@@ -52,6 +52,13 @@ std::uint64_t ClockMs() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - ProcessStart()).count();
 }
 
+std::uint64_t PhysicalMemoryBytes() {
+    const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+    return pages > 0 && pageSize > 0
+               ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize)
+               : 0;
+}
+
 void SleepMs(unsigned ms) {
     timespec rest{static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000) * 1000000L};
     while (AtCancellationPoint(nanosleep, &rest, &rest) == -1 && errno == EINTR) {

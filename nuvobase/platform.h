@@ -1,6 +1,6 @@
 #pragma once
-// The operating-system layer of the base library: clock, sleep and the
-// bounded wait for input. Nothing else in the program calls these services
+// The operating-system layer of the base library: clock, sleep, the size of
+// the memory and the bounded wait for input. Nothing else in the program calls these services
 // directly.
 
 #include <cstdint>
@@ -13,6 +13,9 @@ std::uint64_t ClockMs();
 // Suspends the calling thread for at least `ms` milliseconds. A cancellation
 // point of the thread layer.
 void SleepMs(unsigned ms);
+
+// Bytes of memory the machine has, 0 if the system does not tell.
+std::uint64_t PhysicalMemoryBytes();
 
 // What a bounded wait on an input descriptor found.
 enum class InputState {

@@ -5,6 +5,8 @@
 #include <bit>
 #include <cstdlib>
 
+#include "nuvobase/platform.h"
+
 namespace nvoChess {
 
 clsEngineShare::~clsEngineShare() {
@@ -23,6 +25,10 @@ clsTT* clsEngineShare::AllocateSlots(uint64_t n) {
     // many megabytes costs far fewer misses of the address translation.
     constexpr uint64_t LargePage = 2 << 20;
     const uint64_t bytes = n * sizeof(clsTT);
+    // The system grants far more than it has and kills the process when the addressed half is cleared: a
+    // table beyond the machine's memory fails here like any other allocation, and a smaller one is tried.
+    const uint64_t physical = nuvobase::PhysicalMemoryBytes();
+    if (physical != 0 && bytes > physical) return nullptr;
     void* memory = nullptr;
     if (posix_memalign(&memory, bytes >= LargePage ? LargePage : 64, bytes) != 0) return nullptr;
     if (bytes >= LargePage) madvise(memory, bytes, MADV_HUGEPAGE); // only advice: failure changes nothing
