@@ -4,22 +4,23 @@ import subprocess
 import sys
 import time
 
-BINARY = sys.argv[1] if len(sys.argv) > 1 else os.environ.get("CORVANE", "build/release/corvane")
+# Absolute, so that a test may run the program in a folder of its own.
+BINARY = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.environ.get("CORVANE", "build/release/corvane"))
 
 
-def run_script(lines, args=(), timeout=60):
+def run_script(lines, args=(), timeout=60, cwd=None):
     """Feeds all lines at once, closes the input and returns (exit code, output lines)."""
     text = "".join(line + "\n" for line in lines)
-    done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout)
+    done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout, cwd=cwd)
     return done.returncode, done.stdout.decode(errors="replace").splitlines()
 
 
 class Session:
     """A running corvane spoken to line by line, as a GUI does over pipes."""
 
-    def __init__(self, args=(), executable=None):
+    def __init__(self, args=(), executable=None, cwd=None):
         self.process = subprocess.Popen([executable or BINARY, *args], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.STDOUT, bufsize=0)
+                                        stderr=subprocess.STDOUT, bufsize=0, cwd=cwd)
         os.set_blocking(self.process.stdout.fileno(), False)
         self.pending = b""
         self.seen = []

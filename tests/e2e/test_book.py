@@ -6,7 +6,7 @@ import struct
 import tempfile
 import time
 
-from corvane_driver import Referee, Session, check, run_script
+from corvane_driver import Referee, Session, bestmove_of, check, run_script
 
 CORVANE = ("-engine=corvane",)
 
@@ -100,6 +100,48 @@ def plays_and_lists(folder, keys):
     check(code == 0 and "book %s loaded with 1 positions" % path in remarks(lines), lines)
 
 
+STATISTICS = re.compile(r"^info string (\d+) ms \d+ Knps(, TT hits: .*)?$")
+
+
+def uci_move(session, moves, stop_after=None):
+    """Plays "go" on the position after moves; returns the best move, the ms and whether any node was searched."""
+    session.send("position startpos" + (" moves " + " ".join(moves) if moves else ""))
+    session.send("go")
+    if stop_after:
+        time.sleep(stop_after)
+        session.send("stop")
+    start = len(session.seen)
+    move = bestmove_of(session.read_until(lambda l: l.startswith("bestmove ")))
+    statistics = [m for m in map(STATISTICS.match, session.seen[start:]) if m]
+    check(len(statistics) == 1, session.seen[start:])
+    return move, int(statistics[0].group(1)), statistics[0].group(2) is not None
+
+
+def default_book_over_uci(folder, keys):
+    # "corvane.cbk" in the working folder is the book when none is named: 1.e4 for White, 1...e5 against it.
+    black_keys, _ = listing((), "e2e4")
+    with open(os.path.join(folder, "corvane.cbk"), "wb") as f:
+        f.write(book_bytes({keys["Pe2-e4"]: (5, 1, 2), black_keys["Pe7-e5"]: (1, 5, 2)}))
+    session = Session(CORVANE, cwd=folder)
+    session.send("uci")
+    session.read_until(lambda l: l == "uciok")
+    # A book move comes without a node searched, long before the search's allowance of over 7 s is used.
+    for moves, expected in (([], "e2e4"), (["e2e4"], "e7e5")):
+        move, ms, searched = uci_move(session, moves)
+        check(move == expected and not searched and ms < 5000, "book move expected: %s %d %s" % (move, ms, searched))
+    # Out of the book the engine searches, and "stop" brings its move.
+    move, _, searched = uci_move(session, ["a2a3"], stop_after=0.5)
+    referee = Referee()
+    check(searched and move in referee.legal_moves(["a2a3"]), "search expected after 1.a3: %s" % move)
+    referee.close()
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+    # The option "book" names another book, and the default one is then not read.
+    for args, listed in (((), 1), (("book=none.cbk",), 0)):
+        code, lines = run_script(["\\listbook", "quit"], CORVANE + args, cwd=folder)
+        check(code == 0 and sum(not l.endswith("???") and " Pe2-e4 " in l for l in lines) == 2 * listed, lines)
+
+
 def damaged_books(folder, keys):
     whole = book_bytes({keys["Pe2-e4"]: (3, 1, 5), keys["Ng1-f3"]: (7, 0, 0)})
     damaged = {
@@ -139,5 +181,6 @@ if __name__ == "__main__":
         keys, _ = listing(())
         check(len(keys) == 20 and keys["Pe2-e4"] != keys["Pd2-d4"], keys)
         plays_and_lists(folder, keys)
+        default_book_over_uci(folder, keys)
         damaged_books(folder, keys)
     print("book: all checks passed")
