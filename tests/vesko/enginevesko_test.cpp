@@ -64,8 +64,11 @@ TEST(EngineVesko, FixedAnswersOfTheWrapper) {
     clsEngineVesko engine("Vesko", nullptr);
     EXPECT_EQ(engine.PawnValue(), 100);
     EXPECT_EQ(engine.PositionHash(), 0u);
-    ASSERT_TRUE(engine.SetPosition("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"));
+    ASSERT_TRUE(engine.SetPosition("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 7 42"));
     EXPECT_TRUE(engine.IsWhiteToMove()) << "stays true whatever the position";
+    // Vesko reads no move clocks: the moves of a time control count from 0 whatever the FEN says.
+    EXPECT_EQ(engine.MoveNumber, 0);
+    EXPECT_EQ(engine.HalfMoveClock, 0);
     EXPECT_STREQ(engine.GetPosition().Text(), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - e3");
     EXPECT_TRUE(engine.GetSoulText().IsEmpty());
     EXPECT_TRUE(engine.SanToCoordinates("e4", true).IsEmpty());
