@@ -2,6 +2,7 @@
 import os
 import re
 import tempfile
+import time
 
 from corvane_driver import check, run_script, Session
 
@@ -31,10 +32,29 @@ def show_board():
     output = console(["\\"])
     check(boards(output) == [START_BOARD], output)
     check(len(output) == 10 and output[9] == "", output)
-    # Corvane lists its moves; Vesko has no list to show.
+    # Corvane lists the records of its root as they stand, without generating: none on a position just set, the
+    # moves searched with their values after a search. Vesko has no list to show.
     with_moves = console(["\\ m"], ("-engine=corvane",))
-    check(boards(with_moves) == [START_BOARD] and len(with_moves) > 10, with_moves)
+    check(boards(with_moves) == [START_BOARD] and with_moves[10:] == ["__moves__", " ^^^"], with_moves)
     check(len(console(["\\ M"], ("-engine=corvane",))) == 10, "only a lower-case m lists the moves")
+    check(len(console(["\\ m"])) == 10, "Vesko lists no moves")
+    session = Session(("-engine=corvane",))
+    for line in ("uci", "position startpos moves e2e4", "go"):
+        session.send(line)
+    time.sleep(0.3)
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove "))
+    session.send("\\ m")
+    session.read_until(lambda l: l == "__moves__")
+    start = len(session.seen)
+    session.read_until(lambda l: l == " ^^^")
+    rows = session.seen[start:-1]
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+    record = re.compile(r"^[PNK]([a-h][1-8])-([a-h][1-8]) a\(-?\d+\.\d\d\) v\(-?\d+\.\d\d\)( [*?#\\])*$")
+    listed = [record.match(l) for l in rows]
+    replies = {f + "7" + f + r for f in "abcdefgh" for r in "65"} | {"b8a6", "b8c6", "g8f6", "g8h6"}
+    check(all(listed) and len(listed) == 20 and {m.group(1) + m.group(2) for m in listed} == replies, rows)
 
     # Shown after each delivered move while on; twice is off again.
     def line_after_move(toggles):
