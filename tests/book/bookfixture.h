@@ -5,9 +5,13 @@
 // the file layout, independent of the code under test.
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
 #include <string>
@@ -24,33 +28,95 @@ using Counters = std::tuple<uint32_t, uint32_t, uint32_t>;
 using Model = std::map<uint64_t, Counters>;
 
 // The entries of a book in array order as (key, counters); the order matters.
-std::vector<std::pair<uint64_t, Counters>> Contents(const nvoChess::clsBook& book);
-std::vector<std::pair<uint64_t, Counters>> Contents(const Model& model);
+inline std::vector<std::pair<uint64_t, Counters>> Contents(const nvoChess::clsBook& book) {
+    std::vector<std::pair<uint64_t, Counters>> entries;
+    for (int i = 0; i < book.Count; ++i) {
+        const nvoChess::clsBookEntry* entry = book.At(i);
+        entries.push_back({entry->Key, {entry->Wins, entry->Losses, entry->Draws}});
+    }
+    return entries;
+}
 
-void Fill(nvoChess::clsBook& book, const Model& model);
-Model RandomModel(std::mt19937_64& random, int entries);
+inline std::vector<std::pair<uint64_t, Counters>> Contents(const Model& model) {
+    return {model.begin(), model.end()};
+}
+
+inline void Fill(nvoChess::clsBook& book, const Model& model) {
+    for (const auto& [key, counters] : model) {
+        const auto& [wins, losses, draws] = counters;
+        book.Add(new nvoChess::clsBookEntry(key, wins, losses, draws));
+    }
+}
+
+// Keys over the whole unsigned range; counters mostly small, some of every size.
+inline Model RandomModel(std::mt19937_64& random, int entries) {
+    auto counter = [&random]() -> uint32_t {
+        const int bits = int(random() % 33);
+        return bits == 0 ? 0 : uint32_t(random() >> (64 - bits));
+    };
+    Model model;
+    while (int(model.size()) < entries) model[random()] = {counter(), counter(), counter()};
+    return model;
+}
 
 // .cbk bytes assembled by hand.
 struct FileBuilder {
     Bytes Data;
-    FileBuilder& Raw(std::initializer_list<uint8_t> bytes);
-    FileBuilder& Word32(uint32_t value);
-    FileBuilder& Word64(uint64_t value);
-    FileBuilder& Number(uint64_t value);
-    FileBuilder& Header(uint32_t version, uint32_t count);
-    FileBuilder& Entry(uint64_t key, uint32_t wins, uint32_t losses, uint32_t draws);
-    FileBuilder& Trailer();
+    FileBuilder& Raw(std::initializer_list<uint8_t> bytes) {
+        Data.insert(Data.end(), bytes);
+        return *this;
+    }
+    FileBuilder& Word32(uint32_t value) {
+        for (int i = 0; i < 4; ++i) Data.push_back(uint8_t(value >> (8 * i)));
+        return *this;
+    }
+    FileBuilder& Word64(uint64_t value) {
+        for (int i = 0; i < 8; ++i) Data.push_back(uint8_t(value >> (8 * i)));
+        return *this;
+    }
+    FileBuilder& Number(uint64_t value) {
+        for (; value >= 128; value /= 128) Data.push_back(uint8_t(128 + value % 128));
+        Data.push_back(uint8_t(value));
+        return *this;
+    }
+    FileBuilder& Header(uint32_t version, uint32_t count) {
+        Raw({'N', 'V', 'O', 'B', 'K', 0}).Word32(version).Word32(count);
+        Data.insert(Data.end(), 32, 0);
+        return *this;
+    }
+    FileBuilder& Entry(uint64_t key, uint32_t wins, uint32_t losses, uint32_t draws) {
+        return Number(wins).Number(losses).Number(draws).Word64(key);
+    }
+    FileBuilder& Trailer() { return Raw({'*', 'E', 'N', 'D', '*', 0}); }
 };
 
 class BookFiles : public ::testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override {
+        std::string pattern = (std::filesystem::temp_directory_path() / "booktest-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        Folder = pattern;
+    }
+    void TearDown() override { std::filesystem::remove_all(Folder); }
 
-    nuvobase::clsString PathTo(const std::string& name) const;
-    Bytes ReadBytes(const std::string& name) const;
-    void WriteBytes(const std::string& name, const Bytes& bytes) const;
-    std::vector<std::string> FolderListing() const;
+    nuvobase::clsString PathTo(const std::string& name) const {
+        return nuvobase::clsString((Folder / name).c_str());
+    }
+    Bytes ReadBytes(const std::string& name) const {
+        std::ifstream in(Folder / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    void WriteBytes(const std::string& name, const Bytes& bytes) const {
+        std::ofstream out(Folder / name, std::ios::binary | std::ios::trunc);
+        out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    }
+    std::vector<std::string> FolderListing() const {
+        std::vector<std::string> names;
+        for (const auto& item : std::filesystem::directory_iterator(Folder))
+            names.push_back(item.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
 
     std::filesystem::path Folder;
 };
