@@ -5,73 +5,57 @@
 
 #include <climits>
 #include <string>
-#include <utility>
 
 using nuvobase::clsString;
 using nvoChess::clsChessApplication;
 
-namespace {
-
-std::pair<std::string, std::string> Split(const char* text, const char* first, const char* second) {
-    clsString firstValue("left over"), secondValue("left over");
-    clsChessApplication::SplitKeywords(clsString(text), first, second, firstValue, secondValue);
-    return {firstValue.Text(), secondValue.Text()};
-}
-
-using Values = std::pair<std::string, std::string>;
-
-} // namespace
-
-TEST(KeywordSplitter, NameAndValue) {
-    EXPECT_EQ(Split("name soul value Simple5", "name", "value"), Values("soul", "Simple5"));
-    // Blanks are cut from both ends; blanks inside a value stay.
-    EXPECT_EQ(Split("  name   Clear Hash   value  a  b  ", "name", "value"), Values("Clear Hash", "a  b"));
-    // Keywords ignore case; values keep theirs.
-    EXPECT_EQ(Split("NAME Soul VaLuE Aggressive", "name", "value"), Values("Soul", "Aggressive"));
-    EXPECT_EQ(Split("name Ponder", "name", "value"), Values("Ponder", ""));
-    EXPECT_EQ(Split("", "name", "value"), Values("", ""));
-}
-
-TEST(KeywordSplitter, KeywordsMatchInsideWords) {
-    // "value" is found inside "valuename", so the name ends there.
-    EXPECT_EQ(Split("name valuename value 3", "name", "value"), Values("", "name value 3"));
-    // "name" inside "rename": its value starts behind those letters.
-    EXPECT_EQ(Split("rename x value 1", "name", "value"), Values("x", "1"));
-}
-
-TEST(KeywordSplitter, SecondKeywordIsSoughtBehindTheFirst) {
-    // A "value" in front of "name" is not seen: the search for it starts behind "name".
-    EXPECT_EQ(Split("value 3 name x", "name", "value"), Values("x", ""));
-    // Without the first keyword the second is sought from the start.
-    EXPECT_EQ(Split("value 3", "name", "value"), Values("", "3"));
-}
-
-TEST(KeywordSplitter, QuotedSpansHideKeywords) {
-    EXPECT_EQ(Split("name \"a value b\" value 7", "name", "value"), Values("\"a value b\"", "7"));
-    EXPECT_EQ(Split("name 'the value' value 'x'", "name", "value"), Values("'the value'", "'x'"));
-    // Inside single quotes a double quote is plain text, and the other way round.
-    EXPECT_EQ(Split("name 'a\"b' value c", "name", "value"), Values("'a\"b'", "c"));
-    // A quote that is never closed hides the rest of the text.
-    EXPECT_EQ(Split("name \"abc value 5", "name", "value"), Values("\"abc value 5", ""));
-}
-
-TEST(KeywordSplitter, EmptyKeywordIsFoundAtTheStart) {
-    EXPECT_EQ(Split("startpos moves e2e4 e7e5", "", "moves"), Values("startpos", "e2e4 e7e5"));
-    EXPECT_EQ(Split("moves e2e4", "", "moves"), Values("", "e2e4"));
-    EXPECT_EQ(Split("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", "", "moves"),
-              Values("fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", ""));
-    EXPECT_EQ(Split("STARTPOS MOVES e2e4", "", "moves"), Values("STARTPOS", "e2e4"));
-    EXPECT_EQ(Split("startpos moves", "", "moves"), Values("startpos", ""));
+TEST(KeywordSplitter, Rows) {
+    const struct {
+        const char *Text, *First, *Second, *FirstValue, *SecondValue;
+    } rows[] = {
+        {"name soul value Simple5", "name", "value", "soul", "Simple5"},
+        // Blanks are cut from both ends; blanks inside a value stay.
+        {"  name   Clear Hash   value  a  b  ", "name", "value", "Clear Hash", "a  b"},
+        // Keywords ignore case; values keep theirs.
+        {"NAME Soul VaLuE Aggressive", "name", "value", "Soul", "Aggressive"},
+        {"name Ponder", "name", "value", "Ponder", ""},
+        {"", "name", "value", "", ""},
+        // Keywords match inside words: "value" inside "valuename" ends the name there, and the value of
+        // "name" inside "rename" starts behind those letters.
+        {"name valuename value 3", "name", "value", "", "name value 3"},
+        {"rename x value 1", "name", "value", "x", "1"},
+        // The second keyword is sought behind the first, or from the start without it.
+        {"value 3 name x", "name", "value", "x", ""},
+        {"value 3", "name", "value", "", "3"},
+        // Quoted spans hide keywords; inside single quotes a double quote is plain text, and the other way
+        // round; a quote that is never closed hides the rest of the text.
+        {"name \"a value b\" value 7", "name", "value", "\"a value b\"", "7"},
+        {"name 'the value' value 'x'", "name", "value", "'the value'", "'x'"},
+        {"name 'a\"b' value c", "name", "value", "'a\"b'", "c"},
+        {"name \"abc value 5", "name", "value", "\"abc value 5", ""},
+        // An empty first keyword is found at the start.
+        {"startpos moves e2e4 e7e5", "", "moves", "startpos", "e2e4 e7e5"},
+        {"moves e2e4", "", "moves", "", "e2e4"},
+        {"fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", "", "moves", "fen 8/8/8/8/8/8/8/K1k5 w - - 0 1", ""},
+        {"STARTPOS MOVES e2e4", "", "moves", "STARTPOS", "e2e4"},
+        {"startpos moves", "", "moves", "startpos", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.Text);
+        clsString first("left over"), second("left over");
+        clsChessApplication::SplitKeywords(clsString(row.Text), row.First, row.Second, first, second);
+        EXPECT_EQ(std::string(first.Text()), row.FirstValue);
+        EXPECT_EQ(std::string(second.Text()), row.SecondValue);
+    }
 }
 
 TEST(TypedNumbers, DecimalReading) {
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("64")), 64);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("-250")), -250);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString(" 12ms")), 12);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("abc")), 0);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("")), 0);
-    // Decimal only: no hexadecimal prefix, and a leading zero is no octal mark.
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("0x10")), 0);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("010")), 10);
-    EXPECT_EQ(clsChessApplication::ReadDecimal(clsString("99999999999999999999999")), LLONG_MAX);
+    // Decimal only: no hexadecimal prefix, and a leading zero is no octal mark; too large stays at the top.
+    const struct {
+        const char* Text;
+        long long Value;
+    } rows[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
+                {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
+    for (const auto& row : rows)
+        EXPECT_EQ(clsChessApplication::ReadDecimal(clsString(row.Text)), row.Value) << row.Text;
 }

@@ -1,13 +1,10 @@
 // The XBoard front end driven line by line: replies, clocks, sides and the game's history.
 #include "xboard_fixture.h"
 
-#include "app/commandnumbers.h"
 #include "nuvobase/clsstring.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <unistd.h>
 
 namespace nvoChess {
 namespace {
@@ -16,7 +13,8 @@ using Lines = std::vector<std::string>;
 
 const std::string AfterE2E4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b";
 
-TEST_F(XBoardTest, LevelTimeAndNewSetTheClocks) {
+// The replies to time and otim are checked by the end-to-end XBoard test.
+TEST_F(XBoardTest, LevelAndNewSetTheClocks) {
     EXPECT_EQ(Send("level", "40 5 0"), Lines{});
     EXPECT_EQ(App.MovesPerControl, 40);
     EXPECT_EQ(App.BaseTimeMs, 300000);
@@ -28,7 +26,6 @@ TEST_F(XBoardTest, LevelTimeAndNewSetTheClocks) {
     EXPECT_EQ(App.MovesPerControl, 0);
     EXPECT_EQ(App.BaseTimeMs, 30000);
     EXPECT_EQ(App.IncrementMs, 1000);
-    EXPECT_EQ(App.EngineTimeMs, 30000);
 
     // new restores the clocks but keeps the control.
     App.InitialTimeMs = 123000;
@@ -37,14 +34,6 @@ TEST_F(XBoardTest, LevelTimeAndNewSetTheClocks) {
     EXPECT_EQ(App.OpponentTimeMs, 123000);
     EXPECT_EQ(App.BaseTimeMs, 30000);
     EXPECT_EQ(App.IncrementMs, 1000);
-
-    EXPECT_EQ(Send("time", "12345"), Lines{"# engine time set to 123450 ms"});
-    EXPECT_EQ(App.EngineTimeMs, 123450);
-    EXPECT_EQ(Send("otim", "100"), Lines{"# opponent time set to 1000 ms"});
-    EXPECT_EQ(App.OpponentTimeMs, 1000);
-    EXPECT_EQ(Send("time", "lots"), Lines{"# engine time set to 0 ms"});
-    // A GUI may send a clock that has run out.
-    EXPECT_EQ(Send("TIME", "-250"), Lines{"# engine time set to -2500 ms"});
 }
 
 TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
@@ -67,20 +56,14 @@ TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
     EXPECT_EQ(App.OpponentTimeMs, -yearMs);
 }
 
-TEST_F(XBoardTest, FeaturesAndRefusals) {
-    const std::string features =
-        "feature ping=1 setboard=1 usermove=1 time=1 draw=1 reuse=1 myname=\"Vesko\" ics=1 name=1 debug=1 "
-        "memory=1 smp=1 nps=0 san=0 sigint=0 sigterm=0 analyze=0 colors=0 done=1";
-    EXPECT_EQ(Send("protover", "2"), Lines{features});
+// The feature line itself is checked by the end-to-end XBoard test.
+TEST_F(XBoardTest, RefusedFeaturesFlip) {
+    Send("protover", "2");
     EXPECT_EQ(App.Features.Count, 19);
-    EXPECT_EQ(std::string(App.Features.GetValue("myname").Text()), "\"Vesko\"");
-
     EXPECT_EQ(Send("rejected", "ping"), Lines{});
     EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "0");
     Send("rejected", "PING");
     EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "1");
-    Send("rejected", "nps");
-    EXPECT_EQ(std::string(App.Features.GetValue("nps").Text()), "1");
     // An unknown feature counts as 0 and is added; the name features stay.
     Send("rejected", "pause");
     EXPECT_EQ(std::string(App.Features.GetValue("pause").Text()), "1");
@@ -89,11 +72,10 @@ TEST_F(XBoardTest, FeaturesAndRefusals) {
     Send("rejected", "name");
     EXPECT_EQ(std::string(App.Features.GetValue("myname").Text()), "\"Vesko\"");
     EXPECT_EQ(std::string(App.Features.GetValue("name").Text()), "1");
-    EXPECT_EQ(Send("accepted", "usermove"), Lines{});
-
     // The next protover builds the list anew.
-    EXPECT_EQ(Send("protover", "2"), Lines{features});
+    Send("protover", "2");
     EXPECT_EQ(App.Features.Count, 19);
+    EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "1");
 }
 
 TEST_F(XBoardTest, StateMachine) {
@@ -119,14 +101,6 @@ TEST_F(XBoardTest, StateMachine) {
     EXPECT_EQ(App.State, 0);
 }
 
-TEST_F(XBoardTest, ProtocolSwitches) {
-    EXPECT_EQ(Send("uci"), (Lines{"id name Vesko", "uciok"}));
-    EXPECT_EQ(App.Engine->Protocol, clsEngineInterface::Uci);
-    App.Engine->Protocol = clsEngineInterface::XBoard;
-    EXPECT_EQ(Send("xboard"), Lines{""});
-    EXPECT_EQ(App.Engine->Protocol, clsEngineInterface::XBoard);
-}
-
 TEST_F(XBoardTest, UserMovesAndUndo) {
     const std::string start = App.GetFen().Text();
     Send("force");
@@ -138,50 +112,25 @@ TEST_F(XBoardTest, UserMovesAndUndo) {
     EXPECT_EQ(std::string(App.GetFen().Text()), Position());
 
     const std::string afterE2E4 = Position();
-    EXPECT_EQ(Send("usermove", "e7e5"), Lines{"# I'm not thinking"});
+    Send("usermove", "e7e5");
     EXPECT_EQ(App.FenHistory.Count, 2);
     EXPECT_EQ(Send("e7e5"), Lines{"Illegal move: e7e5"});
     EXPECT_EQ(Result, 1);
     EXPECT_EQ(App.FenHistory.Count, 2);
-    // The second character decides what is a move.
-    EXPECT_EQ(Send("e2-e4"), Lines{"Illegal move: e2-e4"});
-    EXPECT_EQ(Send("usermove", ""), Lines{"Illegal move: "});
 
     App.State = 3;
     EXPECT_EQ(Send("undo"), Lines{});
     EXPECT_EQ(App.State, 0);
     EXPECT_EQ(Position(), afterE2E4);
-    Send("undo");
-    EXPECT_EQ(Position(), start);
-    // Nothing left to take back: the game starts again.
-    Send("e2e4");
+    // Nothing left to take back: the game starts again, whatever the board held.
     Send("setboard", "K7/8/8/8/8/8/8/7k w - - 0 1");
     App.FenHistory.Clear();
     Send("undo");
     EXPECT_EQ(Position(), start);
 }
 
-TEST_F(XBoardTest, EchoAndCommandLog) {
-    // One file per process, for test runs side by side.
-    const std::filesystem::path log =
-        std::filesystem::temp_directory_path() / ("corvane_xboard_test_" + std::to_string(getpid()) + ".log");
-    std::filesystem::remove(log);
-    App.LogFile = log.c_str();
-    EXPECT_EQ(Send("ping", "5", true), (Lines{"# XBoard_Command: ping\t5", "pong 5"}));
-    Send("bogus", "a b");
-    nuvobase::clsString text;
-    text.LoadFromFile(log.c_str());
-    EXPECT_EQ(std::string(text.Text()), "ping\t5bogus\ta b");
-    std::filesystem::remove(log);
-}
-
-TEST_F(XBoardTest, PlainReplies) {
-    EXPECT_EQ(Send("name", "Opponent"), Lines{"Vesko"});
-    EXPECT_EQ(Send("rating", "2100 1500"), Lines{"1350 1350"});
-    EXPECT_EQ(Send("computer"), Lines{"# hello my peer!"});
-    EXPECT_EQ(Send("ping", "abc def"), Lines{"pong abc def"});
-    for (const char* ignored : {"draw", "edit", "hint", "remove", "analyze", "variant", "accepted"})
-        EXPECT_EQ(Send(ignored, "x"), Lines{}) << ignored;
+// The replies are checked by the end-to-end XBoard test; these commands set the application's flags.
+TEST_F(XBoardTest, FlagCommands) {
     Send("ics", "chess.example.org");
     EXPECT_EQ(std::string(App.IcsHost.Text()), "chess.example.org");
     Send("hard");
@@ -192,7 +141,6 @@ TEST_F(XBoardTest, PlainReplies) {
     EXPECT_TRUE(App.Post);
     Send("nopost");
     EXPECT_FALSE(App.Post);
-    EXPECT_EQ(Send("frobnicate", "x"), Lines{"Error (unknown command): frobnicate"});
 }
 
 TEST_F(XBoardTest, OptionsDepthAndMemory) {
@@ -219,17 +167,12 @@ TEST_F(XBoardTest, OptionsDepthAndMemory) {
 }
 
 TEST_F(XBoardTest, CountingAndBook) {
-    // 20 moves from the start, 400 and 8902 behind them: the long-known figures.
-    Lines lines = Send("perft", "1");
+    const Lines lines = Send("perft", "3 and more");
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back().rfind("Nodes: 20, Time: ", 0), 0u) << lines.back();
-    lines = Send("perft", "3 and more");
-    ASSERT_FALSE(lines.empty());
-    const std::string& summary = lines.back();
     unsigned long long nodes = 0, ms = 0, rate = 0;
-    ASSERT_EQ(std::sscanf(summary.c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate),
-              3)
-        << summary;
+    ASSERT_EQ(
+        std::sscanf(lines.back().c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate), 3)
+        << lines.back();
     EXPECT_EQ(nodes, 8902u);
     EXPECT_EQ(rate, nodes * 1000 / (ms + 1));
     // The position does not change.
