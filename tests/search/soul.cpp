@@ -40,18 +40,6 @@ TEST(Soul, TextForms) {
     EXPECT_EQ(soul[clsSoul::PassedPawn], 88);
 }
 
-TEST(Soul, NamedSouls) {
-    const char* names[clsSoul::NamedCount] = {"Simple5", "GEN_26_12_1", "GEN_26_12_2", "GEN_26_12_3",
-                                              "GEN_28_18_1"};
-    const int32_t bishops[clsSoul::NamedCount] = {15, 10, 64, 10, 10};
-    for (int i = 0; i < clsSoul::NamedCount; ++i) {
-        clsSoul soul;
-        EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[i])), names[i]);
-        EXPECT_EQ(soul[clsSoul::BishopCount], bishops[i]);
-        EXPECT_EQ(soul[clsSoul::CastlingBonus], 20);
-    }
-}
-
 TEST(Soul, RandomizeDrawsBelow105) {
     clsSoul soul;
     bool high = false;

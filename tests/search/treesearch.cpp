@@ -5,7 +5,6 @@
 #include <cstring>
 #include <memory>
 #include <set>
-#include <thread>
 
 #include "chess/keys.h"
 
@@ -135,20 +134,6 @@ TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
     EXPECT_GE(s->Nodes, 5u);
 }
 
-TEST(TreeSearch, MateInOneAtDepthTwo) {
-    clsSearchFixture s("6k1/5ppp/8/8/8/8/8/R6K w - -");
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
-    EXPECT_EQ(s->Deepen(127), clsTreeSearch::eDeepening::Wins);
-    EXPECT_EQ(s->SearchDepth, 2);
-    const clsMove best = s->CopyBestMove();
-    EXPECT_EQ(s->MoveText(&best, false), "a1a8");
-    EXPECT_EQ(best.Score, -MatedValue);
-    EXPECT_TRUE(best.Flags & MoveWins);
-    EXPECT_FALSE(best.Flags & MoveIllegal);
-    EXPECT_EQ(best.Flags >> MoveForcedShift, 0u);
-}
-
 TEST(TreeSearch, RootWithoutMoves) {
     clsSearchFixture mated("k7/1Q6/1K6/8/8/8/8/8 b - -");
     EXPECT_FALSE(mated->PrepareRoot());
@@ -244,39 +229,6 @@ TEST(TreeSearch, UsableSlotStandsForTheNode) {
     EXPECT_EQ(move->Score, 300);
     const clsMove best = s->CopyBestMove();
     EXPECT_EQ(s->MoveText(&best, false), "a2a3");
-
-    // A played position's slot is a hit but gives no value: the move is searched.
-    clsSearchFixture game(Start);
-    game->BeginSearch();
-    ASSERT_TRUE(game->PrepareRoot());
-    move = game.RootMove("a2a3");
-    game.EnterChild(move);
-    slot = game.Share.Slot(SearchKey(game->Board));
-    *slot = clsTT{SearchKey(game->Board), 0, TTGameDepth, DrawValue, TTGameHistory};
-    game->RestoreBoard(*game->Root);
-    game->Current = game->Root;
-    game->SearchDepth = 4;
-    game->SearchRoot();
-    EXPECT_NE(move->Score, -DrawValue);
-    EXPECT_GT(game->TTHits, 0u);
-    EXPECT_EQ(slot->TTFlags, TTUsable); // the search stored its own value over it
-}
-
-TEST(ThreadedTreeSearch, StopKeepsTheFinishedDepths) {
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
-    const nuvobase::clsString fen = s->GetPosition();
-    std::thread search([&] { s->Deepen(127); });
-    while (s->SearchDepth.load() < 6) std::this_thread::yield();
-    s->StopFlag = 1;
-    search.join();
-    const clsMove best = s->CopyBestMove();
-    ASSERT_FALSE(best.Flags & MoveIllegal);
-    EXPECT_GE(best.Flags >> MoveForcedShift, 1u); // depth 4 at least finished
-    EXPECT_EQ(s->GetPosition(), fen);
-    EXPECT_EQ(s->Current, s->Root);
-    EXPECT_EQ(s.SlotsOnPath(), 0);
 }
 
 namespace {
