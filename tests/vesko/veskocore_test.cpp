@@ -7,12 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <fstream>
 #include <map>
 #include <string>
-#include <thread>
 #include <vector>
 
 using namespace nvoChess;
@@ -195,16 +193,14 @@ TEST(VeskoCore, EvaluationTermsAndWeights) {
 
 TEST(VeskoCore, MateInOneEndsTheDeepeningAtDepthTwo) {
     TestBlock engine;
-    engine.SetFen("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1");
-    engine.Search(0);
-    EXPECT_EQ(engine.BestMove(), "a1a8");
-    EXPECT_GE(engine.Block->BestScore, 10000);
-    EXPECT_EQ(engine.Block->Depth, 2);
-    engine.SetFen("r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1");
-    engine.Search(0);
-    EXPECT_EQ(engine.BestMove(), "a8a1");
-    EXPECT_GE(engine.Block->BestScore, 10000);
-    EXPECT_EQ(engine.Block->Depth, 2);
+    for (const auto& [fen, mate] : {std::pair{"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "a1a8"},
+                                    std::pair{"r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", "a8a1"}}) {
+        engine.SetFen(fen);
+        engine.Search(0);
+        EXPECT_EQ(engine.BestMove(), mate);
+        EXPECT_GE(engine.Block->BestScore, 10000);
+        EXPECT_EQ(engine.Block->Depth, 2);
+    }
 }
 
 TEST(VeskoCore, NoLegalMoveLeavesNoBestMove) {
@@ -296,28 +292,4 @@ TEST(VeskoCore, DoublePawnStepAllowsEnPassantInTheNextSearch) {
     EXPECT_EQ(engine.BestMove(), "d4e3");
     ASSERT_TRUE(engine.MakeMove("d4e3"));
     EXPECT_EQ(engine.Fen(), "7k/7P/6K1/8/8/3Pp3/8/8 w - -");
-}
-
-TEST(ThreadedVeskoCore, StopKeepsTheLastFullIteration) {
-    const char* middlegame = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
-    TestBlock engine;
-    engine.SetFen(middlegame);
-    std::thread search([&] { engine.Search(0); });
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (VeskoShared(engine.Block->Depth).load() < 4 && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    VeskoShared(engine.Block->Command).fetch_or(VeskoCommandStop);
-    search.join();
-    const int64_t stoppedIn = engine.Block->Depth;
-    const std::string kept = engine.BestMove();
-    ASSERT_GE(stoppedIn, 4);
-    ASSERT_FALSE(kept.empty());
-
-    // The search is deterministic: a limit that ends before the broken iteration gives
-    // the move of the last finished one.
-    TestBlock reference;
-    reference.SetFen(middlegame);
-    reference.Search(stoppedIn);
-    EXPECT_EQ(reference.Block->Depth, stoppedIn - 2);
-    EXPECT_EQ(reference.BestMove(), kept);
 }
