@@ -19,23 +19,6 @@ std::unique_ptr<nvoChessTest::clsRecordingCore> AfterMoves(std::initializer_list
 
 } // namespace
 
-TEST(ChessBoard, StartPosition) {
-    const auto core = CoreAt("");
-    const clsBoard& b = core->Board;
-    EXPECT_EQ(b.Material, 0);
-    EXPECT_EQ(b.PieceCount[0], 8);
-    EXPECT_EQ(b.PieceCount[1], 8);
-    EXPECT_EQ(b.PawnCount[0], 8);
-    EXPECT_EQ(b.PawnCount[1], 8);
-    EXPECT_EQ(b.CastleRights, 0x8900000000000089ULL);
-    EXPECT_EQ(b.Occupied, 0xFFFF00000000FFFFULL);
-    EXPECT_EQ(b.Mine, 0xFFFFULL);
-    EXPECT_EQ(b.SideToMove, 0);
-    EXPECT_EQ(b.Kings, 0x0800000000000008ULL);
-    EXPECT_EQ(b.Word(PieceQueen), b.Queens);
-    EXPECT_EQ(b.Word(10), b.Occupied);
-}
-
 TEST(ChessBoard, CountsAndMaterial) {
     const auto bare = CoreAt("8/8/8/8/8/8/8/K6k w - -");
     EXPECT_EQ(bare->Board.PieceCount[0], 1);

@@ -3,7 +3,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "chess/bits.h"
 #include "chesstest.h"
 
 using namespace nvoChess;
@@ -63,16 +62,6 @@ TEST(ChessPerft, FullWalkAgreesWithTheShortcuts) {
         core->PerftShortcuts = false;
         EXPECT_EQ(core->Perft(c.Depth, false), c.Count) << c.Fen << " depth " << c.Depth;
     }
-}
-
-TEST(ChessPerft, PopCountPathsAgree) {
-    const char* fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
-    const bool processor = UsePopCount;
-    UsePopCount = false;
-    const uint64_t plain = CoreAt(fen)->Perft(3, false);
-    UsePopCount = processor;
-    EXPECT_EQ(plain, 97862u);
-    EXPECT_EQ(CoreAt(fen)->Perft(3, false), plain);
 }
 
 TEST(ChessPerft, DivideLinesAddUp) {
