@@ -18,14 +18,6 @@ constexpr size_t BoardLines = 10;
 
 using ConsoleTest = XBoardTest;
 
-TEST_F(ConsoleTest, UnknownWords) {
-    EXPECT_EQ(App.HandleConsole(clsString(), clsString()), 0);
-    EXPECT_EQ(Written(), Lines{"Error (unknown command): "});
-    // Words of the console that arrive later are unknown until then.
-    EXPECT_EQ(Send("\\epd", "1 x.epd"), Lines{"Error (unknown command): \\epd"});
-    EXPECT_EQ(Result, 0);
-}
-
 TEST_F(ConsoleTest, MovesGoStraightToTheBoard) {
     const clsString published = App.GetFen();
     const Lines shown = Send("\\moves", "e2:e4");

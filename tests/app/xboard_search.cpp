@@ -40,13 +40,6 @@ TEST_F(ThreadedXBoard, MoveNowKeepsTheMove) {
     EXPECT_EQ(App.State, clsChessApplication::StateEngineWhite);
 }
 
-TEST_F(ThreadedXBoard, PingWaitsForTheMove) {
-    Think();
-    EXPECT_EQ(Send("ping", "9"), Lines{});
-    EXPECT_EQ(std::string(App.PendingPing.Text()), "9");
-    EXPECT_TRUE(App.Engine->IsRunning());
-}
-
 TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
     // Each of these ends the search, and its move would belong to another game or side.
     for (const char* command : {"new", "force", "stop", "white", "black", "undo", "result", "setboard"}) {

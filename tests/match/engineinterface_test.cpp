@@ -158,15 +158,3 @@ TEST(EngineInterface, PrintBoardWritesRanksSideAndFen) {
                                "info string white [" +
                                    std::string(StartFen) + "]\ninfo string \n");
 }
-
-TEST(EngineInterface, SetOptionAddsOrReplaces) {
-    RecordingEngine engine;
-    EXPECT_TRUE(engine.SetOption("Hash", "16"));
-    EXPECT_TRUE(engine.SetOption("soul", "simple5"));
-    EXPECT_TRUE(engine.SetOption("HASH", "32"));
-    EXPECT_STREQ(engine.Options.GetName(0).Text(), "Hash");
-    EXPECT_STREQ(engine.Options.GetName(1).Text(), "soul");
-    EXPECT_TRUE(engine.Options.GetName(2).IsEmpty());
-    EXPECT_STREQ(engine.Options.GetValue("hash").Text(), "32");
-    EXPECT_STREQ(engine.Options.GetValue("Soul").Text(), "simple5");
-}

@@ -74,33 +74,33 @@ TEST(EngineShare, AllocationFailureHalves) {
     EXPECT_EQ(none.Slot(99), nullptr);
 }
 
-TEST(EngineShare, ProbeTakesOverAForeignSlot) {
+TEST(EngineShare, ProbeRules) {
+    // A foreign key takes the slot over: a miss, the flags stay as they were.
     clsTT slot = Slot(1, 9, 300, TTUsable | TTOnPath);
     EXPECT_EQ(ProbeTT(slot, 2, 1), eProbe::Miss);
     EXPECT_EQ(slot.TTKey, 2u);
     EXPECT_EQ(slot.TTSpare, 0u);
     EXPECT_EQ(slot.TTDepth, -1);
     EXPECT_EQ(slot.TTValue, -15000);
-    EXPECT_EQ(slot.TTFlags, TTUsable | TTOnPath); // the flags stay as they were
-}
+    EXPECT_EQ(slot.TTFlags, TTUsable | TTOnPath);
 
-TEST(EngineShare, ProbeUsesOnlyDeepEnoughStoredValues) {
-    clsTT stored = Slot(5, 4, 120, TTUsable);
-    EXPECT_EQ(ProbeTT(stored, 5, 4), eProbe::Usable);
-    EXPECT_EQ(ProbeTT(stored, 5, 3), eProbe::Usable);
-    EXPECT_EQ(ProbeTT(stored, 5, 6), eProbe::Hit); // too shallow
-    EXPECT_EQ(stored.TTValue, 120);
-    EXPECT_EQ(stored.TTSpare, 77u);
-
-    clsTT old = Slot(5, 4, 120, TTUsableOld);
-    EXPECT_EQ(ProbeTT(old, 5, 2), eProbe::Usable);
-    clsTT unflagged = Slot(5, 4, 120, TTOnPath);
-    EXPECT_EQ(ProbeTT(unflagged, 5, 2), eProbe::Hit);
-
-    // A played position counts as a hit and never gives its value.
-    clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
-    EXPECT_EQ(ProbeTT(game, 5, 2), eProbe::Hit);
-    EXPECT_EQ(game.TTFlags, TTGameHistory);
+    // Only stored values deep enough are used; a played position counts as a hit and never gives its value.
+    const struct {
+        int32_t StoredDepth;
+        uint32_t Flags;
+        int32_t Depth;
+        eProbe Probe;
+    } rows[] = {{4, TTUsable, 4, eProbe::Usable}, {4, TTUsable, 3, eProbe::Usable},
+                {4, TTUsable, 6, eProbe::Hit},    {4, TTUsableOld, 2, eProbe::Usable},
+                {4, TTOnPath, 2, eProbe::Hit},    {TTGameDepth, TTGameHistory, 2, eProbe::Hit}};
+    for (const auto& row : rows) {
+        clsTT stored = Slot(5, row.StoredDepth, 120, row.Flags);
+        EXPECT_EQ(ProbeTT(stored, 5, row.Depth), row.Probe)
+            << row.StoredDepth << " " << row.Flags << " " << row.Depth;
+        EXPECT_EQ(stored.TTValue, 120);
+        EXPECT_EQ(stored.TTSpare, 77u);
+        EXPECT_EQ(stored.TTFlags, row.Flags);
+    }
 }
 
 TEST(EngineShare, StoreRules) {

@@ -175,11 +175,3 @@ TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
     SearchTo(engine, 4);
     EXPECT_FALSE(BestMove(engine).empty());
 }
-
-TEST(ThreadedEngineVesko, MateAtTheRootLeavesThePosition) {
-    clsEngineVesko engine("Vesko", nullptr);
-    ASSERT_TRUE(engine.SetPosition("6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"));
-    SearchTo(engine, 6);
-    EXPECT_EQ(BestMove(engine), "a1a8");
-    EXPECT_STREQ(engine.GetPosition().Text(), "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - -");
-}
