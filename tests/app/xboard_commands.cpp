@@ -13,29 +13,8 @@ using Lines = std::vector<std::string>;
 
 const std::string AfterE2E4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b";
 
-// The replies to time and otim are checked by the end-to-end XBoard test.
-TEST_F(XBoardTest, LevelAndNewSetTheClocks) {
-    EXPECT_EQ(Send("level", "40 5 0"), Lines{});
-    EXPECT_EQ(App.MovesPerControl, 40);
-    EXPECT_EQ(App.BaseTimeMs, 300000);
-    EXPECT_EQ(App.IncrementMs, 0);
-    EXPECT_EQ(App.EngineTimeMs, 300000);
-    EXPECT_EQ(App.OpponentTimeMs, 300000);
-
-    Send("level", "0 0:30 1");
-    EXPECT_EQ(App.MovesPerControl, 0);
-    EXPECT_EQ(App.BaseTimeMs, 30000);
-    EXPECT_EQ(App.IncrementMs, 1000);
-
-    // new restores the clocks but keeps the control.
-    App.InitialTimeMs = 123000;
-    EXPECT_EQ(Send("new").size(), 1u); // the banner
-    EXPECT_EQ(App.EngineTimeMs, 123000);
-    EXPECT_EQ(App.OpponentTimeMs, 123000);
-    EXPECT_EQ(App.BaseTimeMs, 30000);
-    EXPECT_EQ(App.IncrementMs, 1000);
-}
-
+// What level, time, otim and new do to the clocks is checked by the end-to-end XBoard test through the
+// allowance each search states.
 TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
     const int64_t yearMs = int64_t(366) * 24 * 3600 * 1000;
     for (const char* level :
@@ -127,20 +106,6 @@ TEST_F(XBoardTest, UserMovesAndUndo) {
     App.FenHistory.Clear();
     Send("undo");
     EXPECT_EQ(Position(), start);
-}
-
-// The replies are checked by the end-to-end XBoard test; these commands set the application's flags.
-TEST_F(XBoardTest, FlagCommands) {
-    Send("ics", "chess.example.org");
-    EXPECT_EQ(std::string(App.IcsHost.Text()), "chess.example.org");
-    Send("hard");
-    EXPECT_TRUE(App.Ponder);
-    Send("easy");
-    EXPECT_FALSE(App.Ponder);
-    Send("post");
-    EXPECT_TRUE(App.Post);
-    Send("nopost");
-    EXPECT_FALSE(App.Post);
 }
 
 TEST_F(XBoardTest, OptionsDepthAndMemory) {
