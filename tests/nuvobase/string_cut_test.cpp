@@ -5,42 +5,34 @@
 #include <vector>
 
 #include "nuvobase/clsstring.h"
+#include "rows.h"
 
 using nuvobase::clsString;
+using nuvobase_test::Bytes;
 
-static std::string Bytes(const clsString& s) {
-    return std::string(s.Text(), size_t(s.Size()));
-}
-
-TEST(StringCut, Substrings) {
-    clsString s("hello");
-    EXPECT_EQ(Bytes(s.Left(2)), "he");
-    EXPECT_EQ(Bytes(s.Left(10)), "hello");
-    EXPECT_EQ(Bytes(s.Left(0)), "");
-    EXPECT_EQ(Bytes(s.Left(-1)), "");
-    EXPECT_EQ(Bytes(s.Right(3)), "llo");
-    EXPECT_EQ(Bytes(s.Right(5)), "hello");
-    EXPECT_EQ(Bytes(s.Right(6)), ""); // beyond the length: nothing
-    EXPECT_EQ(Bytes(s.Right(0)), "");
-    EXPECT_EQ(Bytes(s.Mid(1, 3)), "ell");
-    EXPECT_EQ(Bytes(s.Mid(1, -1)), "ello");
-    EXPECT_EQ(Bytes(s.Mid(3, 10)), "lo");
-    EXPECT_EQ(Bytes(s.Mid(5, 1)), ""); // a start equal to the length
-    EXPECT_EQ(Bytes(s.Mid(-1, 2)), "");
-    EXPECT_EQ(Bytes(s.From(2)), "llo");
-    EXPECT_EQ(Bytes(s.From(9)), "");
-    EXPECT_EQ(Bytes(clsString().Mid(0, 3)), "");
-}
-
-TEST(StringCut, AroundCharacters) {
-    clsString pair("key=value=x");
-    EXPECT_EQ(Bytes(pair.BeforeChar('=')), "key");
-    EXPECT_EQ(Bytes(pair.BeforeChar('#')), "key=value=x");
-    EXPECT_EQ(Bytes(pair.BeforeChar('k')), "");
-    EXPECT_EQ(Bytes(pair.AfterChar('=')), "value=x");
-    EXPECT_EQ(Bytes(pair.AfterChar('#')), "");
-    EXPECT_EQ(Bytes(pair.AfterLastChar('=')), "x");
-    EXPECT_EQ(Bytes(pair.AfterLastChar('#')), "key=value=x");
+TEST(StringCut, SubstringsAndTrimming) {
+    const clsString s("hello"), pair("key=value=x");
+    nuvobase_test::CheckRows<std::string>(
+        {TEXT(s.Left(10), "hello"), TEXT(s.Left(-1), ""), TEXT(s.Right(3), "llo"), TEXT(s.Right(5), "hello"),
+         TEXT(s.Right(6), ""), // beyond the length: nothing
+         TEXT(s.Mid(1, 3), "ell"), TEXT(s.Mid(1, -1), "ello"), TEXT(s.Mid(3, 10), "lo"),
+         TEXT(s.Mid(5, 1), ""), TEXT(s.Mid(-1, 2), ""), TEXT(s.From(9), ""), TEXT(clsString().Mid(0, 3), ""),
+         TEXT(pair.BeforeChar('='), "key"), TEXT(pair.BeforeChar('#'), "key=value=x"),
+         TEXT(pair.BeforeChar('k'), ""), TEXT(pair.AfterChar('='), "value=x"), TEXT(pair.AfterChar('#'), ""),
+         TEXT(pair.AfterLastChar('='), "x"), TEXT(pair.AfterLastChar('#'), "key=value=x"),
+         TEXT(clsString(s).Delete(1, 2), "hlo"), TEXT(clsString(s).Delete(3, 100), "hel"),
+         TEXT(clsString(s).Delete(5, 1), "hello"), TEXT(clsString(s).Delete(-1, 1), "hello"),
+         TEXT(clsString(s).Delete(1, -1), "hello"), TEXT(clsString(s).RemoveChar('l'), "heo"),
+         TEXT(clsString("  ab  ").Trim(), "ab"), TEXT(clsString("  ab  ").Trim(' ', false), "ab  "),
+         TEXT(clsString("  ab  ").Trim(' ', false, true), "  ab"),
+         TEXT(clsString("xxabxx").TrimRight('x'), "xxab"), TEXT(clsString("    ").Trim(), ""),
+         TEXT(clsString("\xEF\xBB\xBFtext").StripUtf8Bom(), "text"),
+         TEXT(clsString("\xEF\xBB").StripUtf8Bom(), "\xEF\xBB"),
+         // Each run of blanks outside quotes becomes one space; trailing ones go, an open quote runs to the
+         // end.
+         TEXT(clsString("a  \r\n b 'c   d' \"e  f\"  ").Squeeze(), "a b 'c   d' \"e  f\""),
+         TEXT(clsString("\n\n a").Squeeze(), " a"), TEXT(clsString("'a\n  b").Squeeze(), "'a\n  b"),
+         TEXT(clsString(" \r\n ").Squeeze(), "")});
 
     clsString tags("x[a]y[bc]");
     int position = 0;
@@ -60,39 +52,14 @@ TEST(StringCut, AroundCharacters) {
     EXPECT_EQ(dotted.CutLast('#', true), 0);
 }
 
-TEST(StringCut, DeleteRemoveTrim) {
-    clsString s("hello");
-    EXPECT_EQ(Bytes(clsString(s).Delete(1, 2)), "hlo");
-    EXPECT_EQ(Bytes(clsString(s).Delete(3, 100)), "hel");
-    EXPECT_EQ(Bytes(clsString(s).Delete(5, 1)), "hello");
-    EXPECT_EQ(Bytes(clsString(s).Delete(-1, 1)), "hello");
-    EXPECT_EQ(Bytes(clsString(s).Delete(1, -1)), "hello");
-    EXPECT_EQ(Bytes(clsString(s).DeleteLeft(2)), "llo");
-    EXPECT_EQ(Bytes(clsString(s).RemoveChar('l')), "heo");
-
-    EXPECT_EQ(Bytes(clsString("  ab  ").Trim()), "ab");
-    EXPECT_EQ(Bytes(clsString("  ab  ").Trim(' ', false)), "ab  ");
-    EXPECT_EQ(Bytes(clsString("  ab  ").Trim(' ', false, true)), "  ab");
-    EXPECT_EQ(Bytes(clsString("xxabxx").TrimRight('x')), "xxab");
-    EXPECT_EQ(Bytes(clsString("    ").Trim()), "");
-    EXPECT_EQ(Bytes(clsString("\xEF\xBB\xBFtext").StripUtf8Bom()), "text");
-    EXPECT_EQ(Bytes(clsString("\xEF\xBB").StripUtf8Bom()), "\xEF\xBB");
-}
-
-TEST(StringCut, Squeeze) {
-    EXPECT_EQ(Bytes(clsString("a  \r\n b 'c   d' \"e  f\"  ").Squeeze()), "a b 'c   d' \"e  f\"");
-    EXPECT_EQ(Bytes(clsString("\n\n a").Squeeze()), " a");       // a leading run stays as one space
-    EXPECT_EQ(Bytes(clsString("'a\n  b").Squeeze()), "'a\n  b"); // an open quote runs to the end
-    EXPECT_EQ(Bytes(clsString(" \r\n ").Squeeze()), "");
-}
-
 TEST(StringCut, ReplaceAll) {
-    EXPECT_EQ(Bytes(clsString("aaaa").ReplaceAll("aa", "a")), "aa");
-    EXPECT_EQ(Bytes(clsString("Hello hello").ReplaceAll("HELLO", "bye")), "bye bye");
-    EXPECT_EQ(Bytes(clsString("abc").ReplaceAll("x", "yy")), "abc");
-    EXPECT_EQ(Bytes(clsString("abc").ReplaceAll("", "yy")), "abc");
-    EXPECT_EQ(Bytes(clsString("a-b-c").ReplaceAll("-", nullptr)), "abc");
-    EXPECT_EQ(Bytes(clsString().ReplaceAll("a", "b")), "");
+    nuvobase_test::CheckRows<std::string>(
+        {TEXT(clsString("aaaa").ReplaceAll("aa", "a"), "aa"),
+         TEXT(clsString("Hello hello").ReplaceAll("HELLO", "bye"), "bye bye"),
+         TEXT(clsString("abc").ReplaceAll("x", "yy"), "abc"),
+         TEXT(clsString("abc").ReplaceAll("", "yy"), "abc"),
+         TEXT(clsString("a-b-c").ReplaceAll("-", nullptr), "abc"),
+         TEXT(clsString().ReplaceAll("a", "b"), "")});
 
     clsString grown("a-b-c");
     grown.ReplaceAll("-", "--");
@@ -109,32 +76,28 @@ TEST(StringCut, ReplaceAll) {
     EXPECT_EQ(Bytes(self), "XX");
 }
 
-// Collects the words NextWord returns, with the position after each.
-static std::vector<std::pair<std::string, int>> Words(const char* text, char separator, bool quoted,
-                                                      bool skipEmpty) {
-    std::vector<std::pair<std::string, int>> words;
-    clsString s(text);
-    int position = 0;
-    while (position >= 0) {
-        clsString word = s.NextWord(separator, position, quoted, skipEmpty);
-        words.emplace_back(Bytes(word), position);
-    }
-    return words;
-}
-
 TEST(StringCut, NextWord) {
+    // The words NextWord returns, each with the position after it.
     using List = std::vector<std::pair<std::string, int>>;
-    EXPECT_EQ(Words("a b  c ", ' ', false, false), (List{{"a", 2}, {"b", 4}, {"", 5}, {"c", -1}}));
-    EXPECT_EQ(Words("a b  c ", ' ', false, true), (List{{"a", 2}, {"b", 4}, {"c", -1}}));
-    EXPECT_EQ(Words("x 'a b' \"c d\" e", ' ', true, false),
+    auto words = [](const char* text, char separator, bool quoted, bool skipEmpty) {
+        List words;
+        clsString s(text);
+        for (int position = 0; position >= 0;) {
+            clsString word = s.NextWord(separator, position, quoted, skipEmpty);
+            words.emplace_back(Bytes(word), position);
+        }
+        return words;
+    };
+    EXPECT_EQ(words("a b  c ", ' ', false, false), (List{{"a", 2}, {"b", 4}, {"", 5}, {"c", -1}}));
+    EXPECT_EQ(words("a b  c ", ' ', false, true), (List{{"a", 2}, {"b", 4}, {"c", -1}}));
+    EXPECT_EQ(words("x 'a b' \"c d\" e", ' ', true, false),
               (List{{"x", 2}, {"'a b'", 8}, {"\"c d\"", 14}, {"e", -1}}));
-    EXPECT_EQ(Words("x 'a b'", ' ', false, false), (List{{"x", 2}, {"'a", 5}, {"b'", -1}}));
-    EXPECT_EQ(Words("it\"s x", ' ', true, false), (List{{"it\"s", 5}, {"x", -1}}));
-    EXPECT_EQ(Words(",,", ',', false, true), (List{{"", -1}}));
-    EXPECT_EQ(Words("", ',', false, false), (List{{"", -1}}));
+    EXPECT_EQ(words("x 'a b'", ' ', false, false), (List{{"x", 2}, {"'a", 5}, {"b'", -1}}));
+    EXPECT_EQ(words("it\"s x", ' ', true, false), (List{{"it\"s", 5}, {"x", -1}}));
+    EXPECT_EQ(words(",,", ',', false, true), (List{{"", -1}}));
+    EXPECT_EQ(words("", ',', false, false), (List{{"", -1}}));
 
-    clsString s("abc");
     int position = 7;
-    EXPECT_EQ(Bytes(s.NextWord(' ', position)), "");
+    EXPECT_EQ(Bytes(clsString("abc").NextWord(' ', position)), "");
     EXPECT_EQ(position, -1);
 }
