@@ -22,7 +22,6 @@ struct Tracked {
 
 TEST(PCollection, GrowsByAQuarterPlusOne) {
     clsPCollection<int> list(false); // the values live on the stack
-    EXPECT_EQ(list.Items, nullptr);
     EXPECT_EQ(list.At(0), nullptr);
     int values[20];
     std::vector<int> capacities;
@@ -30,39 +29,26 @@ TEST(PCollection, GrowsByAQuarterPlusOne) {
         EXPECT_EQ(list.Add(&values[i]), i);
         if (capacities.empty() || capacities.back() != list.Capacity) capacities.push_back(list.Capacity);
     }
-    // 1, then c*5/4+1 each time the array is full: 2, 3, 4, 6, 8, 11, 14, 18, 23.
+    // 1, then c*5/4+1 each time the array is full.
     EXPECT_EQ(capacities, (std::vector<int>{1, 2, 3, 4, 6, 8, 11, 14, 18, 23}));
     EXPECT_EQ(list.At(19), &values[19]);
     EXPECT_EQ(list.At(20), nullptr);
     EXPECT_EQ(list.At(-1), nullptr);
+
+    EXPECT_FALSE(list.Resize(19)); // below Count
+    EXPECT_TRUE(list.Resize(20));  // not above Capacity: nothing to do
+    EXPECT_EQ(list.Capacity, 23);
+    EXPECT_TRUE(list.Resize(30));
+    EXPECT_EQ(list.Capacity, 30);
+    EXPECT_EQ(list.At(19), &values[19]);
+    EXPECT_EQ(list.Items[20], nullptr);
 }
 
-TEST(PCollection, ResizeRules) {
-    clsPCollection<int> list(false);
-    int a = 1, b = 2, c = 3;
-    list.Add(&a);
-    list.Add(&b);
-    list.Add(&c);
-    EXPECT_EQ(list.Capacity, 3);
-    EXPECT_FALSE(list.Resize(2)); // below Count
-    EXPECT_TRUE(list.Resize(3));  // not above Capacity: nothing to do
-    EXPECT_EQ(list.Capacity, 3);
-    EXPECT_TRUE(list.Resize(10));
-    EXPECT_EQ(list.Capacity, 10);
-    EXPECT_EQ(list.Count, 3);
-    EXPECT_EQ(*list.At(2), 3);
-    EXPECT_EQ(list.Items[3], nullptr);
-}
-
-TEST(PCollection, DeleteClosesTheGapAndDropsTrailingNulls) {
+TEST(PCollection, DeleteClearAndCopyFollowOwnership) {
     Tracked::Alive = 0;
     {
         clsPCollection<Tracked> list;
-        list.Add(new Tracked(0));
-        list.Add(new Tracked(1));
-        list.Add(nullptr);
-        list.Add(nullptr);
-        list.Add(new Tracked(4));
+        for (int id : {0, 1, -1, -1, 4}) list.Add(id < 0 ? nullptr : new Tracked(id));
         EXPECT_FALSE(list.Delete(5));
         EXPECT_FALSE(list.Delete(-1));
         EXPECT_TRUE(list.Delete(0));
@@ -74,42 +60,35 @@ TEST(PCollection, DeleteClosesTheGapAndDropsTrailingNulls) {
         EXPECT_EQ(list.Count, 1);
         EXPECT_EQ(Tracked::Alive, 1);
 
+        // An owner's copy copies the elements; a list that does not own them shares the pointers.
+        {
+            clsPCollection<Tracked> copy(list);
+            EXPECT_NE(copy.At(0), list.At(0));
+            EXPECT_EQ(copy.At(0)->Id, 1);
+            EXPECT_EQ(Tracked::Alive, 2);
+        }
+        EXPECT_EQ(Tracked::Alive, 1);
+        clsPCollection<Tracked> view(false);
+        view.Add(list.At(0));
+        clsPCollection<Tracked> viewCopy;
+        viewCopy = view;
+        EXPECT_EQ(viewCopy.At(0), list.At(0));
+        EXPECT_FALSE(viewCopy.Owner);
+
         list.Clear(true);
         EXPECT_EQ(Tracked::Alive, 0);
         EXPECT_NE(list.Items, nullptr);
-        EXPECT_EQ(list.Count, 0);
         list.Add(new Tracked(7));
         list.Clear();
         EXPECT_EQ(list.Items, nullptr);
-        EXPECT_EQ(list.Capacity, 0);
     }
     EXPECT_EQ(Tracked::Alive, 0);
 }
 
-TEST(PCollection, CopiesOwnedElementsAndSharesOthers) {
-    Tracked::Alive = 0;
-    clsPCollection<Tracked> owner;
-    owner.Add(new Tracked(1));
-    {
-        clsPCollection<Tracked> copy(owner);
-        EXPECT_NE(copy.At(0), owner.At(0));
-        EXPECT_EQ(copy.At(0)->Id, 1);
-        EXPECT_EQ(Tracked::Alive, 2);
-    }
-    EXPECT_EQ(Tracked::Alive, 1);
-    clsPCollection<Tracked> view(false);
-    view.Add(owner.At(0));
-    clsPCollection<Tracked> viewCopy;
-    viewCopy = view;
-    EXPECT_EQ(viewCopy.At(0), owner.At(0));
-    EXPECT_FALSE(viewCopy.Owner);
-}
-
 TEST(CList, AddCopiesAndGetAtReturnsValues) {
     clsCStrings texts;
-    EXPECT_EQ(texts.Add(clsString("x"), 0), -1);
+    EXPECT_EQ(texts.Add("x", 0), -1);
     EXPECT_EQ(texts.Add("x", -3), -1);
-    EXPECT_EQ(texts.Count, 0);
     EXPECT_EQ(texts.Add("a"), 0);
     EXPECT_EQ(texts.Add("b", 3), 1);
     EXPECT_EQ(texts.Count, 4);
@@ -117,20 +96,13 @@ TEST(CList, AddCopiesAndGetAtReturnsValues) {
     EXPECT_TRUE(texts.GetAt(3) == "b");
     EXPECT_TRUE(texts.GetAt(4).IsEmpty());
     EXPECT_TRUE(texts.GetAt(-1).IsEmpty());
-    EXPECT_TRUE(texts.Delete(0));
-    EXPECT_TRUE(texts.GetAt(0) == "b");
 
     clsCInts numbers;
     EXPECT_EQ(numbers.Add(0), 0); // the value 0, not a null pointer
-    EXPECT_EQ(numbers.Add(-7, 2), 1);
-    EXPECT_EQ(numbers.GetAt(2), -7);
-    EXPECT_EQ(numbers.GetAt(3), 0);
     numbers.Add(static_cast<int*>(nullptr));
-    EXPECT_EQ(numbers.GetAt(3), 0);
-
-    clsC<uint64_t> wide;
-    wide.Add(UINT64_MAX);
-    EXPECT_EQ(wide.GetAt(0), UINT64_MAX);
+    numbers.Add(-7);
+    EXPECT_EQ(numbers.GetAt(1), 0);
+    EXPECT_EQ(numbers.GetAt(2), -7);
 }
 
 TEST(CList, SetTextCutsAndGetTextJoins) {
@@ -138,9 +110,8 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
     texts.Add("old");
     texts.SetText(clsString(" a , b,,c "), ',', false);
     EXPECT_EQ(texts.Count, 4);
-    EXPECT_TRUE(texts.GetAt(0) == " a ");
-    EXPECT_TRUE(texts.GetAt(2).IsEmpty());
-    EXPECT_TRUE(texts.GetAt(3) == "c ");
+    EXPECT_TRUE(texts.GetAt(0).Compare(" a ", clsString::CompareExact));
+    EXPECT_TRUE(texts.GetAt(3).Compare("c ", clsString::CompareExact));
     texts.SetText(clsString(" a , b,,c "), ',', true);
     EXPECT_TRUE(texts.GetText("|") == "a|b||c");
     texts.SetText(clsString("a,"), ',', false); // the last piece ends at the end of the text
@@ -152,7 +123,6 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
     texts.SetText(clsString("a;b;it's;d"), ';', false);
     EXPECT_TRUE(texts.GetText(", ", false, 1, 2) == "b, it's");
     EXPECT_TRUE(texts.GetText(",", true, 2, 99) == "'it''s','d'");
-    EXPECT_TRUE(texts.GetText(",", false, 3, -1) == "d");
     EXPECT_TRUE(texts.GetText(",", false, 5, -1).IsEmpty());
     texts.Add(static_cast<clsString*>(nullptr));
     texts.Add("e");
@@ -160,9 +130,6 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
 
     clsCInts numbers;
     numbers.SetText(clsString("1, 22,x,-4"), ',', true);
-    EXPECT_EQ(numbers.Count, 4);
-    EXPECT_EQ(numbers.GetAt(1), 22);
-    EXPECT_EQ(numbers.GetAt(2), 0);
     EXPECT_TRUE(numbers.GetText(" ") == "1 22 0 -4");
     clsC<uint64_t> wide;
     wide.SetText(clsString("0x10,18446744073709551615"), ',', false);
