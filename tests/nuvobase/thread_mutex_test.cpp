@@ -11,33 +11,24 @@
 using namespace nuvobase;
 using nuvobase_test::Eventually;
 
-TEST(Mutex, SecondLockByHolderFailsAndSkipsItsSection) {
+TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
     clsMutex mutex;
     ASSERT_TRUE(mutex.Ready);
-    int sections = 0;
-    int secondLock = 0;
+    int sections = 0, secondLock = 0, fromOther = 0;
     if (mutex.Lock() == 0) {
         ++sections;
-        if ((secondLock = mutex.Lock()) == 0) {
+        if ((secondLock = mutex.Lock()) == 0) { // refused, so its section is skipped
             ++sections;
             mutex.Unlock();
         }
         EXPECT_NE(mutex.TryLock(), 0);
+        std::thread([&] { fromOther = mutex.TryLock(); }).join();
         mutex.Unlock();
     }
     EXPECT_EQ(sections, 1);
     EXPECT_EQ(secondLock, EDEADLK);
-}
-
-TEST(ThreadedMutex, HolderHoldsOnceAndOthersWait) {
-    clsMutex mutex;
-    ASSERT_EQ(mutex.Lock(), 0);
-    EXPECT_NE(mutex.Lock(), 0); // refused, not counted as a second hold
-    int fromOther = 0;
-    std::thread([&] { fromOther = mutex.TryLock(); }).join();
     EXPECT_EQ(fromOther, EBUSY);
     // One Unlock frees it: the refused second Lock left nothing to undo.
-    mutex.Unlock();
     std::thread([&] {
         fromOther = mutex.TryLock();
         if (fromOther == 0) mutex.Unlock();

@@ -9,53 +9,37 @@
 using namespace nuvobase;
 
 namespace {
-// Lets the tests see whether the list was ever created.
-class clsVisibleQueue : public clsProtectedStrings {
+// Lets the tests see whether the value was ever created.
+template <class Base> class clsVisible : public Base {
 public:
-    bool HasList() const { return Data != nullptr; }
-};
-class clsVisibleString : public clsProtectedString {
-public:
-    bool HasText() const { return Data != nullptr; }
+    bool Created() const { return this->Data != nullptr; }
 };
 } // namespace
 
 TEST(ProtectedStrings, LinesLeaveInArrivalOrder) {
-    clsVisibleQueue queue;
+    clsVisible<clsProtectedStrings> queue;
     EXPECT_TRUE(queue.Pop().IsEmpty());
     EXPECT_EQ(queue.Count(), 0);
-    EXPECT_FALSE(queue.HasList()); // a Pop on a queue never pushed to creates nothing
+    EXPECT_FALSE(queue.Created()); // a Pop on a queue never pushed to creates nothing
 
-    queue.Push("first");
+    clsString text("first");
+    queue.Push(text);
+    text.Assign("changed"); // the queue keeps its own copy
     queue.Push("");
     queue.Push("third");
-    EXPECT_TRUE(queue.HasList());
     EXPECT_EQ(queue.Count(), 3);
     EXPECT_EQ(clsString("first"), queue.Pop());
     EXPECT_TRUE(queue.Pop().IsEmpty()); // a pushed empty line is a line too
     queue.Push("fourth");
     EXPECT_EQ(clsString("third"), queue.Pop());
     EXPECT_EQ(clsString("fourth"), queue.Pop());
-    EXPECT_TRUE(queue.Pop().IsEmpty());
     EXPECT_EQ(queue.Count(), 0);
-}
 
-TEST(ProtectedStrings, PushKeepsItsOwnCopy) {
-    clsProtectedStrings queue;
-    clsString text("original");
-    queue.Push(text);
-    text.Assign("changed");
-    EXPECT_EQ(clsString("original"), queue.Pop());
-}
-
-TEST(ProtectedString, GetAndSet) {
-    clsVisibleString text;
-    EXPECT_TRUE(text.Get().IsEmpty());
-    EXPECT_FALSE(text.HasText());
-    EXPECT_TRUE(text.Set("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"));
-    EXPECT_EQ(clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"), text.Get());
-    EXPECT_TRUE(text.Set("8/8/8/8/8/8/8/8 w - - 0 1"));
-    EXPECT_EQ(clsString("8/8/8/8/8/8/8/8 w - - 0 1"), text.Get());
+    clsVisible<clsProtectedString> fen;
+    EXPECT_TRUE(fen.Get().IsEmpty());
+    EXPECT_FALSE(fen.Created());
+    EXPECT_TRUE(fen.Set("8/8/8/8/8/8/8/8 w - - 0 1"));
+    EXPECT_EQ(clsString("8/8/8/8/8/8/8/8 w - - 0 1"), fen.Get());
 }
 
 TEST(ThreadedProtectedStrings, ProducersAndAConsumer) {

@@ -37,57 +37,6 @@ public:
     std::atomic<bool> Entered{false}, Release{false}, Finished{false}, OnExitOnOwnThread{false};
 };
 
-} // namespace
-
-TEST(ThreadedThread, StartTwiceCreatesOneThread) {
-    clsProbe probe;
-    EXPECT_FALSE(probe.IsRunning());
-    EXPECT_TRUE(probe.Start());
-    EXPECT_TRUE(probe.Start());
-    EXPECT_EQ(probe.GetState(), 1);
-    ASSERT_TRUE(Eventually([&] { return probe.Entered.load(); }));
-    probe.Release = true;
-    EXPECT_FALSE(probe.Wait());
-    EXPECT_EQ(probe.Runs, 1);
-    EXPECT_EQ(probe.Exits, 1);
-}
-
-TEST(ThreadedThread, StopAndWaitOnAStoppedThread) {
-    clsProbe probe;
-    EXPECT_TRUE(probe.Stop());
-    EXPECT_EQ(probe.GetState(), 0);
-    EXPECT_FALSE(probe.Wait());
-    EXPECT_EQ(probe.Runs, 0);
-}
-
-TEST(ThreadedThread, WaitReturnsOnlyWhenTheThreadHasEnded) {
-    clsProbe probe;
-    ASSERT_TRUE(probe.Start());
-    ASSERT_TRUE(Eventually([&] { return probe.Entered.load(); }));
-    probe.Release = true;
-    EXPECT_FALSE(probe.Wait());
-    EXPECT_TRUE(probe.Finished);
-    EXPECT_EQ(probe.Exits, 1); // OnExit has run too
-    EXPECT_EQ(probe.GetState(), 0);
-}
-
-TEST(ThreadedThread, EndingByItselfAndStartingAgain) {
-    clsProbe probe;
-    probe.Release = true;
-    probe.Start(); // true or false, by whether the thread has ended already
-    ASSERT_TRUE(Eventually([&] { return probe.Exits == 1; }));
-    EXPECT_EQ(probe.GetState(), 0);
-    EXPECT_EQ(probe.ExitSawState, 0); // the state went to 0 before OnExit
-    EXPECT_TRUE(probe.OnExitOnOwnThread);
-    EXPECT_FALSE(probe.Wait());
-    // A second run on the same object.
-    probe.Start();
-    ASSERT_TRUE(Eventually([&] { return probe.Exits == 2; }));
-    EXPECT_EQ(probe.Runs, 2);
-}
-
-namespace {
-
 // Sleeps forever: only a cancellation ends it.
 class clsSleeper : public clsThread {
 public:
@@ -108,25 +57,6 @@ public:
     std::atomic<bool> Entered{false}, Unwound{false}, ExitCalled{false};
 };
 
-} // namespace
-
-TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
-    clsSleeper sleeper;
-    ASSERT_TRUE(sleeper.Start());
-    ASSERT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
-    EXPECT_TRUE(sleeper.Stop());
-    EXPECT_EQ(sleeper.GetState(), 0); // at once, before the thread has ended
-    EXPECT_FALSE(sleeper.Wait());     // and Wait still joins it
-    EXPECT_TRUE(sleeper.Unwound);
-    EXPECT_FALSE(sleeper.ExitCalled);
-    // Stopped and joined, it can run again.
-    sleeper.Entered = false;
-    ASSERT_TRUE(sleeper.Start());
-    EXPECT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
-}
-
-namespace {
-
 // Stops itself from its own body while its owner waits for it.
 class clsSelfStopper : public clsThread {
 public:
@@ -139,36 +69,6 @@ public:
     std::atomic<bool> Go{false};
     std::atomic<int> StateAfterStop{-1};
 };
-
-} // namespace
-
-TEST(ThreadedThread, AThreadStopsItselfWhileItsOwnerWaits) {
-    clsSelfStopper thread;
-    ASSERT_TRUE(thread.Start());
-    thread.Go = true;
-    EXPECT_FALSE(thread.Wait());
-    EXPECT_EQ(thread.StateAfterStop, 0);
-}
-
-namespace {
-
-// Reports itself busy whatever its thread does.
-class clsAlwaysBusy : public clsProbe {
-public:
-    int GetState() override { return 1; }
-};
-
-} // namespace
-
-TEST(ThreadedThread, StartAsksThroughTheOverriddenState) {
-    clsAlwaysBusy busy;
-    EXPECT_TRUE(busy.Start()); // "running" already: no thread is made
-    EXPECT_TRUE(busy.IsRunning());
-    SleepMs(50);
-    EXPECT_EQ(busy.Runs, 0);
-}
-
-namespace {
 
 // Echoes its input queue to its output queue until it reads "end".
 class clsEcho : public clsThread {
@@ -189,24 +89,11 @@ public:
     }
 };
 
-} // namespace
-
-TEST(ThreadedThread, InputAndOutputQueues) {
-    clsEcho echo;
-    EXPECT_TRUE(echo.GetOutput().IsEmpty());
-    EXPECT_TRUE(echo.PostInput("one"));
-    EXPECT_TRUE(echo.PostInput("two"));
-    ASSERT_TRUE(echo.Start());
-    EXPECT_TRUE(echo.PostInput("three"));
-    EXPECT_TRUE(echo.PostInput("end"));
-    EXPECT_FALSE(echo.Wait());
-    EXPECT_EQ(clsString("one"), echo.GetOutput());
-    EXPECT_EQ(clsString("two"), echo.GetOutput());
-    EXPECT_EQ(clsString("three"), echo.GetOutput());
-    EXPECT_TRUE(echo.GetOutput().IsEmpty());
-}
-
-namespace {
+// Reports itself busy whatever its thread does.
+class clsAlwaysBusy : public clsProbe {
+public:
+    int GetState() override { return 1; }
+};
 
 class clsUntagged : public clsProbe {
 public:
@@ -215,10 +102,85 @@ public:
 
 } // namespace
 
-TEST(ThreadedThread, TheEntryRefusesAnObjectWithoutItsTag) {
+TEST(ThreadedThread, StartTwiceCreatesOneThreadAndWaitReturnsWhenItHasEnded) {
+    clsProbe probe;
+    EXPECT_TRUE(probe.Stop()); // stopping and waiting for a thread never started are harmless
+    EXPECT_FALSE(probe.Wait());
+    EXPECT_TRUE(probe.Start());
+    EXPECT_TRUE(probe.Start());
+    EXPECT_EQ(probe.GetState(), 1);
+    ASSERT_TRUE(Eventually([&] { return probe.Entered.load(); }));
+    probe.Release = true;
+    EXPECT_FALSE(probe.Wait());
+    EXPECT_TRUE(probe.Finished);
+    EXPECT_EQ(probe.Exits, 1); // OnExit has run too
+    EXPECT_EQ(probe.Runs, 1);
+    EXPECT_EQ(probe.GetState(), 0);
+}
+
+TEST(ThreadedThread, EndingByItselfAndStartingAgain) {
+    clsProbe probe;
+    probe.Release = true;
+    probe.Start(); // true or false, by whether the thread has ended already
+    ASSERT_TRUE(Eventually([&] { return probe.Exits == 1; }));
+    EXPECT_EQ(probe.GetState(), 0);
+    EXPECT_EQ(probe.ExitSawState, 0); // the state went to 0 before OnExit
+    EXPECT_TRUE(probe.OnExitOnOwnThread);
+    EXPECT_FALSE(probe.Wait());
+    // A second run on the same object.
+    probe.Start();
+    ASSERT_TRUE(Eventually([&] { return probe.Exits == 2; }));
+    EXPECT_EQ(probe.Runs, 2);
+}
+
+TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
+    clsSleeper sleeper;
+    ASSERT_TRUE(sleeper.Start());
+    ASSERT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
+    EXPECT_TRUE(sleeper.Stop());
+    EXPECT_EQ(sleeper.GetState(), 0); // at once, before the thread has ended
+    EXPECT_FALSE(sleeper.Wait());     // and Wait still joins it
+    EXPECT_TRUE(sleeper.Unwound);
+    EXPECT_FALSE(sleeper.ExitCalled);
+    // Stopped and joined, it can run again.
+    sleeper.Entered = false;
+    ASSERT_TRUE(sleeper.Start());
+    EXPECT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
+}
+
+TEST(ThreadedThread, AThreadStopsItselfWhileItsOwnerWaits) {
+    clsSelfStopper thread;
+    ASSERT_TRUE(thread.Start());
+    thread.Go = true;
+    EXPECT_FALSE(thread.Wait());
+    EXPECT_EQ(thread.StateAfterStop, 0);
+}
+
+TEST(ThreadedThread, InputAndOutputQueues) {
+    clsEcho echo;
+    EXPECT_TRUE(echo.GetOutput().IsEmpty());
+    echo.PostInput("one");
+    echo.PostInput("two");
+    ASSERT_TRUE(echo.Start());
+    echo.PostInput("three");
+    echo.PostInput("end");
+    EXPECT_FALSE(echo.Wait());
+    EXPECT_EQ(clsString("one"), echo.GetOutput());
+    EXPECT_EQ(clsString("two"), echo.GetOutput());
+    EXPECT_EQ(clsString("three"), echo.GetOutput());
+    EXPECT_TRUE(echo.GetOutput().IsEmpty());
+}
+
+TEST(ThreadedThread, StartAndTheEntryCheckTheObject) {
+    // Start asks through an overridden GetState: "running" already, so no thread is made.
+    clsAlwaysBusy busy;
+    EXPECT_TRUE(busy.Start());
+    // The entry refuses an object without its tag.
     clsUntagged untagged;
     untagged.Start();
     EXPECT_FALSE(untagged.Wait());
     EXPECT_EQ(untagged.Runs, 0);
     EXPECT_EQ(untagged.Exits, 0);
+    SleepMs(50);
+    EXPECT_EQ(busy.Runs, 0);
 }
