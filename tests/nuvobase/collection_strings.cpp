@@ -21,13 +21,6 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
     EXPECT_TRUE(table.GetName(5).IsEmpty());
     EXPECT_EQ(table.AddLine("free text"), 3);
     EXPECT_TRUE(table.GetName(3).IsEmpty());
-    // The same lookups once the table is sorted and bisected.
-    for (int i = 0; i < 6; i++) table.SetValue(clsString("opt") + clsString(i), clsString(i * i));
-    table.Sort();
-    EXPECT_TRUE(table.GetValue("OPT5") == "25");
-    EXPECT_TRUE(table.GetValue("hash") == "64");
-    EXPECT_TRUE(table.GetValue("opt6").IsEmpty());
-
     clsStrings copy(table);
     copy.SetValue("hash", "128");
     EXPECT_TRUE(table.GetValue("hash") == "64");

@@ -54,12 +54,6 @@ TEST(Output, BufferedWritesOnlyAtFlush) {
     std::fclose(stream);
 }
 
-TEST(Output, TheGlobalOutputIsDirect) {
-    testing::internal::CaptureStdout();
-    StdOut.Write("through the global", false).Write(" output", true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "through the global output\n");
-}
-
 // Two threads writing whole lines never mix them, in either mode.
 TEST(ThreadedOutput, LinesNeverInterleave) {
     constexpr int lines = 2000;

@@ -37,7 +37,7 @@ public:
     std::atomic<bool> Entered{false}, Release{false}, Finished{false}, OnExitOnOwnThread{false};
 };
 
-// Sleeps forever: only a cancellation ends it.
+// Sleeps forever: only a cancellation ends it, from outside or, once told, from its own body.
 class clsSleeper : public clsThread {
 public:
     ~clsSleeper() override {
@@ -51,22 +51,16 @@ public:
             ~Witness() { Flag = true; }
         } witness{Unwound};
         Entered = true;
-        for (;;) SleepMs(1);
+        for (;;) {
+            if (StopItself) {
+                Stop();
+                StateAfterStop = GetState();
+            }
+            SleepMs(1);
+        }
     }
     void OnExit() override { ExitCalled = true; }
-    std::atomic<bool> Entered{false}, Unwound{false}, ExitCalled{false};
-};
-
-// Stops itself from its own body while its owner waits for it.
-class clsSelfStopper : public clsThread {
-public:
-    bool Run() override {
-        while (!Go) SleepMs(1);
-        Stop();
-        StateAfterStop = GetState();
-        for (;;) SleepMs(1);
-    }
-    std::atomic<bool> Go{false};
+    std::atomic<bool> Entered{false}, Unwound{false}, ExitCalled{false}, StopItself{false};
     std::atomic<int> StateAfterStop{-1};
 };
 
@@ -149,11 +143,12 @@ TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
 }
 
 TEST(ThreadedThread, AThreadStopsItselfWhileItsOwnerWaits) {
-    clsSelfStopper thread;
+    clsSleeper thread;
     ASSERT_TRUE(thread.Start());
-    thread.Go = true;
+    thread.StopItself = true;
     EXPECT_FALSE(thread.Wait());
     EXPECT_EQ(thread.StateAfterStop, 0);
+    EXPECT_TRUE(thread.Unwound);
 }
 
 TEST(ThreadedThread, InputAndOutputQueues) {

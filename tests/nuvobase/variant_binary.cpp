@@ -33,40 +33,10 @@ clsString BufferOf(const std::vector<int>& bytes) {
 
 } // namespace
 
-TEST(VariantBinary, RoundTripsOfEveryClassLeaveBothPositionsEqual) {
-    const std::unique_ptr<clsVariant> values[] = {
-        std::make_unique<clsVariantBool>(true),
-        std::make_unique<clsVariantInt>(-123456789),
-        std::make_unique<clsVariantInt64>(INT64_MIN),
-        std::make_unique<clsVariantUInt64>(UINT64_MAX),
-        std::make_unique<clsVariantDouble>(-0.1),
-        std::make_unique<clsVariantString>(""),
-        std::make_unique<clsVariantString>(clsString('x', 300)),
-        std::make_unique<clsVariantCurrency>(clsCurrency(-1234.56)),
-        std::make_unique<clsVariantDateTime>(clsDateTime(2001, 2, 3, 4, 5, 6007)),
-        std::make_unique<clsVariantDateTime>(),
-    };
-    // All records back to back in one buffer, then read back in order into clones.
-    clsString buffer;
-    int written = 0;
-    for (const auto& value : values) value->Write(buffer, written);
-    EXPECT_EQ(written, buffer.Size());
-    int read = 0;
-    for (const auto& value : values) {
-        SCOPED_TRACE(static_cast<char>(value->TypeCode()));
-        std::unique_ptr<clsVariant> copy(value->Clone());
-        EXPECT_EQ(copy->TypeCode(), value->TypeCode());
-        copy->Clear();
-        EXPECT_TRUE(copy->Read(buffer, read));
-        EXPECT_EQ(copy->Compare(*value), 0);
-        EXPECT_TRUE(copy->GetString().Compare(value->GetString(), clsString::CompareExact));
-    }
-    EXPECT_EQ(read, written);
-}
-
-TEST(VariantBinary, RecordLayouts) {
+TEST(VariantBinary, RecordsOfEveryClass) {
     // The TypeCode byte, then numbers little-endian in 4 or 8 bytes (1.0 is 0x3FF0000000000000), a currency's
-    // Value in 8, a date-time's packed bytes most significant first.
+    // Value in 8, a date-time's packed bytes most significant first, a text's length in the length form:
+    // a byte n, then n bytes of the length, low first and without leading zero bytes.
     EXPECT_EQ(Record(clsVariantBool(true)), (std::vector<int>{'B', 1, 0, 0, 0}));
     EXPECT_EQ(Record(clsVariantInt(0x01020304)), (std::vector<int>{'C', 4, 3, 2, 1}));
     EXPECT_EQ(Record(clsVariantInt64(-2)),
@@ -76,17 +46,40 @@ TEST(VariantBinary, RecordLayouts) {
     EXPECT_EQ(Record(clsVariantCurrency(clsCurrency(2.56))), (std::vector<int>{'N', 0, 1, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(Record(clsVariantDateTime(clsDateTime(2001, 2, 3, 4, 5, 6007))),
               (std::vector<int>{'O', 0x07, 0xD1, 2, 3, 4, 5, 0x17, 0x77}));
-    // Texts: a length byte n, n bytes of the length (low first, no leading zero bytes), then the text.
     EXPECT_EQ(Record(clsVariantString("")), (std::vector<int>{'M', 0}));
-    EXPECT_EQ(Record(clsVariantString("ab")), (std::vector<int>{'M', 1, 2, 'a', 'b'}));
     const std::vector<int> record300 = Record(clsVariantString(clsString('y', 300)));
-    EXPECT_EQ(std::vector<int>(record300.begin(), record300.begin() + 4),
-              (std::vector<int>{'M', 2, 0x2C, 0x01}));
+    EXPECT_EQ(std::vector<int>(record300.begin(), record300.begin() + 5),
+              (std::vector<int>{'M', 2, 0x2C, 0x01, 'y'}));
     EXPECT_EQ(record300.size(), 304u);
+
+    // All records back to back in one buffer, then read back in order into emptied clones.
+    const std::unique_ptr<clsVariant> values[] = {
+        std::make_unique<clsVariantBool>(true),
+        std::make_unique<clsVariantInt>(-123456789),
+        std::make_unique<clsVariantInt64>(INT64_MIN),
+        std::make_unique<clsVariantUInt64>(UINT64_MAX),
+        std::make_unique<clsVariantDouble>(-0.1),
+        std::make_unique<clsVariantString>(clsString('x', 300)),
+        std::make_unique<clsVariantCurrency>(clsCurrency(-1234.56)),
+        std::make_unique<clsVariantDateTime>(clsDateTime(2001, 2, 3, 4, 5, 6007)),
+        std::make_unique<clsVariantDateTime>(),
+    };
+    clsString buffer;
+    int written = 0, read = 0;
+    for (const auto& value : values) value->Write(buffer, written);
+    for (const auto& value : values) {
+        SCOPED_TRACE(static_cast<char>(value->TypeCode()));
+        std::unique_ptr<clsVariant> copy(value->Clone());
+        copy->Clear();
+        EXPECT_TRUE(copy->Read(buffer, read));
+        EXPECT_EQ(copy->Compare(*value), 0);
+        EXPECT_TRUE(copy->GetString().Compare(value->GetString(), clsString::CompareExact));
+    }
+    EXPECT_EQ(read, written);
 }
 
 TEST(VariantBinary, LengthFormAndBadRecords) {
-    for (int64_t value : {int64_t{0}, int64_t{255}, int64_t{256}, int64_t{-1}, INT64_MAX, INT64_MIN + 1}) {
+    for (int64_t value : {int64_t{0}, int64_t{256}, int64_t{-65536}, INT64_MAX, INT64_MIN + 1}) {
         SCOPED_TRACE(value);
         clsString buffer;
         int written = 0, read = 0;
@@ -95,13 +88,13 @@ TEST(VariantBinary, LengthFormAndBadRecords) {
         EXPECT_TRUE(clsVariant::ReadLength(buffer, read, back));
         EXPECT_EQ(back, value);
         EXPECT_EQ(read, written);
+        if (value == -65536) {
+            EXPECT_EQ(BytesOf(buffer), (std::vector<int>{0xFD, 0, 0, 1})); // -3 and three bytes
+        }
     }
-    clsString buffer;
-    int position = 0;
-    clsVariant::WriteLength(buffer, position, -65536);
-    EXPECT_EQ(BytesOf(buffer), (std::vector<int>{0xFD, 0, 0, 1})); // -3 and three bytes
     // n above 8, bytes past the end, a position past the end.
     int64_t value;
+    int position;
     EXPECT_FALSE(clsVariant::ReadLength(BufferOf({9, 1, 2, 3, 4, 5, 6, 7, 8, 9}), position = 0, value));
     EXPECT_FALSE(clsVariant::ReadLength(BufferOf({3, 1}), position = 0, value));
     EXPECT_FALSE(clsVariant::ReadLength(BufferOf({0}), position = 5, value));
@@ -113,30 +106,23 @@ TEST(VariantBinary, LengthFormAndBadRecords) {
     number.Value = 7;
     EXPECT_FALSE(number.Read(BufferOf({'C', 1, 2}), position = 0));
     EXPECT_EQ(number.Value, 0);
-    EXPECT_FALSE(clsVariantDouble().Read(clsString(), position = 0));
     // A text header with n above 8, past the end, or negative leaves the text empty but succeeds.
-    for (const std::vector<int>& bytes :
-         {std::vector<int>{'M', 9, 1}, std::vector<int>{'M', 2, 1}, std::vector<int>{'M', 1, 5, 'a'},
-          std::vector<int>{'M', 0xFF, 1, 'a'}}) {
+    for (const std::vector<int>& bytes : {std::vector<int>{'M', 9, 1}, std::vector<int>{'M', 1, 5, 'a'},
+                                          std::vector<int>{'M', 0xFF, 1, 'a'}}) {
         clsVariantString text("old");
         EXPECT_TRUE(text.Read(BufferOf(bytes), position = 0));
         EXPECT_TRUE(text.Value.IsEmpty());
     }
-    clsVariantString text("old");
-    EXPECT_FALSE(text.Read(BufferOf({'C', 0}), position = 0));
-    EXPECT_TRUE(text.Value.IsEmpty());
     // A date-time that reads as invalid becomes null.
     clsVariantDateTime when(clsDateTime(2001, 1, 1));
     EXPECT_TRUE(when.Read(BufferOf({'O', 0x07, 0xD1, 2, 30, 0, 0, 0, 0}), position = 0));
     EXPECT_TRUE(when.Value.IsNull());
-    EXPECT_EQ(position, 9);
 }
 
 TEST(VariantBinary, FileForms) {
     FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);
     clsString buffer;
-    EXPECT_EQ(clsVariantString("hello").WriteFile(file, buffer), 8);
     EXPECT_EQ(clsVariantInt(-5).WriteFile(file, buffer), 5);
     EXPECT_EQ(clsVariantString(clsString('z', 5000)).WriteFile(file, buffer), 5004);
     EXPECT_EQ(clsVariantInt(1).WriteFile(nullptr, buffer), 0);
@@ -144,12 +130,10 @@ TEST(VariantBinary, FileForms) {
     const char truncated[] = {'M', 4, 0, 0, 0, 0x40, 'a', 'b'};
     std::fwrite(truncated, 1, sizeof(truncated), file);
     std::rewind(file);
-    clsVariantString text;
-    EXPECT_EQ(text.ReadFile(file, buffer), 8);
-    EXPECT_TRUE(text.Value == "hello");
     clsVariantInt number;
     EXPECT_EQ(number.ReadFile(file, buffer), 5);
     EXPECT_EQ(number.Value, -5);
+    clsVariantString text;
     EXPECT_EQ(text.ReadFile(file, buffer), 5004);
     EXPECT_EQ(text.Value.Size(), 5000);
     EXPECT_EQ(text.ReadFile(file, buffer), 0);
