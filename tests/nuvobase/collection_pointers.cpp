@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "nuvobase/clsstrings.h"
+#include "rows.h"
 
 using namespace nuvobase;
 
@@ -101,32 +102,28 @@ TEST(CList, AddCopiesAndGetAtReturnsValues) {
 }
 
 TEST(CList, SetTextCutsAndGetTextJoins) {
-    clsCStrings texts;
-    texts.Add("old");
-    texts.SetText(clsString(" a , b,,c "), ',', false);
-    EXPECT_EQ(texts.Count, 4);
-    EXPECT_TRUE(texts.GetAt(0).Compare(" a ", clsString::CompareExact));
-    EXPECT_TRUE(texts.GetAt(3).Compare("c ", clsString::CompareExact));
-    texts.SetText(clsString(" a , b,,c "), ',', true);
-    EXPECT_TRUE(texts.GetText("|") == "a|b||c");
-    texts.SetText(clsString("a,"), ',', false); // the last piece ends at the end of the text
-    EXPECT_EQ(texts.Count, 2);
-    texts.SetText(clsString(""), ',', false);
-    EXPECT_EQ(texts.Count, 0);
+    // SetText empties the list first; the last piece ends at the end of the text; trim trims both ends.
+    // Numbers are read as atoi and ToUInt64 read them, and written in decimal.
+    auto cut = [](auto list, const char* text, bool trim) {
+        list.SetText(clsString(text), ',', trim);
+        return clsString(list.Count, 1).Append(":").Append(list.GetText("|"));
+    };
+    clsCStrings old;
+    old.Add("old");
+    nuvobase_test::CheckRows<std::string>(
+        {TEXT(cut(old, " a , b,,c ", false), "4: a | b||c "), TEXT(cut(old, " a , b,,c ", true), "4:a|b||c"),
+         TEXT(cut(old, "a,", false), "2:a|"), TEXT(cut(old, "", false), "0:"),
+         TEXT(cut(clsCInts(), "1, 22,x,-4", true), "4:1|22|0|-4"),
+         TEXT(cut(clsC<uint64_t>(), "0x10,18446744073709551615", false), "2:16|18446744073709551615")});
 
+    // GetText from first to last (-1 or beyond the end: the last), quoted on request; null elements are
+    // skipped with their separators.
+    clsCStrings texts;
     texts.SetText(clsString("a;b;it's;d"), ';', false);
-    EXPECT_TRUE(texts.GetText(", ", false, 1, 2) == "b, it's");
-    EXPECT_TRUE(texts.GetText(",", true, 2, 99) == "'it''s','d'");
-    EXPECT_TRUE(texts.GetText(",", false, 5, -1).IsEmpty());
     texts.Add(static_cast<clsString*>(nullptr));
     texts.Add("e");
-    EXPECT_TRUE(texts.GetText(",", false, 3) == "d,e"); // the null element and its separator are skipped
-
-    // Numbers are read as atoi and ToUInt64 read them, and written in decimal.
-    clsCInts numbers;
-    numbers.SetText(clsString("1, 22,x,-4"), ',', true);
-    EXPECT_TRUE(numbers.GetText(" ") == "1 22 0 -4");
-    clsC<uint64_t> wide;
-    wide.SetText(clsString("0x10,18446744073709551615"), ',', false);
-    EXPECT_TRUE(wide.GetText(",") == "16,18446744073709551615");
+    EXPECT_TRUE(texts.GetText(", ", false, 1, 2).Compare("b, it's", clsString::CompareExact));
+    EXPECT_TRUE(texts.GetText(",", true, 2, 99).Compare("'it''s','d','e'", clsString::CompareExact));
+    EXPECT_TRUE(texts.GetText(",", false, 3).Compare("d,e", clsString::CompareExact));
+    EXPECT_TRUE(texts.GetText(",", false, 6, -1).IsEmpty());
 }

@@ -2,8 +2,22 @@
 #include <gtest/gtest.h>
 
 #include "nuvobase/clsstrings.h"
+#include "rows.h"
 
 using namespace nuvobase;
+
+namespace {
+
+// The entries Split makes of text on an empty list, joined with '|' and with their names.
+clsString Split(const char* text, char separator, int mode = clsStrings::SplitPlain, bool trim = false,
+                bool quoted = false) {
+    clsStrings list;
+    const int count = list.Split(text, separator, mode, trim, quoted);
+    EXPECT_EQ(count, list.Count);
+    return list.Join("|", true);
+}
+
+} // namespace
 
 TEST(Strings, SetValueAndCaseInsensitiveLookups) {
     clsStrings table;
@@ -26,61 +40,30 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
     EXPECT_TRUE(table.GetValue("hash") == "64");
 }
 
-TEST(Strings, SplitPlainEntries) {
+TEST(Strings, SplitAndJoin) {
+    // The last entry runs to the end of the text, even an empty one. trim skips the leading spaces of an
+    // entry (so repeated spaces as separators make one cut) and trims names and values. Only with quoted
+    // does a separator inside single quotes stay in its entry. Mode 2 cuts name=value at the first '=';
+    // mode 3 keeps the whole entry as the value, named by what stands before the first '=' outside quotes.
+    nuvobase_test::CheckRows<std::string>(
+        {TEXT(Split("a,b,,c", ','), "a|b||c"), TEXT(Split("d,", ','), "d|"), TEXT(Split("", ','), ""),
+         TEXT(Split("  a , b c ,", ',', clsStrings::SplitPlain, true), "a|b c|"),
+         TEXT(Split("a  b", ' ', clsStrings::SplitPlain, true), "a|b"), TEXT(Split("a  b", ' '), "a||b"),
+         TEXT(Split("x='a,b',y", ',', clsStrings::SplitPlain, false, true), "x='a,b'|y"),
+         TEXT(Split("x='a,b',y", ','), "x='a|b'|y"),
+         TEXT(Split("Alpha,beta", ',', clsStrings::SplitNameIsValue), "Alpha=Alpha|beta=beta"),
+         TEXT(Split("a=1, b = 2 ,c,d=x=y", ',', clsStrings::SplitNameValue, true), "a=1|b=2|c=|d=x=y"),
+         TEXT(Split("k='p=q'=v;plain;'a=b'=c; n = 1 ", ';', clsStrings::SplitNamedLine, true),
+              "k=k='p=q'=v|plain|'a=b'='a=b'=c|n=n = 1")});
+
+    EXPECT_EQ(clsStrings().Split("", ','), 1);
+    // Split adds to what is there; lookups by name ignore case.
     clsStrings list;
-    EXPECT_EQ(list.Split("a,b,,c", ','), 4);
-    EXPECT_EQ(list.KeyAt(0), nullptr);
-    EXPECT_TRUE(list.Join(";") == "a;b;;c");
-    // Split adds to what is there; the last entry runs to the end of the text, even an empty one.
-    EXPECT_EQ(list.Split("d,", ','), 6);
-    EXPECT_TRUE(list.Join("") == "abcd");
-    list.Clear();
-    EXPECT_EQ(list.Split("", ','), 1);
+    list.Split("Alpha=1", ',', clsStrings::SplitNameValue);
+    EXPECT_EQ(list.Split("beta=2", ',', clsStrings::SplitNameValue), 2);
+    EXPECT_TRUE(list.GetValue("ALPHA") == "1");
 
-    // trim skips the leading spaces of an entry and trims its end.
-    list.Clear();
-    list.Split("  a , b c ,", ',', clsStrings::SplitPlain, true);
-    EXPECT_TRUE(list.Join("|") == "a|b c|");
-    // With a space as the separator, skipping leading spaces also swallows repeated separators.
-    list.Clear();
-    EXPECT_EQ(list.Split("a  b", ' ', clsStrings::SplitPlain, true), 2);
-    list.Clear();
-    EXPECT_EQ(list.Split("a  b", ' '), 3);
-
-    // Only with quoted does a separator inside single quotes stay in its entry.
-    list.Clear();
-    EXPECT_EQ(list.Split("x='a,b',y", ',', clsStrings::SplitPlain, false, true), 2);
-    EXPECT_TRUE(list.GetAt(0) == "x='a,b'");
-    list.Clear();
-    EXPECT_EQ(list.Split("x='a,b',y", ','), 3);
-}
-
-TEST(Strings, SplitNamedModesAndJoin) {
-    clsStrings list;
-    list.Split("Alpha,beta", ',', clsStrings::SplitNameIsValue);
-    EXPECT_TRUE(list.GetName(0) == "Alpha");
-    EXPECT_TRUE(list.GetValue("ALPHA") == "Alpha");
-
-    list.Clear();
-    list.Split("a=1, b = 2 ,c,d=x=y", ',', clsStrings::SplitNameValue, true);
-    EXPECT_EQ(list.Count, 4);
-    EXPECT_TRUE(list.GetValue("b") == "2");
-    EXPECT_TRUE(list.GetName(2) == "c");
-    EXPECT_TRUE(list.GetAt(2).IsEmpty());
-    EXPECT_TRUE(list.Join(",", true) == "a=1,b=2,c=,d=x=y");
-    EXPECT_TRUE(list.Join(",") == "1,2,,x=y");
-
-    // Mode 3 keeps the whole entry as the value; the name ends at the first '=' outside quotes.
-    list.Clear();
-    list.Split("k='p=q'=v;plain;'a=b'=c; n = 1 ", ';', clsStrings::SplitNamedLine, true);
-    EXPECT_EQ(list.Count, 4);
-    EXPECT_TRUE(list.GetValue("k") == "k='p=q'=v");
-    EXPECT_EQ(list.KeyAt(1), nullptr);
-    EXPECT_TRUE(list.GetValue("'a=b'") == "'a=b'=c");
-    EXPECT_TRUE(list.GetValue("n") == "n = 1");
-
-    // Join skips holes and nodes without a value object; an empty value counts, and a line without a name
-    // is written without one.
+    // Join skips holes and nodes without a value object; an empty value counts.
     list.Clear();
     list.SetValue("a", "1");
     list.Add(clsString("none"), nullptr);
@@ -88,5 +71,6 @@ TEST(Strings, SplitNamedModesAndJoin) {
     list.SetValue("b", "2");
     list.Remove(0, false);
     EXPECT_TRUE(list.Join(",", true) == ",b=2");
+    EXPECT_TRUE(list.Join(",") == ",2");
     EXPECT_TRUE(clsStrings().Join(",").IsEmpty());
 }

@@ -24,8 +24,6 @@ TEST(DateTime, ValidityAndOrder) {
         EXPECT_EQ(when.IsValid(), p.valid);
         EXPECT_EQ(when.IsNull(), !p.valid);
     }
-    EXPECT_FALSE(clsDateTime::IsLeapYear(0));
-    EXPECT_EQ(clsDateTime().DaysInMonth(), 0);
     // A packed word with a month of 13 is not taken.
     clsDateTime when(2001, 1, 1);
     EXPECT_FALSE(when.SetWord(0x07D1'0D'01'00'00'0000ULL));
@@ -62,18 +60,17 @@ TEST(DateTime, DayNumbers) {
 }
 
 TEST(DateTime, Texts) {
-    const clsDateTime date(2001, 2, 3);
+    // Parse below checks Text() on many dates; here the parts, and the null date-time.
+    const clsDateTime date(2001, 2, 3, 4, 5, 6007);
     nuvobase_test::CheckRows<std::string>(
         {TEXT(date.DateText(), "03/02/2001"), TEXT(date.SortableDate(), "2001-02-03"),
-         TEXT(date.TimeText(), "00:00:00"), TEXT(date.Text(), "03/02/2001"), // no time part at midnight
-         TEXT(clsDateTime(2001, 2, 3, 0, 0, 7).Text(), "03/02/2001 00:00:00.007"),
-         TEXT(clsDateTime(987, 12, 24, 13, 59, 59999).Text(), "24/12/0987 13:59:59.999"),
-         TEXT(clsDateTime().SortableDate(), ""), TEXT(clsDateTime().Text(), "")});
+         TEXT(date.TimeText(), "04:05:06.007"), TEXT(clsDateTime().SortableDate(), ""),
+         TEXT(clsDateTime().Text(), "")});
 }
 
 TEST(DateTime, Parse) {
-    // In order: two-digit years pivot at 40, three digits do not; '-' works as '/', and ddmmyy / ddmmyyyy go
-    // without marks; hour and minute end at ':', seconds and thousandths at a space, and '.' works as ':';
+    // In order: two-digit years pivot at 40, three digits do not; '-' works as '/', and ddmmyy goes without
+    // marks; hour and minute end at ':', seconds and thousandths at a space, and '.' works as ':';
     // the ISO-like form; a text without '/' (after the rules above) is a day number, but six characters
     // read as ddmmyy; nothing, or nonsense.
     struct Case {
@@ -85,17 +82,13 @@ TEST(DateTime, Parse) {
                           {"24/12/100", "24/12/0100"},
                           {"24-12-99", "24/12/1999"},
                           {"241299", "24/12/1999"},
-                          {"24122039", "24/12/2039"},
-                          {"24/12/99 10:20", "24/12/1999 10:20:00"},
                           {"24/12/99 1:2:3 4", "24/12/1999 01:02:03.004"},
                           {"24/12/99 10.20.30", "24/12/1999 10:20:30"},
-                          {"24/12/99 24:00", "invalid"},
                           {"2001-02-03T04:05:06", "03/02/2001 04:05:06"},
                           {"2001-02-03", "03/02/2001"},
                           {"2001-13-03", "invalid"},
                           {"730883", "invalid"},
                           {"0730883", "03/02/2001"},
-                          {"365", "01/01/0001"},
                           {"364", "invalid"},
                           {"", "invalid"},
                           {"9999999999/99/9999999999 9999999999:99", "invalid"}};

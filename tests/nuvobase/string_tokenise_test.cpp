@@ -28,15 +28,13 @@ static Tokens Tokenise(const char* text, const char* delimiters, bool quotedToke
     return tokens;
 }
 
-TEST(StringTokenise, DelimitersAndTrimming) {
+TEST(StringTokenise, DelimitersQuotesAndEscapes) {
     EXPECT_EQ(Tokenise("a, b ,c", ","), (Tokens{"a", ",", "b", ",", "c"}));
     EXPECT_EQ(Tokenise(",,", ","), (Tokens{",", ","}));
     EXPECT_EQ(Tokenise(" , ", ","), (Tokens{"", ",", ""})); // blank spans give empty tokens
     EXPECT_EQ(Tokenise("plain", nullptr), (Tokens{"plain"}));
     EXPECT_EQ(Tokenise("", ","), Tokens{}); // the list is emptied even when nothing is found
-}
 
-TEST(StringTokenise, QuotedSpans) {
     EXPECT_EQ(Tokenise("a \"b,c\" d,e", ","), (Tokens{"a \"b,c\" d", ",", "e"}));
     // The quote character given and the double quote both open spans.
     EXPECT_EQ(Tokenise("x='a,b',y=\"c,d\"", ",", false, '\''), (Tokens{"x='a,b'", ",", "y=\"c,d\""}));
@@ -45,9 +43,6 @@ TEST(StringTokenise, QuotedSpans) {
     // The escape works inside quotes only.
     EXPECT_EQ(Tokenise("\"a\\\",b\",c", ",", false, '"', '\\'), (Tokens{"\"a\\\",b\"", ",", "c"}));
     EXPECT_EQ(Tokenise("a\\,b", ",", false, '"', '\\'), (Tokens{"a\\", ",", "b"}));
-}
-
-TEST(StringTokenise, QuotedTokensForJson) {
     // Strings come back with their quotes, from the start of the token: blanks before them included.
     EXPECT_EQ(Tokenise("{\"a b\": \"x\\\"y\", \"n\": 1}", ":{[,]}", true, '"', '\\'),
               (Tokens{"{", "\"a b\"", ":", " \"x\\\"y\"", ",", " \"n\"", ":", "1", "}"}));

@@ -64,25 +64,6 @@ public:
     std::atomic<int> StateAfterStop{-1};
 };
 
-// Echoes its input queue to its output queue until it reads "end".
-class clsEcho : public clsThread {
-public:
-    ~clsEcho() override {
-        Stop();
-        Wait();
-    }
-    bool Run() override {
-        for (;;) {
-            clsString line = Input.Pop();
-            if (line == "end") return true;
-            if (line.IsEmpty())
-                SleepMs(1);
-            else
-                Output.Push(line);
-        }
-    }
-};
-
 // Reports itself busy whatever its thread does.
 class clsAlwaysBusy : public clsProbe {
 public:
@@ -149,21 +130,6 @@ TEST(ThreadedThread, AThreadStopsItselfWhileItsOwnerWaits) {
     EXPECT_FALSE(thread.Wait());
     EXPECT_EQ(thread.StateAfterStop, 0);
     EXPECT_TRUE(thread.Unwound);
-}
-
-TEST(ThreadedThread, InputAndOutputQueues) {
-    clsEcho echo;
-    EXPECT_TRUE(echo.GetOutput().IsEmpty());
-    echo.PostInput("one");
-    echo.PostInput("two");
-    ASSERT_TRUE(echo.Start());
-    echo.PostInput("three");
-    echo.PostInput("end");
-    EXPECT_FALSE(echo.Wait());
-    EXPECT_EQ(clsString("one"), echo.GetOutput());
-    EXPECT_EQ(clsString("two"), echo.GetOutput());
-    EXPECT_EQ(clsString("three"), echo.GetOutput());
-    EXPECT_TRUE(echo.GetOutput().IsEmpty());
 }
 
 TEST(ThreadedThread, StartAndTheEntryCheckTheObject) {
