@@ -28,8 +28,7 @@ TEST(StringCut, SubstringsAndTrimming) {
          TEXT(clsString("xxabxx").TrimRight('x'), "xxab"), TEXT(clsString("    ").Trim(), ""),
          TEXT(clsString("\xEF\xBB\xBFtext").StripUtf8Bom(), "text"),
          TEXT(clsString("\xEF\xBB").StripUtf8Bom(), "\xEF\xBB"),
-         // Each run of blanks outside quotes becomes one space; trailing ones go, an open quote runs to the
-         // end.
+         // Blank runs outside quotes become one space, trailing ones go, an open quote runs to the end.
          TEXT(clsString("a  \r\n b 'c   d' \"e  f\"  ").Squeeze(), "a b 'c   d' \"e  f\""),
          TEXT(clsString("\n\n a").Squeeze(), " a"), TEXT(clsString("'a\n  b").Squeeze(), "'a\n  b"),
          TEXT(clsString(" \r\n ").Squeeze(), "")});
