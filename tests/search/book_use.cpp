@@ -95,7 +95,8 @@ TEST(BookUse, ListingNamesTheFirstOfEqualBestEntries) {
     EXPECT_NE(text.find(" Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
     const size_t best = text.find(" <--- best entry\n");
     ASSERT_NE(best, std::string::npos) << text;
-    const std::string bestLine = text.substr(text.rfind('\n', best) + 1, best - text.rfind('\n', best) - 1);
+    const size_t lineStart = text.rfind('\n', best) + 1;
+    const std::string bestLine = text.substr(lineStart, best - lineStart);
     EXPECT_NE(bestLine.find(" Pd2-d4 1 0 0 100.00%"), std::string::npos) << bestLine;
     EXPECT_EQ(text.size(), best + std::string(" <--- best entry\n").size());
 }
