@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "nuvobase/clsjson.h"
 #include "nuvobase/clstsafeoutput.h"
 #include "nuvobase/clsxmlreader.h"
 
@@ -45,13 +46,30 @@ clsXML::clsXML(clsXML* parent, int type, const clsString& name) : Parent(parent)
 
 clsXML::~clsXML() = default;
 
-bool clsXML::LoadFile(const clsString& path) {
-    clsString text;
+// Reads a whole file; says so on the output when nothing could be read.
+static bool ReadFile(const clsString& path, clsString& text) {
     const bool read = text.LoadFromFile(path.Text()) > 0;
     if (!read) StdOut.Write(clsString("# file not found: ") + path, true);
+    return read;
+}
+
+bool clsXML::LoadFile(const clsString& path) {
+    clsString text;
+    const bool read = ReadFile(path, text);
     bool failed = false;
     Parse(text, path.ToForwardSlashes(), &failed);
     return read && !failed;
+}
+
+bool clsXML::LoadJson(const clsString& path) {
+    clsString text;
+    const bool read = ReadFile(path, text);
+    clsJSON json;
+    const bool complete = json.Parse(text);
+    clsString indent;
+    bool failed = false;
+    Parse(json.ToXmlText(indent), path.ToForwardSlashes(), &failed);
+    return read && complete && !failed;
 }
 
 bool clsXML::SaveFile(const clsString& path) const {

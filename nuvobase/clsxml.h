@@ -66,6 +66,9 @@ public:
     // Reads and parses a file. When nothing could be read, "# file not found: " and the path go to the
     // output and the tree ends up empty. True when the file was read and its text parsed to the end.
     virtual bool LoadFile(const clsString& path);
+    // Reads a JSON file with clsJSON, turns it into XML text and parses that; the message for a file that
+    // cannot be read is LoadFile's. True when the JSON and its XML text were read to the end.
+    virtual bool LoadJson(const clsString& path);
     // Writes ToText(), replacing the file. False if it cannot be written.
     virtual bool SaveFile(const clsString& path) const;
 

@@ -1,0 +1,42 @@
+// clsJSON: a tolerant reader of JSON into a tree, which it renders as XML text for clsXML::LoadJson.
+// Arrays and objects are alike in the tree: a node with children. A value in a list must start with a
+// digit (or be null, true or false); the value behind a colon is taken as it stands.
+#pragma once
+
+#include "nuvobase/clscollection.h"
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+
+namespace nuvobase {
+
+class clsJSON {
+public:
+    // Deeper nesting stops the reading (with a "# " remark), so that the recursion stays on the stack.
+    static constexpr int MaxDepth = 400;
+    // Tokens shown on either side of a bad one.
+    static constexpr int ReportedContext = 32;
+
+    clsString Name;               // the key with its quotes; empty for an unnamed node
+    clsString Value;              // the scalar text, a string with its quotes; empty for an object or array
+    clsCollection<clsJSON> Items; // the children in input order, owned
+
+    clsJSON() = default;
+    clsJSON(const clsJSON&) = delete;
+    clsJSON& operator=(const clsJSON&) = delete;
+    virtual ~clsJSON();
+
+    // Builds the tree of text under this node. False after a bad token (shown on the output with the
+    // tokens around it) or too deep a nesting; the tree then holds what was read before.
+    bool Parse(const clsString& text);
+    // XML text of this node and all below it, each line begun by CR LF and indent plus one TAB per level.
+    // indent is given back as it came.
+    clsString ToXmlText(clsString& indent) const;
+
+private:
+    // Reads tokens from position into this node until its closing bracket or the end.
+    bool ReadItems(const clsCStrings& tokens, int& position, int depth);
+    clsJSON* AddItem(const clsString& key);
+    void WriteXml(clsString& out, clsString& indent) const;
+};
+
+} // namespace nuvobase
