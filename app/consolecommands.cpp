@@ -5,6 +5,8 @@
 #include "app/commandnumbers.h"
 
 #include "match/clsengineinterface.h"
+#include "nuvobase/asciichars.h"
+#include "nuvobase/clsxml.h"
 
 namespace nvoChess {
 
@@ -95,6 +97,39 @@ void SaveBook(App& app, const clsString& arguments) {
         Remark(app, clsString("book ") + words.Book + " saved");
 }
 
+// \perftfile [file] depth [divide]: perft over the positions of a file, or of the current position when the
+// first word is the depth.
+void PerftFile(App& app, const clsString& arguments) {
+    int position = 0;
+    clsString file = arguments.NextWord(' ', position, true, true).Unquote();
+    clsString depth = position >= 0 ? arguments.NextWord(' ', position, true, true) : clsString();
+    bool onlyDepth = !file.IsEmpty();
+    for (int i = 0; i < file.Size(); i++) onlyDepth = onlyDepth && nuvobase::IsAsciiDigit(file.Text()[i]);
+    if (onlyDepth) {
+        depth = file;
+        file = clsString();
+    }
+    const clsString divide = position >= 0 ? arguments.NextWord(' ', position, true, true) : clsString();
+    if (depth.IsEmpty()) {
+        Remark(app, clsString("perftfile [file] depth [divide]"));
+        return;
+    }
+    app.HaltEngine(); // the count walks the engine's board
+    app.Engine->RunFileTest(file.ToForwardSlashes(), int(ReadBounded(depth, MaxCount)),
+                            divide == "divide" || divide == "1");
+}
+
+// \json file: the XML tree that a JSON file is read into.
+void ShowJson(App& app, const clsString& arguments) {
+    nuvobase::clsXML document;
+    document.LoadJson(clsString(arguments).Trim().Unquote().ToForwardSlashes());
+    const clsString text = document.ToText();
+    for (int position = 0; position >= 0;) {
+        clsString line = text.NextWord('\n', position);
+        if (position >= 0 || !line.IsEmpty()) app.Output->Write(line.TrimRight('\r'), true);
+    }
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -110,6 +145,8 @@ const ConsoleCommand Commands[] = {
     {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
     {"\\vesko", [](App& app, const clsString&) { app.SetEngine(clsString("vesko")); }},
     {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
+    {"\\perftfile", PerftFile},
+    {"\\json", ShowJson},
 };
 
 } // namespace

@@ -88,6 +88,10 @@ public:
     // Sends one line, without line end, to the engine.
     virtual void SendLine(const nuvobase::clsString& line) = 0;
     virtual void OnEngineOutput(const nuvobase::clsString& text);
+    // Runs Perft(depth, divide) on every "FEN,...,count" line of file and appends one result line per
+    // position to the file's ".out.txt", continuing behind the lines that file already holds. An empty file
+    // tests the current position and writes its result line to Output instead. Returns 0.
+    virtual int RunFileTest(const nuvobase::clsString& file, int depth, bool divide);
 
     // Stores a clock by colour: 0 white time, 1 black time, 2 white increment,
     // 3 black increment, 4 MovesToGo. Own and opponent follow Side.
