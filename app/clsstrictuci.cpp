@@ -130,6 +130,8 @@ void clsStrictUci::SetOption(const clsString& arguments) {
 }
 
 int clsStrictUci::Go(const clsString& arguments) {
+    // The GUI's clock runs from the go: so does the allowance.
+    const uint64_t start = nuvobase::ClockMs();
     Finish();
     const GoWords words(arguments);
     clsEngineInterface& engine = *App.Engine;
@@ -157,7 +159,7 @@ int clsStrictUci::Go(const clsString& arguments) {
 
     App.State = white ? clsChessApplication::StateEngineWhite : clsChessApplication::StateEngineBlack;
     App.PublishedFen.Set(engine.GetPosition());
-    App.ThinkStart = nuvobase::ClockMs();
+    App.ThinkStart = start;
     // 0 means no deadline, so an allowance used up at the start still stops the search at the first look.
     Deadline = allowance == Absent ? 0 : std::max<uint64_t>(App.ThinkStart + uint64_t(allowance), 1);
     Pending = true;
