@@ -182,7 +182,9 @@ void clsStrictUci::Watch(uint64_t now) {
 }
 
 bool clsStrictUci::InputEnded() {
-    if (Pending && (Held || Deadline == 0)) Finish();
+    const clsSearchLimits& limits = App.Engine->Limits;
+    const bool endsByItself = Deadline != 0 || limits.Plies != 0 || limits.Nodes != 0;
+    if (Pending && (Held || !endsByItself)) Finish();
     return Pending;
 }
 

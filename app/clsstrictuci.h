@@ -22,8 +22,8 @@ public:
     // The command loop's look at the search: stops it at its deadline and answers its go once it has ended,
     // unless the answer waits for stop or ponderhit.
     void Watch(uint64_t now);
-    // The input has ended, so nobody will send stop: a search waiting for one is stopped. True while a go is
-    // still unanswered.
+    // The input has ended, so nobody will send stop: a search that would wait for one is stopped, one with a
+    // limit runs to it. True while a go is still unanswered.
     bool InputEnded();
 
     // The milliseconds of a move from the mover's clock: the application's allowance with the moves to go as

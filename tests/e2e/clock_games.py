@@ -55,7 +55,7 @@ class UciPlayer:
 
 
 class PolyglotPlayer:
-    """corvane -strictuci behind polyglot, spoken to as an XBoard engine that plays Black."""
+    """corvane -strictuci behind polyglot, spoken to as an XBoard engine."""
 
     def __init__(self, folder, args):
         ini = os.path.join(folder, "corvane.ini")
@@ -67,17 +67,18 @@ class PolyglotPlayer:
         self.session.send("protover 2")
         self.session.read_until(lambda l: l == "feature done=1", timeout=60)
 
-    def new_game(self, clock):
-        base = clock.left[1] // 1000
+    def new_game(self, clock, side):
+        base = clock.left[side] // 1000
+        self.side = side
         for line in ("new", "level 0 %d:%02d %g" % (base // 60, base % 60, clock.increment_ms / 1000)):
             self.session.send(line)
 
     def move(self, moves, clock, timeout):
-        """Black's answer to White's last move, the clocks given in centiseconds as XBoard does."""
-        self.session.send("time %d" % (clock.left[1] // 10))
-        self.session.send("otim %d" % (clock.left[0] // 10))
+        """The answer to the opponent's last move, or the first move; clocks in centiseconds, as XBoard has them."""
+        self.session.send("time %d" % (clock.left[self.side] // 10))
+        self.session.send("otim %d" % (clock.left[1 - self.side] // 10))
         start = len(self.session.seen)
-        self.session.send("usermove " + moves[-1])
+        self.session.send("usermove " + moves[-1] if moves else "go")
         line = self.session.read_until(lambda l: l.startswith("move ") or l.startswith("Illegal"), timeout)
         return (line.split()[1] if line.startswith("move ") else line), self.session.seen[start:]
 
@@ -96,7 +97,7 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
     clock = Clock(base_ms, increment_ms)
     moves, faults, overruns = [], [], []
     if isinstance(corvane, PolyglotPlayer):
-        corvane.new_game(clock)
+        corvane.new_game(clock, corvane_side)
     else:
         corvane.new_game()
     opponent.new_game()

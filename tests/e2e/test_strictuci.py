@@ -142,9 +142,8 @@ def games(referee):
     players = [(name, UciPlayer([BINARY, *args])) for name, args in ENGINES.items()]
     folder = tempfile.TemporaryDirectory()
     players.append(("polyglot", PolyglotPlayer(folder.name, ENGINES["Corvane"])))
-    for index, (name, player) in enumerate(players):
-        side = 1 if isinstance(player, PolyglotPlayer) else index % 2
-        game = play(player, side, 10000, 100, 60, referee, opponent)
+    for side, (name, player) in enumerate(players):
+        game = play(player, side % 2, 10000, 100, 60, referee, opponent)
         check(not game["faults"], "%s: %r" % (name, game["faults"]))
         check(len(game["moves"]) > 10 or game["result"] != "*", "%s: %r" % (name, game))
         check(player.close() == 0, "%s: exit code" % name)
