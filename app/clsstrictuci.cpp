@@ -16,7 +16,8 @@ namespace {
 constexpr const char* Author = "the Corvane developers";
 constexpr const char* NoMove = "0000";
 constexpr int64_t LargestHashMb = 65536;
-constexpr int64_t Absent = -1; // a word of go that did not come
+constexpr int64_t Absent = -1;          // a word of go that did not come
+constexpr int64_t MostMovesToGo = 1000; // more moves to go share the clock as the rest of a game does
 
 // The words of go that carry a number, in the order of the fields of GoWords.
 constexpr const char* NumberWords[] = {"wtime",     "btime",    "winc",  "binc",

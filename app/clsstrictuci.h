@@ -27,7 +27,7 @@ public:
     bool InputEnded();
 
     // The milliseconds of a move from the mover's clock: the application's allowance with the moves to go as
-    // the control (0 for the rest of the game), never below 0.
+    // the control; none, or an unlikely many, share the clock as the rest of a game does. Never below 0.
     static int64_t ClockAllowance(int64_t clockMs, int64_t movesToGo);
 
 private:
