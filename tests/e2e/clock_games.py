@@ -88,12 +88,15 @@ class PolyglotPlayer:
 
 
 def stockfish():
-    return UciPlayer([STOCKFISH], ["name Skill Level value 0", "name Threads value 1", "name Hash value 16"])
+    # A generous overhead: its time is measured here, with all the delays of a busy machine.
+    return UciPlayer([STOCKFISH], ["name Skill Level value 0", "name Threads value 1", "name Hash value 16",
+                                   "name Move Overhead value 300"])
 
 
 def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, opponent):
-    """One game; returns a dict: result ("1-0", "0-1", "1/2-1/2", "*" when cut at max_plies), moves, faults (the
-    texts of illegal moves and time losses) and overruns (corvane's time beyond its announced allowance, ms)."""
+    """One game; returns a dict: result ("1-0", "0-1", "1/2-1/2", "*" when cut at max_plies or by an illegal move),
+    moves, faults (corvane's illegal moves and time losses) and overruns (corvane's time beyond its announced
+    allowance, ms)."""
     clock = Clock(base_ms, increment_ms)
     moves, faults, overruns = [], [], []
     if isinstance(corvane, PolyglotPlayer):
@@ -121,8 +124,10 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
             faults.append("illegal %r after %s" % (move, " ".join(moves)))
             break
         if not clock.charge(side, elapsed):
-            faults.append("time lost by %s at ply %d" % ("corvane" if player is corvane else "stockfish", len(moves)))
-            break
+            # Only corvane's losses are faults; on a busy machine stockfish may lose on time as well.
+            if player is corvane:
+                faults.append("time lost at ply %d" % len(moves))
+            return dict(result="0-1" if side == 0 else "1-0", moves=moves, faults=faults, overruns=overruns)
         moves.append(move)
     return dict(result="*", moves=moves, faults=faults, overruns=overruns)
 
