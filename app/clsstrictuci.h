@@ -36,6 +36,8 @@ private:
     int Go(const nuvobase::clsString& arguments);
     // A go still unanswered is stopped and answered at once.
     void Finish();
+    // Stops the engine's search and waits for its thread.
+    void Halt();
     void Answer();
     // The engine's move as a legal move of the position in UCI's form: the first legal move if the engine's
     // is none or not legal, "0000" when there is no legal move.

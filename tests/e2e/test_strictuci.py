@@ -1,10 +1,12 @@
 """-strictuci: the program as a UCI engine for GUIs with clocks, for both of its engines, with stockfish judging
 the moves; timed games against stockfish over UCI and, through polyglot, over XBoard."""
+import os
 import re
 import tempfile
 
 from clock_games import PolyglotPlayer, UciPlayer, play, stockfish
 from corvane_driver import BINARY, Referee, Session, bestmove_of, check, run_script, sync
+from test_book import book_bytes, listing
 
 ENGINES = {"Vesko": ["-strictuci"], "Corvane": ["-StrictUCI=yes", "-engine=corvane"]}
 PROMOTION = "8/4P3/8/8/8/8/k7/7K w - - 0 1"  # e7e8q wins at once
@@ -136,6 +138,23 @@ def new_game_clears_table():
     check(session.close() == 0, "exit code")
 
 
+def book_option():
+    # A book that knows only d2d4 answers without a search; a file that is no book leaves the engine without one.
+    keys, _ = listing(())
+    with tempfile.TemporaryDirectory() as folder:
+        path = os.path.join(folder, "d4.cbk")
+        with open(path, "wb") as f:
+            f.write(book_bytes({keys["Pd2-d4"]: (5, 0, 0)}))
+        session = Session(ENGINES["Corvane"], cwd=folder)
+        for book, from_book in ((path, True), ("none.cbk", False), (path, True)):
+            session.send("setoption name Book value " + book)
+            lines = search(session, "go depth 2")
+            searched = any(l.startswith("info depth") for l in lines)
+            check(searched != from_book and (lines[-1] == "bestmove d2d4" or not from_book), (book, lines))
+        session.send("quit")
+        check(session.close() == 0, "exit code")
+
+
 def games(referee):
     """Short timed games against stockfish at its lowest skill: no illegal move, no loss on time."""
     opponent = stockfish()
@@ -160,6 +179,7 @@ if __name__ == "__main__":
         limits(name, args, referee)
         answers(name, args, referee)
     new_game_clears_table()
+    book_option()
     games(referee)
     referee.close()
     print("strictuci: all checks passed")
