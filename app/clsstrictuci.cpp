@@ -177,7 +177,9 @@ void clsStrictUci::Watch(uint64_t now) {
     if (!Pending) return;
     if (App.Engine->IsRunning()) {
         if (Deadline == 0 || now < Deadline) return;
-        Halt();
+        // The answer does not wait for the search's thread to end: on a busy machine that thread may be long
+        // in coming back to a processor, and the move it would leave is the one it holds now.
+        App.Engine->SetStopped();
     }
     if (!Held) Answer();
 }
@@ -208,8 +210,9 @@ void clsStrictUci::Answer() {
     const clsString found = engine.GetBestMoveText(true, score);
     engine.Info(engine.GetStatistics(int64_t(nuvobase::ClockMs() - App.ThinkStart) + 1));
     WriteLine("bestmove " + LegalMove(found));
-    // The limits were this search's alone; a search of the XBoard front end runs without them.
-    engine.Limits = clsSearchLimits();
+    // The limits were this search's alone; a search of the XBoard front end runs without them. A search
+    // still on its way to its end reads them, and the next go sets them anew.
+    if (!engine.IsRunning()) engine.Limits = clsSearchLimits();
     Pending = Held = false;
     App.State = clsChessApplication::StateIdle;
 }

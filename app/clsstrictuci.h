@@ -19,8 +19,8 @@ public:
 
     // The words that this front end treats its own way; the others go to the application's UCI front end.
     int Handle(const nuvobase::clsString& command, const nuvobase::clsString& arguments);
-    // The command loop's look at the search: stops it at its deadline and answers its go once it has ended,
-    // unless the answer waits for stop or ponderhit.
+    // The command loop's look at the search: stops it at its deadline and answers its go then or once it has
+    // ended, unless the answer waits for stop or ponderhit.
     void Watch(uint64_t now);
     // The input has ended, so nobody will send stop: a search that would wait for one is stopped, one with a
     // limit runs to it. True while a go is still unanswered.

@@ -109,6 +109,11 @@ bool clsEngineCorvane::StopEngine() {
     return !Wait();
 }
 
+void clsEngineCorvane::SetStopped() {
+    clsEngineInterface::SetStopped();
+    StopFlag = 1;
+}
+
 clsString clsEngineCorvane::GetStatistics(int64_t elapsedMs) {
     clsString text;
     const uint64_t nodes = Nodes;

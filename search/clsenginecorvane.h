@@ -31,6 +31,8 @@ public:
     bool Run() override;
     // Raises the stop flag and waits for the thread; true unless the wait fails.
     bool StopEngine() override;
+    // Raises the stop flag as well, without waiting.
+    void SetStopped() override;
     // The legal moves of the position with their book counters, best last.
     int GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& list, bool generate) override;
     // Takes a book move into BestMove, chosen uniformly among those played often
