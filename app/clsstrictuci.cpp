@@ -169,8 +169,8 @@ int clsStrictUci::Go(const clsString& arguments) {
 }
 
 int64_t clsStrictUci::ClockAllowance(int64_t clockMs, int64_t movesToGo) {
-    return std::max<int64_t>(clsChessApplication::MoveAllowance(clockMs, movesToGo > 0 ? movesToGo : 0, 0),
-                             0);
+    const int64_t control = movesToGo > 0 && movesToGo <= MostMovesToGo ? movesToGo : 0;
+    return std::max<int64_t>(clsChessApplication::MoveAllowance(clockMs, control, 0), 0);
 }
 
 void clsStrictUci::Watch(uint64_t now) {
