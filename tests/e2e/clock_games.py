@@ -9,6 +9,7 @@ from corvane_driver import BINARY, STOCKFISH, Session, bestmove_of
 
 POLYGLOT = "/usr/games/polyglot"
 ALLOWANCE = re.compile(r"info string time (\d+) ms$")
+RESULTS = ("1-0", "0-1", "1/2-1/2")
 
 
 class Clock:
@@ -79,8 +80,9 @@ class PolyglotPlayer:
         self.session.send("otim %d" % (clock.left[1 - self.side] // 10))
         start = len(self.session.seen)
         self.session.send("usermove " + moves[-1] if moves else "go")
-        line = self.session.read_until(lambda l: l.startswith("move ") or l.startswith("Illegal"), timeout)
-        return (line.split()[1] if line.startswith("move ") else line), self.session.seen[start:]
+        # polyglot may end the game itself, by a draw that it claims: its result then stands for the move.
+        line = self.session.read_until(lambda l: l.split(" ")[0] in ("move", "Illegal") + RESULTS, timeout)
+        return line.split()[1] if line.startswith("move ") else line.split(" ")[0], self.session.seen[start:]
 
     def close(self):
         self.session.send("quit")
@@ -91,6 +93,16 @@ def stockfish():
     # A generous overhead: its time is measured here, with all the delays of a busy machine.
     return UciPlayer([STOCKFISH], ["name Skill Level value 0", "name Threads value 1", "name Hash value 16",
                                    "name Move Overhead value 300"])
+
+
+def is_drawn(fen, seen):
+    """A draw that a GUI claims: the third time a position comes, fifty moves without a capture or a pawn's move,
+    or men that cannot mate. seen counts the positions of the game so far."""
+    board, side, castling, en_passant, halfmoves = fen.split()[:5]
+    key = " ".join((board, side, castling, en_passant))
+    seen[key] = seen.get(key, 0) + 1
+    men = sorted(c for c in board if c.isalpha() and c not in "kK")
+    return seen[key] >= 3 or int(halfmoves) >= 100 or men in ([], ["b"], ["n"], ["B"], ["N"])
 
 
 def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, opponent):
@@ -104,8 +116,11 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
     else:
         corvane.new_game()
     opponent.new_game()
+    seen = {}
     while len(moves) < max_plies:
         side = len(moves) % 2
+        if is_drawn(referee.fen(moves), seen):
+            return dict(result="1/2-1/2", moves=moves, faults=faults, overruns=overruns)
         legal = referee.legal_moves(moves)
         if not legal:
             mated = referee.in_check(moves)
@@ -116,6 +131,8 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
         # Generous: a move that does not come is a fault of its own, not a hang of the test.
         move, lines = player.move(moves, clock, timeout=clock.left[side] / 1000 + 60)
         elapsed = int((time.monotonic() - started) * 1000)
+        if move in RESULTS:
+            return dict(result=move, moves=moves, faults=faults, overruns=overruns)
         if player is corvane:
             allowed = [int(m.group(1)) for m in map(ALLOWANCE.match, lines) if m]
             if allowed:
