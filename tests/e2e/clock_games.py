@@ -71,8 +71,10 @@ class PolyglotPlayer:
     def new_game(self, clock, side):
         base = clock.left[side] // 1000
         self.side = side
-        for line in ("new", "level 0 %d:%02d %g" % (base // 60, base % 60, clock.increment_ms / 1000)):
+        for line in ("new", "level 0 %d:%02d %g" % (base // 60, base % 60, clock.increment_ms / 1000), "ping 1"):
             self.session.send(line)
+        # What the last game left unread, such as its result, goes before the pong.
+        self.session.read_until(lambda l: l == "pong 1", timeout=60)
 
     def move(self, moves, clock, timeout):
         """The answer to the opponent's last move, or the first move; clocks in centiseconds, as XBoard has them."""
@@ -132,6 +134,9 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
         move, lines = player.move(moves, clock, timeout=clock.left[side] / 1000 + 60)
         elapsed = int((time.monotonic() - started) * 1000)
         if move in RESULTS:
+            # Only a draw can be claimed here: a mate ends the game before the mated side is asked.
+            if move != "1/2-1/2":
+                faults.append("result %s announced at ply %d" % (move, len(moves)))
             return dict(result=move, moves=moves, faults=faults, overruns=overruns)
         if player is corvane:
             allowed = [int(m.group(1)) for m in map(ALLOWANCE.match, lines) if m]
