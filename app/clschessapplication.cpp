@@ -22,6 +22,7 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     // Every engine of this program reads its start-up options from the command line.
     clsEngineCorvane::CommandLine = Arguments;
     LogFile = Arguments.GetValue("-log");
+    if (Arguments.Find(clsString("-strictuci")) >= 0) Strict = std::make_unique<clsStrictUci>(*this);
     SetEngine(clsString("vesko"));
     const clsString memory = Arguments.GetValue("memory");
     SetMemory(memory.IsEmpty() ? DefaultMemoryMb : ReadDecimal(memory));
@@ -58,7 +59,9 @@ bool clsChessApplication::Run() {
 bool clsChessApplication::CommandLoopPass() {
     const uint64_t now = nuvobase::ClockMs();
     const bool searching = Engine->IsRunning();
-    if (searching)
+    if (IsStrict())
+        Strict->Watch(now);
+    else if (searching)
         WatchSearch(now);
     else
         DeliverMove(now);
@@ -68,6 +71,7 @@ bool clsChessApplication::CommandLoopPass() {
         // Once the input has ended nobody can stop a search any more: the one running ends at its
         // deadline, delivers its move, and then the program ends as after quit.
         if (!nuvobase::StdIn.IsEndOfInput()) return true;
+        if (IsStrict()) return Strict->InputEnded();
         // A search that ended during this pass is delivered by the next one.
         if (searching && Deadline != 0 && now > Deadline) Engine->StopEngine();
         return searching;
@@ -121,6 +125,7 @@ void clsChessApplication::ExecuteCommand(const clsString& line) {
 
 int clsChessApplication::Dispatch(const clsString& command, const clsString& arguments) {
     if (Engine->Protocol == clsEngineInterface::XBoard) return HandleXBoard(command, arguments, false);
+    if (IsStrict()) return Strict->Handle(command, arguments);
     if (Engine->Protocol == clsEngineInterface::Uci) return HandleUci(command, arguments);
     return 0;
 }

@@ -2,6 +2,7 @@
 // The application object: the thread that reads commands, hands them to the front end of the current
 // protocol, watches the running engine and delivers its moves.
 
+#include "app/clsstrictuci.h"
 #include "match/clsengineinterface.h"
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/clsstring.h"
@@ -71,6 +72,9 @@ public:
     // trimmed of blanks. A keyword not found has an empty value; an empty keyword is found at the start.
     static void SplitKeywords(const clsString& text, const char* firstKeyword, const char* secondKeyword,
                               clsString& firstValue, clsString& secondValue);
+    // Sets the position of the arguments of "position" on anything that takes a FEN and coordinate moves: a
+    // move that fails is skipped. No text, or "startpos", is the start position.
+    template <class Board> static void SetUpPosition(Board& board, const clsString& arguments);
     // The milliseconds a search may take: timeMs shared out over the moves left to the control
     // (movesPerControl minus moveNumber, plus 2) or over 40 moves without a control.
     static int64_t MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber);
@@ -105,6 +109,8 @@ public:
     clsString PendingPing;
     clsString IcsHost;
     nuvobase::clsStrings LearnBookLines;
+    // The UCI front end of -strictuci; null without the switch.
+    std::unique_ptr<clsStrictUci> Strict;
 
 protected:
     // Writes one line to Output.
@@ -120,6 +126,25 @@ private:
     int Dispatch(const clsString& command, const clsString& arguments);
     int UciPosition(const clsString& arguments);
     int UciGo(const clsString& arguments);
+    // Whether the UCI words go to the front end of -strictuci.
+    bool IsStrict() const { return Strict && Engine->Protocol == clsEngineInterface::Uci; }
 };
+
+template <class Board> void clsChessApplication::SetUpPosition(Board& board, const clsString& arguments) {
+    clsString fen, moves;
+    SplitKeywords(arguments, "", "moves", fen, moves);
+    if (fen.BeforeChar(' ') == "fen") {
+        fen = fen.AfterChar(' ');
+        fen.Trim(' ');
+    }
+    // No position at all is the start position too, whatever an engine makes of an empty text.
+    if (fen == "startpos" || fen.IsEmpty()) fen = StartFen;
+    board.SetPosition(fen);
+    int position = 0;
+    while (position >= 0) {
+        const clsString move = moves.NextWord(' ', position);
+        if (!move.IsEmpty()) board.MakeMoveText(move);
+    }
+}
 
 } // namespace nvoChess

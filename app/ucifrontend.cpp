@@ -83,21 +83,8 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
 }
 
 int clsChessApplication::UciPosition(const clsString& arguments) {
-    clsString fen, moves;
-    SplitKeywords(arguments, "", "moves", fen, moves);
     HaltEngine();
-    if (fen.BeforeChar(' ') == "fen") {
-        fen = fen.AfterChar(' ');
-        fen.Trim(' ');
-    }
-    // No position at all is the start position too, whatever an engine makes of an empty text.
-    if (fen == "startpos" || fen.IsEmpty()) fen = StartFen;
-    Engine->SetPosition(fen);
-    int position = 0;
-    while (position >= 0) {
-        const clsString move = moves.NextWord(' ', position);
-        if (!move.IsEmpty()) Engine->MakeMoveText(move);
-    }
+    SetUpPosition(*Engine, arguments);
     return 0;
 }
 

@@ -161,4 +161,24 @@ void clsEngineInterface::Info(const clsString& text) {
         Output->Write(clsString("info string ") + text, true);
 }
 
+void clsEngineInterface::DepthLine(int32_t depth, int32_t centipawns, int32_t mateMoves, uint64_t nodes,
+                                   int64_t elapsedMs, const clsString& move) {
+    if (!Limits.DepthLines || !Output) return;
+    const int64_t ms = elapsedMs > 0 ? elapsedMs : 0;
+    // A rate over less than a millisecond is taken over one.
+    const int64_t nps = int64_t(nodes) * 1000 / (ms > 0 ? ms : 1);
+    const clsString score =
+        mateMoves != 0 ? clsString("mate ") + clsString(mateMoves) : clsString("cp ") + clsString(centipawns);
+    Output->Write(clsString("info depth ") + clsString(depth) + " score " + score + " nodes " +
+                      clsString(int64_t(nodes)) + " nps " + clsString(nps) + " time " + clsString(ms) +
+                      " pv " + UciMoveText(move),
+                  true);
+}
+
+clsString clsEngineInterface::UciMoveText(const clsString& move) {
+    clsString text = move;
+    text.RemoveChar('=');
+    return text;
+}
+
 } // namespace nvoChess

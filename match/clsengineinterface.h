@@ -17,6 +17,14 @@ namespace nvoChess {
 
 class clsTourneyGame;
 
+// What a front end asks of the next search alone, beyond the engine's own settings; each search reads
+// them when it starts. Zero means no limit.
+struct clsSearchLimits {
+    int32_t Plies = 0;       // the deepest nominal depth to finish
+    uint64_t Nodes = 0;      // the nodes to count, as the engine counts them
+    bool DepthLines = false; // an "info depth" line at the end of every finished depth
+};
+
 // A thread with an engine's life cycle, the engine's side of a game (side, clocks,
 // moves) and the operations every engine answers. Run, the thread body, does one
 // search and ends.
@@ -98,6 +106,12 @@ public:
     void SetClock(int which, int value);
     // A remark for the GUI: "# " in XBoard mode, "info string " in UCI mode.
     void Info(const nuvobase::clsString& text);
+    // With DepthLines asked for: the UCI line of a finished depth. mateMoves is 0 unless a result is
+    // forced, then the moves to it, negative when the engine is the one mated.
+    void DepthLine(int32_t depth, int32_t centipawns, int32_t mateMoves, uint64_t nodes, int64_t elapsedMs,
+                   const nuvobase::clsString& move);
+    // "e7e8=q" as UCI writes it: "e7e8q".
+    static nuvobase::clsString UciMoveText(const nuvobase::clsString& move);
 
     nuvobase::clsTSafeOutput* Output; // not owned
     clsTourneyGame* Game;             // not owned; null outside a tournament game
@@ -125,6 +139,7 @@ public:
     uint32_t Post = 0;
     clsBook Book; // empty until the engine loads one
     nuvobase::clsString SoulName;
+    clsSearchLimits Limits;
 };
 
 } // namespace nvoChess

@@ -1,5 +1,6 @@
 #include "search/clsenginecorvane.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "chess/bits.h"
@@ -16,6 +17,7 @@ constexpr int32_t CorvanePawnValue = 105;
 constexpr int32_t NoRandomLimit = 127; // the search runs until stopped
 constexpr int32_t RandomOnlyLimit = 2;
 constexpr int32_t DefaultPercentage = 60;
+constexpr int32_t FirstDepth = 2;       // the deepening's first nominal depth
 constexpr int64_t ForcedScore = 100000; // info score of a forced result, plus or minus the moves to it
 
 clsString Number(int64_t value) {
@@ -74,7 +76,10 @@ bool clsEngineCorvane::Run() {
     const clsString percentage = Flag("-proportional");
     SearchStart = nuvobase::ClockMs();
     ++SearchCount;
-    const int32_t limit = random && !timed && !proportional ? RandomOnlyLimit : NoRandomLimit;
+    int32_t limit = random && !timed && !proportional ? RandomOnlyLimit : NoRandomLimit;
+    // A depth asked for by the front end bounds this search, which still finishes its first depth.
+    if (Limits.Plies > 0) limit = std::min(limit, std::max(Limits.Plies, FirstDepth));
+    NodeLimit = Limits.Nodes;
 
     if (!PlayBookMove()) {
         if (!PrepareRoot()) return true; // mate or stalemate: no move, no more words
@@ -102,6 +107,11 @@ bool clsEngineCorvane::Run() {
 bool clsEngineCorvane::StopEngine() {
     StopFlag = 1;
     return !Wait();
+}
+
+void clsEngineCorvane::SetStopped() {
+    clsEngineInterface::SetStopped();
+    StopFlag = 1;
 }
 
 clsString clsEngineCorvane::GetStatistics(int64_t elapsedMs) {
@@ -167,6 +177,17 @@ clsString clsEngineCorvane::GetInfoLine() {
     const int64_t centiseconds = static_cast<int64_t>(nuvobase::ClockMs() - SearchStart) * 1000 / 10000;
     return Number(SearchDepth) + " " + Number(score) + "  " + Number(centiseconds) + " " +
            Number(static_cast<int64_t>(Nodes.load())) + " " + MoveText(&best, true);
+}
+
+void clsEngineCorvane::DepthFinished() {
+    if (!Limits.DepthLines) return;
+    const clsMove best = CopyBestMove();
+    if (best.Flags & MoveIllegal) return;
+    // The top byte counts the moves to a forced result from 0, for a mate in one.
+    const int32_t moves = static_cast<int32_t>(best.Flags >> MoveForcedShift) + 1;
+    const int32_t mate = (best.Flags & MoveWins) ? moves : (best.Flags & MoveLoses) ? -moves : 0;
+    DepthLine(SearchDepth, best.Score * 100 / CorvanePawnValue, mate, Nodes.load(),
+              static_cast<int64_t>(nuvobase::ClockMs() - SearchStart), MoveText(&best, false));
 }
 
 clsString clsEngineCorvane::GetPosition() {

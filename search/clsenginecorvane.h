@@ -16,6 +16,8 @@ public:
     // The program's command-line table; each engine copies it into
     // SearchFlags when it is made.
     static nuvobase::clsStrings CommandLine;
+    // The book read when the option "book" names none, in the working folder.
+    static constexpr const char* DefaultBook = "corvane.cbk";
 
     // The table is shared, not owned, and may be null.
     clsEngineCorvane(clsEngineShare* share, const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
@@ -29,6 +31,8 @@ public:
     bool Run() override;
     // Raises the stop flag and waits for the thread; true unless the wait fails.
     bool StopEngine() override;
+    // Raises the stop flag as well, without waiting.
+    void SetStopped() override;
     // The legal moves of the position with their book counters, best last.
     int GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& list, bool generate) override;
     // Takes a book move into BestMove, chosen uniformly among those played often
@@ -72,6 +76,8 @@ public:
     int64_t SearchCount = 0; // searches run
 
 protected:
+    // The UCI line of the depth, when the front end asked for one.
+    void DepthFinished() override;
     // Divide lines of perft go to the output and to the engine's list of lines.
     void WriteLine(const nuvobase::clsString& line) override;
 

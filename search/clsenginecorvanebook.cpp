@@ -15,7 +15,6 @@ using nuvobase::clsString;
 
 namespace {
 
-const char* const DefaultBookName = "corvane.cbk";
 // A move below this share of the weights was played too rarely to count.
 constexpr double RareShare = 0.02;
 // Keeps the thread alive long enough for a front end's poll to see it run.
@@ -45,7 +44,7 @@ clsString HexKey(uint64_t key) {
 
 void clsEngineCorvane::LoadBook() {
     clsString name = Flag("book");
-    if (name.IsEmpty()) name = DefaultBookName;
+    if (name.IsEmpty()) name = DefaultBook;
     if (!CanOpen(name)) {
         if (Post) Info("no book " + name);
         return;

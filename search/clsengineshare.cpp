@@ -44,9 +44,13 @@ void clsEngineShare::ResizeTable(int64_t megabytes) {
         TTSlots = AllocateSlots(n);
         if (!TTSlots) continue;
         TTCount = n / 2;
-        for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
+        ClearTable();
         return;
     }
+}
+
+void clsEngineShare::ClearTable() {
+    for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
 }
 
 } // namespace nvoChess

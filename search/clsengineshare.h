@@ -68,6 +68,8 @@ public:
     // two of slots that fits into the megabytes, halving it while allocation
     // fails; half of the slots are addressed and cleared. 0 means no table.
     void ResizeTable(int64_t megabytes);
+    // Empties every slot in use, as a new table is.
+    void ClearTable();
 
     // The slot of a search key, or null without a table. The key modulo the
     // count: a power of two, so a mask does it.

@@ -85,6 +85,7 @@ NextMove:
         goto NextMove;
     }
     Bump(Nodes);
+    if (NodeLimit != 0 && Nodes.load(std::memory_order_relaxed) >= NodeLimit) StopFlag = 1;
     ++node->LegalCount;
     if (node->Ply < depth) {
         if (node->TTEntry) node->TTEntry->TTFlags |= TTOnPath;
@@ -221,6 +222,7 @@ clsTreeSearch::eDeepening clsTreeSearch::Deepen(int32_t limit) {
             }
             BestMoveLock.Unlock();
         }
+        if (!Stopped()) DepthFinished();
         if (result != eDeepening::DepthLimit) return result;
     }
     return eDeepening::DepthLimit;

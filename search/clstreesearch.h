@@ -59,10 +59,14 @@ public:
     void ResetStatistics();
 
     clsEngineShare* Share;
+    uint64_t NodeLimit = 0;                       // the search stops itself once Nodes reaches it; 0 for none
     std::atomic<uint64_t> TTHits{0}, ReptHits{0}; // Nodes and StopFlag are the core's
     std::atomic<int32_t> SearchDepth{0};
 
 protected:
+    // Called by the deepening after every depth that the search finished.
+    virtual void DepthFinished() {}
+
     nuvobase::clsMutex& BestMoveLock;
     clsMove BestMove; // guarded by BestMoveLock
 

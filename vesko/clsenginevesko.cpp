@@ -1,5 +1,8 @@
 #include "vesko/clsenginevesko.h"
 
+#include "nuvobase/platform.h"
+
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -29,8 +32,23 @@ bool clsEngineVesko::Start() {
 }
 
 bool clsEngineVesko::Run() {
+    SearchStart = nuvobase::ClockMs();
     Execute(VeskoCommandSearch);
     return true;
+}
+
+void clsEngineVesko::IterationDone(void* engine) {
+    auto* self = static_cast<clsEngineVesko*>(engine);
+    VeskoBlock* const block = self->Block;
+    const int64_t depth = VeskoShared(block->Depth).load();
+    const int64_t score = VeskoShared(block->BestScore).load();
+    // A forced result ends the deepening at the first depth that sees it: a mate within half that depth.
+    const int32_t mate = score >= VeskoWinScore    ? int32_t(depth / 2)
+                         : score <= -VeskoWinScore ? -int32_t(depth / 2)
+                                                   : 0;
+    self->DepthLine(int32_t(depth), int32_t(score * 100 / self->PawnValue()), mate,
+                    VeskoShared(block->Nodes).load(), int64_t(nuvobase::ClockMs() - self->SearchStart),
+                    PackedMoveText(VeskoShared(block->BestMove).load()));
 }
 
 clsEngineVesko::~clsEngineVesko() {
@@ -133,12 +151,19 @@ clsString clsEngineVesko::SanToCoordinates(const clsString&, bool) {
 void clsEngineVesko::SendLine(const clsString&) {}
 
 void clsEngineVesko::Execute(uint64_t command, int64_t depth, const char* text, const char* moveText) {
+    const bool search = command == VeskoCommandSearch;
     // A search keeps a stop that came since Start; the owner's commands run with no search
     // about, and an old stop must not cut them short.
-    VeskoShared(Block->Command).fetch_and(command == VeskoCommandSearch ? VeskoCommandStop : 0);
+    VeskoShared(Block->Command).fetch_and(search ? VeskoCommandStop : 0);
     VeskoShared(Block->Command).fetch_or(command);
     VeskoShared(Block->Depth).store(depth);
-    Block->MaxDepth = MaxDepth;
+    // A depth asked for by the front end bounds this search alone. The deepening runs the depths below the
+    // limit less one, so the limit lies two above the deepest depth to finish, and never above its own.
+    Block->MaxDepth =
+        search && Limits.Plies > 0 ? std::min<int64_t>(Limits.Plies + 2, VeskoDepthLimit) : MaxDepth;
+    Block->NodeLimit = search ? Limits.Nodes : 0;
+    Block->IterationDone = search && Limits.DepthLines ? IterationDone : nullptr;
+    Block->Listener = this;
     if (text) {
         // A longer text is cut to the field.
         std::strncpy(Block->Text, text, sizeof Block->Text - 1);

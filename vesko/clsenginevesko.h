@@ -53,9 +53,13 @@ private:
     void Command(uint64_t command, int64_t depth = 0, const char* text = nullptr,
                  const char* moveText = nullptr);
 
-    void* RawBlock;      // the allocation, zeroed
-    std::size_t RawSize; // the block and room to align it
-    VeskoBlock* Block;   // aligned inside RawBlock
+    // The UCI line of an iteration just published, when the front end asked for one.
+    static void IterationDone(void* engine);
+
+    void* RawBlock;           // the allocation, zeroed
+    std::size_t RawSize;      // the block and room to align it
+    VeskoBlock* Block;        // aligned inside RawBlock
+    uint64_t SearchStart = 0; // clock at the start of the search
 };
 
 } // namespace nvoChess

@@ -130,6 +130,10 @@ struct alignas(256) VeskoBlock {
     uint64_t BestMove; // the best move's text, up to 8 characters packed; 0 when none
     uint64_t Nodes;    // leaves evaluated
     int64_t BestScore;
+    uint64_t NodeLimit; // a search stops itself once Nodes reaches it; 0 for none
+    // Told after every iteration that published a move; null for nobody.
+    void (*IterationDone)(void* listener);
+    void* Listener;
     uint64_t PlyCounts[128];
     VeskoWeights Weights;
     VeskoNode NodeStack[VeskoNodeCount];

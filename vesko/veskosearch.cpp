@@ -94,6 +94,7 @@ bool Iterate(VeskoBlock* block) {
                 continue;
             }
             VeskoShared(block->Nodes).store(++nodes, std::memory_order_relaxed);
+            if (nodes == block->NodeLimit) VeskoShared(block->Command).fetch_or(VeskoCommandStop);
             value = VeskoEvaluate(block->Weights, node);
         } else {
             if (!node->LegalCount)
@@ -152,6 +153,7 @@ void VeskoSearch(VeskoBlock* block) {
         const VeskoMove* first = root->FirstMove;
         if (first == (root + 1)->FirstMove || (first->Flags & VeskoIllegal)) return;
         Publish(block, root);
+        if (block->IterationDone) block->IterationDone(block->Listener);
         if (first->Score >= VeskoWinScore || first->Score <= -VeskoWinScore) return;
         if (depth + 2 >= limit - 1) return;
     }

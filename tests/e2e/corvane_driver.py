@@ -102,6 +102,16 @@ class Referee:
         self.session.read_until(lambda l: l.startswith("Nodes searched"))
         return {l.split(":")[0] for l in self.session.seen[start:] if l.endswith(": 1")}
 
+    def fen(self, moves):
+        self.position(moves)
+        self.session.send("d")
+        return self.session.read_until(lambda l: l.startswith("Fen:")).split(":", 1)[1].strip()
+
+    def in_check(self, moves, fen=None):
+        self.position(moves, fen)
+        self.session.send("d")
+        return self.session.read_until(lambda l: l.startswith("Checkers:")).split(":", 1)[1].strip() != ""
+
     def best_move(self, moves, think_ms):
         self.position(moves)
         self.session.send("go movetime %d" % think_ms)
