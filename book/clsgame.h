@@ -9,6 +9,9 @@
 
 namespace nvoChess {
 
+class clsChessCore;
+class clsFENTable;
+
 // Bits of the result word.
 enum GameCodeBits : uint32_t {
     CodeUndecided = 0x0001,
@@ -54,6 +57,15 @@ public:
     nuvobase::clsString ResultText() const;
     // Why the game ended, by the first reason bit of the word; empty when it has none.
     nuvobase::clsString ReasonText() const;
+
+    // Reads one game of PGN text from the start position on the core: the tags, then the main line up to the
+    // first token that is no legal move. MoveText takes the coordinate moves, each followed by a blank.
+    // Every position before a move is counted in fens, when given, by the result known at that point.
+    // maxPlies 0 reads the whole game.
+    void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies);
+    // "1-0", "0-1", "1/2-1/2", "*" and "?" in any case set the word and its tags; any other text leaves a
+    // running game and the tags alone.
+    void SetResultText(const nuvobase::clsString& text);
 };
 
 } // namespace nvoChess
