@@ -1,6 +1,7 @@
 // The program's own commands, beside the two chess protocols: both front ends hand every word they do not
 // know to HandleConsole. Each command reads its arguments word by word and calls into the part that does
 // the work.
+#include "app/bookcommands.h"
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
 
@@ -110,6 +111,9 @@ const ConsoleCommand Commands[] = {
     {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
     {"\\vesko", [](App& app, const clsString&) { app.SetEngine(clsString("vesko")); }},
     {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
+    {"\\buildbooks", BuildBooks},
+    {"\\mergebooks", MergeBooks},
+    {"\\cvbooks", ConvertBooks},
 };
 
 } // namespace

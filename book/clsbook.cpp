@@ -1,6 +1,8 @@
 #include "book/clsbook.h"
 
-#include "book/bookreplay.h"
+#include "book/bookoutcome.h"
+#include "chess/clschesscore.h"
+#include "chess/keys.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -285,10 +287,16 @@ std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
 }
 
 int clsBook::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode) {
-    ReplayBookGame(core, moves, result, drawCode, [this](uint64_t key, BookOutcome outcome) {
-        Add(new clsBookEntry(key, outcome == BookOutcome::Win, outcome == BookOutcome::Loss,
+    core.SetPosition(nuvobase::clsString());
+    int ply = 0;
+    for (int position = 0; position >= 0;) {
+        const nuvobase::clsString move = moves.NextWord(' ', position);
+        if (move.IsEmpty()) continue;
+        if (!core.MakeMoveText(move)) break;
+        const BookOutcome outcome = OutcomeOfPly(ply++, result, drawCode);
+        Add(new clsBookEntry(BoardKey(core.Board), outcome == BookOutcome::Win, outcome == BookOutcome::Loss,
                              outcome == BookOutcome::Draw));
-    });
+    }
     return Count;
 }
 

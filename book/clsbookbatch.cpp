@@ -12,9 +12,9 @@ constexpr size_t MinimumBatch = size_t(1) << 16;
 
 } // namespace
 
-void clsBookBatch::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode) {
-    ReplayBookGame(core, moves, result, drawCode,
-                   [this](uint64_t key, BookOutcome outcome) { Tallies.push_back({key, outcome}); });
+void clsBookBatch::AddGame(const std::vector<uint64_t>& keys, int result, int drawCode) {
+    for (size_t ply = 0; ply < keys.size(); ++ply)
+        Tallies.push_back({keys[ply], OutcomeOfPly(int(ply), result, drawCode)});
     if (Tallies.size() >= std::max(MinimumBatch, size_t(Book.Count))) Flush();
 }
 

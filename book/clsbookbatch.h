@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "book/bookreplay.h"
+#include "book/bookoutcome.h"
 #include "book/clsbook.h"
 
 namespace nvoChess {
@@ -18,8 +18,9 @@ public:
     clsBookBatch(const clsBookBatch&) = delete;
     clsBookBatch& operator=(const clsBookBatch&) = delete;
 
-    // Counts the game's positions as clsBook::AddGame does, for the next Flush.
-    void AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode);
+    // Counts the keys of a game's positions, in the order played, as clsBook::AddGame counts the positions
+    // of its moves; for the next Flush.
+    void AddGame(const std::vector<uint64_t>& keys, int result, int drawCode);
     // Joins what was gathered to the book.
     void Flush();
 

@@ -11,8 +11,8 @@ namespace nvoChess {
 namespace {
 
 // The bits of the result word that tell the outcome apart.
-constexpr uint32_t OutcomeMask = CodeAborted | CodeDraw | CodeBlackWon | CodeWhiteWon | CodeDecisive |
-                                 CodeUndecided;
+constexpr uint32_t OutcomeMask =
+    CodeAborted | CodeDraw | CodeBlackWon | CodeWhiteWon | CodeDecisive | CodeUndecided;
 
 std::string Folded(const nuvobase::clsString& text) {
     std::string folded(text.Text(), size_t(text.Size()));
@@ -27,11 +27,20 @@ void clsFENTable::Add(const nuvobase::clsString& fen, uint32_t code) {
     if (added) Results.push_back({fen, {}});
     clsFENResult& result = Results[found->second].Result;
     switch (code & OutcomeMask) {
-    case CodeWhiteWins: ++result.WhiteWins; break;
-    case CodeBlackWins: ++result.BlackWins; break;
-    case CodeDraw: ++result.Draws; break;
-    case CodeAborted: ++result.Unfinished; break;
-    default: break;
+    case CodeWhiteWins:
+        ++result.WhiteWins;
+        break;
+    case CodeBlackWins:
+        ++result.BlackWins;
+        break;
+    case CodeDraw:
+        ++result.Draws;
+        break;
+    case CodeAborted:
+        ++result.Unfinished;
+        break;
+    default:
+        break;
     }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -61,8 +62,10 @@ public:
     // Reads one game of PGN text from the start position on the core: the tags, then the main line up to the
     // first token that is no legal move. MoveText takes the coordinate moves, each followed by a blank.
     // Every position before a move is counted in fens, when given, by the result known at that point.
-    // maxPlies 0 reads the whole game.
-    void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies);
+    // maxPlies 0 reads the whole game. keys, when given, takes the book keys of the positions that replaying
+    // MoveText reaches.
+    void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
+                 std::vector<uint64_t>* keys = nullptr);
     // "1-0", "0-1", "1/2-1/2", "*" and "?" in any case set the word and its tags; any other text leaves a
     // running game and the tags alone.
     void SetResultText(const nuvobase::clsString& text);

@@ -5,6 +5,7 @@
 #include "book/clsfentable.h"
 #include "book/clsgame.h"
 #include "chess/clschesscore.h"
+#include "chess/keys.h"
 
 namespace nvoChess {
 
@@ -38,6 +39,16 @@ clsString NextToken(const clsString& moves, int& position) {
     return token;
 }
 
+// The nodes a generation at the root and a legality test of its moves use.
+constexpr int32_t RootNodes = 2;
+
+// A record of the list that takes a king: the side not to move stands in check, which no perft counts.
+bool CapturesKing(const clsChessCore& core) {
+    for (const clsMove* move = core.Root->Moves; move != core.Root->End(); ++move)
+        if (move->Captured() == PieceKing) return true;
+    return false;
+}
+
 } // namespace
 
 void clsGame::SetResultText(const clsString& text) {
@@ -54,7 +65,8 @@ void clsGame::SetResultText(const clsString& text) {
         if (text.Compare(word.Text) != 0) return SetCode(word.Code);
 }
 
-void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies) {
+void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
+                      std::vector<uint64_t>* keys) {
     Code = CodeRunning;
     FirstMoveNumber = 0;
     clsString moves;
@@ -77,6 +89,7 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
 
     core.SetPosition(clsString());
     PlyCount = 0;
+    bool replayEnded = false;
     for (int position = 0; position < moves.Size();) {
         if (maxPlies != 0 && PlyCount >= maxPlies) return;
         const bool number = IsDigit(moves.Text()[position]);
@@ -101,13 +114,26 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
             Comments.SetValue(clsString(PlyCount), comment);
             continue;
         }
-        if (core.Perft(1, false) == 0) return;
-        const clsString move = core.SanToCoordinates(token, false);
-        if (move.IsEmpty()) return;
+        // The list a perft of depth 1 walks; its count is needed only when the fitting move is illegal.
+        core.ResetNodes(RootNodes);
+        core.Generate(-1);
+        if (CapturesKing(core)) return;
+        const clsMove* found = core.FindSanMove(token);
+        if (found == nullptr) return;
+        const bool legal = core.IsLegalAtCurrent(*found);
+        clsString move = core.MoveText(found, false);
+        move.RemoveChar('=');
+        if (!legal && core.Perft(1, false) == 0) return;
         ++PlyCount;
         MoveText.Append(move).Append(' ');
         if (fens != nullptr) fens->Add(core.GetPosition(), Code);
-        core.MakeMoveText(move);
+        // An illegal move stays in the text but is not played, and a replay of the text ends there.
+        if (!legal) {
+            replayEnded = true;
+            continue;
+        }
+        core.PlayMove(*found);
+        if (keys != nullptr && !replayEnded) keys->push_back(BoardKey(core.Board));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "book/clsbookbatch.h"
 #include "book/clsgame.h"
@@ -85,12 +86,14 @@ int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bo
     clsBookBatch batch(Book);
     int games = 0;
     clsString text;
+    std::vector<uint64_t> keys;
     auto closeGame = [&]() {
         if (text.IsEmpty()) return;
         clsGame game;
-        game.ReadPgn(text, core, extractFen ? &Fens : nullptr, maxPlies);
+        keys.clear();
+        game.ReadPgn(text, core, extractFen ? &Fens : nullptr, maxPlies, &keys);
         const clsBookResult result = BookResultOf(game.Code);
-        batch.AddGame(core, game.MoveText, result.Result, result.DrawCode);
+        batch.AddGame(keys, result.Result, result.DrawCode);
         ++games;
         text.Clear();
     };
