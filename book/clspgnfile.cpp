@@ -99,7 +99,10 @@ int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bo
     };
     bool inMoves = false;
     clsString line;
-    while (reader.Next(line)) {
+    // A byte order mark in front of the first tag would hide the tag.
+    bool more = reader.Next(line);
+    if (more) line.StripUtf8Bom();
+    for (; more; more = reader.Next(line)) {
         int start = 0;
         while (start < line.Size() && line.Text()[start] == ' ') ++start;
         const bool tag = line.Text()[start] == '[';
