@@ -35,8 +35,8 @@ void clsBookBatch::Flush() {
         if (folded.nuvobase::clsPCollection<clsBookEntry>::Add(entry) < 0) delete entry;
         first = last;
     }
+    // The room stays for the next batch, which is at least as large.
     Tallies.clear();
-    Tallies.shrink_to_fit();
     Book.AddSorted(folded);
 }
 
