@@ -1,6 +1,7 @@
 // The program's own commands, beside the two chess protocols: both front ends hand every word they do not
 // know to HandleConsole. Each command reads its arguments word by word and calls into the part that does
 // the work.
+#include "app/bookcommands.h"
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
 
@@ -147,6 +148,9 @@ const ConsoleCommand Commands[] = {
     {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
     {"\\perftfile", PerftFile},
     {"\\json", ShowJson},
+    {"\\buildbooks", BuildBooks},
+    {"\\mergebooks", MergeBooks},
+    {"\\cvbooks", ConvertBooks},
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "book/clsbook.h"
 
+#include "book/bookoutcome.h"
 #include "chess/clschesscore.h"
 #include "chess/keys.h"
 
@@ -11,6 +12,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <new>
 
 namespace nvoChess {
 
@@ -286,17 +288,49 @@ std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
 
 int clsBook::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode) {
     core.SetPosition(nuvobase::clsString());
-    const bool drawn = result == drawCode;
-    uint32_t won = result == 2 ? 1 : 0;
+    int ply = 0;
     for (int position = 0; position >= 0;) {
         const nuvobase::clsString move = moves.NextWord(' ', position);
         if (move.IsEmpty()) continue;
         if (!core.MakeMoveText(move)) break;
-        Add(drawn ? new clsBookEntry(BoardKey(core.Board), 0, 0, 1)
-                  : new clsBookEntry(BoardKey(core.Board), won, 1 - won, 0));
-        won ^= 1;
+        const BookOutcome outcome = OutcomeOfPly(ply++, result, drawCode);
+        Add(new clsBookEntry(BoardKey(core.Board), outcome == BookOutcome::Win, outcome == BookOutcome::Loss,
+                             outcome == BookOutcome::Draw));
     }
     return Count;
+}
+
+void clsBook::AddSorted(clsBook& other) {
+    if (other.Count == 0) return;
+    const int64_t both = int64_t(Count) + other.Count;
+    if (both > INT32_MAX) return;
+    auto* joined = new (std::nothrow) clsBookEntry*[size_t(both)];
+    if (joined == nullptr) return;
+    int left = 0, right = 0, made = 0;
+    while (left < Count || right < other.Count) {
+        clsBookEntry* fromLeft = left < Count ? Items[left] : nullptr;
+        clsBookEntry* fromRight = right < other.Count ? other.Items[right] : nullptr;
+        if (fromRight == nullptr || (fromLeft != nullptr && fromRight->Greater(*fromLeft))) {
+            joined[made++] = fromLeft;
+            ++left;
+        } else if (fromLeft == nullptr || fromLeft->Greater(*fromRight)) {
+            joined[made++] = fromRight;
+            ++right;
+        } else {
+            fromLeft->AddCounters(*fromRight);
+            delete fromRight;
+            joined[made++] = fromLeft;
+            ++left;
+            ++right;
+        }
+    }
+    delete[] Items;
+    delete[] other.Items;
+    Items = joined;
+    Count = made;
+    Capacity = int32_t(both);
+    other.Items = nullptr;
+    other.Count = other.Capacity = 0;
 }
 
 const clsBookEntry* clsBook::Find(uint64_t key) const {

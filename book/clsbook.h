@@ -49,6 +49,9 @@ public:
     // draw for both. The game ends at a move that cannot be played. Returns the
     // entry count.
     int AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode);
+    // Takes over the entries of another book in key order, one entry per key, as adding them one by one
+    // would, in one pass over both. The other book is left empty.
+    void AddSorted(clsBook& other);
     // Binary search; null when the key is not in the book.
     const clsBookEntry* Find(uint64_t key) const;
 

@@ -110,12 +110,23 @@ bool clsChessCore::MakeMove(uint64_t from, uint64_t to, char promotion) {
         if (move->From != from || move->To != to || move->Promotion() != wanted ||
             (move->Flags & MoveIllegal))
             continue;
-        ApplyMove(*move);
-        SetEnPassantField(*move);
-        SwapSides();
+        PlayMove(*move);
         return true;
     }
     return false;
+}
+
+void clsChessCore::PlayMove(const clsMove& move) {
+    ApplyMove(move);
+    SetEnPassantField(move);
+    SwapSides();
+}
+
+bool clsChessCore::IsLegalAtCurrent(const clsMove& move) {
+    ApplyMove(move);
+    const bool legal = !IsAttacked(Board.Kings & Board.Mine);
+    RestoreBoard(*Current);
+    return legal;
 }
 
 uint32_t clsChessCore::GameStatus() {

@@ -61,7 +61,9 @@ public:
     int32_t FilterLegal();
     // The root's parent move takes the shape of the last move played; the root's board is saved.
     void SetRootNode();
-    void ResetNodes();
+    // Prepares the first nodes (all by default) for a walk from the board's position; a generation at the
+    // root alone needs 2.
+    void ResetNodes(int32_t nodes = NodeCount);
 
     // --- making moves
     void ApplyMove(const clsMove& move);
@@ -70,6 +72,10 @@ public:
     void SetEnPassantField(const clsMove& move);
     // Plays a game move given by its squares and a promotion letter. False, and no change, if not legal.
     bool MakeMove(uint64_t from, uint64_t to, char promotion);
+    // Plays a generated move of the current node as a game move: the sides swap behind it.
+    void PlayMove(const clsMove& move);
+    // Whether a generated move of the current node leaves the mover's king safe; the board stays as it was.
+    bool IsLegalAtCurrent(const clsMove& move);
     // A coordinate move such as "e2e4", "e7e8q" or "e7e8=q".
     bool MakeMoveText(const nuvobase::clsString& text);
     uint32_t GameStatus();
@@ -87,6 +93,9 @@ public:
     void PrintMoves(bool flag);
     // The long texts of the root's list, each followed by a space; empty unless the root is current.
     nuvobase::clsString MovesAsText();
+    // The first record of the root's list, illegal ones included, whose long text fits the SAN move; null
+    // for none.
+    const clsMove* FindSanMove(const nuvobase::clsString& san);
     // The coordinate text of a SAN move of the root position, or empty text.
     nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst);
 

@@ -1,5 +1,7 @@
 // The staged pseudo-legal generator. The order of routines, of men (lowest bit first) and of targets (lowest
 // bit first) is the engine's move ordering: nothing sorts inside the tree.
+#include <algorithm>
+
 #include "chess/bits.h"
 #include "chess/chesstables.h"
 #include "chess/clschesscore.h"
@@ -265,12 +267,8 @@ bool clsChessCore::RayAttack(int32_t square, int32_t firstRay, uint64_t attacker
 int32_t clsChessCore::FilterLegal() {
     clsSimpleNode& node = *Current;
     clsMove* kept = node.Moves;
-    for (clsMove* move = node.Moves; move != node.End(); ++move) {
-        ApplyMove(*move);
-        const bool legal = !IsAttacked(Board.Kings & Board.Mine);
-        RestoreBoard(node);
-        if (legal) *kept++ = *move;
-    }
+    for (clsMove* move = node.Moves; move != node.End(); ++move)
+        if (IsLegalAtCurrent(*move)) *kept++ = *move;
     node.End() = kept;
     node.MoveCount = static_cast<int32_t>(kept - node.Moves);
     return node.MoveCount;
@@ -291,11 +289,11 @@ void clsChessCore::SetRootNode() {
     Root->SavedBoard = Board;
 }
 
-void clsChessCore::ResetNodes() {
+void clsChessCore::ResetNodes(int32_t nodes) {
     Node[0].Moves = MovePool;
     Root = Current = &Node[1];
     Node[1].Moves = Node[2].Moves = MovePool + 1;
-    for (int i = 0; i < NodeCount; ++i) {
+    for (int i = 0; i < std::min(nodes, NodeCount); ++i) {
         clsSimpleNode& node = Node[i];
         node.Best = NoValue;
         node.Ply = i;

@@ -1,5 +1,6 @@
 // Text in and out: FEN and EPD, the engine's move texts, and SAN resolved by matching a wildcard pattern
 // against the long texts of the generated moves.
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -68,12 +69,15 @@ char LowerCase(char c) {
     return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// The longest move text: piece, square, "x", captured piece, square, "=", promotion letter.
+constexpr int MoveTextSize = 10;
+
 // A candidate long text fits the pattern if it agrees up to the pattern's length, "?" matching anything and
-// the promotion letter in either case.
-bool FitsPattern(const clsString& candidate, const clsString& pattern) {
+// the promotion letter in either case. The candidate is NUL-padded to MoveTextSize.
+bool FitsPattern(const char* candidate, const clsString& pattern) {
     bool promotion = false;
     for (int i = 0; i < pattern.Size(); ++i) {
-        const char want = At(pattern, i), have = At(candidate, i);
+        const char want = At(pattern, i), have = i < MoveTextSize ? candidate[i] : '\0';
         const bool same = want == have || (promotion && LowerCase(want) == LowerCase(have));
         if (want != '?' && !same) return false;
         promotion = promotion || want == '=';
@@ -82,15 +86,12 @@ bool FitsPattern(const clsString& candidate, const clsString& pattern) {
 }
 
 // The squares of a long text, and the promotion letter behind its "=".
-clsString CoordinatesOf(const clsString& candidate) {
+clsString CoordinatesOf(const char* candidate) {
     clsString result;
-    const int equals = candidate.Find('=');
-    const int end = equals < 0 ? candidate.Size() : equals;
-    for (int i = 0; i < end; ++i) {
-        const char c = At(candidate, i);
-        if (IsFile(c) || IsRank(c)) result += c;
-    }
-    if (equals >= 0) result += candidate.From(equals + 1);
+    int i = 0;
+    for (; candidate[i] != '\0' && candidate[i] != '='; ++i)
+        if (IsFile(candidate[i]) || IsRank(candidate[i])) result += candidate[i];
+    if (candidate[i] == '=') result += candidate + i + 1;
     return result;
 }
 
@@ -233,21 +234,34 @@ clsString clsChessCore::GetPosition() const {
     return fen;
 }
 
+namespace {
+
+// The text of MoveText into out, which holds MoveTextSize bytes and is NUL-padded.
+void WriteMoveText(const clsMove& move, bool longForm, char* out) {
+    std::fill(out, out + MoveTextSize, '\0');
+    int at = 0;
+    if (longForm) out[at++] = PieceLetters[move.Piece()];
+    SquareToChars(move.From, out + at);
+    at += 2;
+    if (longForm) {
+        out[at++] = move.Captured() ? 'x' : '-';
+        if (move.Captured()) out[at++] = PieceLetters[move.Captured()];
+    }
+    SquareToChars(move.To, out + at);
+    at += 2;
+    if (move.Promotion()) {
+        out[at++] = '=';
+        out[at] = PromotionLetters[move.Promotion()];
+    }
+}
+
+} // namespace
+
 clsString clsChessCore::MoveText(const clsMove* move, bool longForm) const {
     if (!move) return clsString("------");
-    clsString text;
-    if (longForm) text += PieceLetters[move->Piece()];
-    text += SquareToText(move->From);
-    if (longForm) {
-        text += move->Captured() ? 'x' : '-';
-        if (move->Captured()) text += PieceLetters[move->Captured()];
-    }
-    text += SquareToText(move->To);
-    if (move->Promotion()) {
-        text += '=';
-        text += PromotionLetters[move->Promotion()];
-    }
-    return text;
+    char text[MoveTextSize + 1] = {};
+    WriteMoveText(*move, longForm, text);
+    return clsString(text);
 }
 
 void clsChessCore::PrintMove(const clsMove* move) {
@@ -287,16 +301,28 @@ clsString clsChessCore::MovesAsText() {
     return text;
 }
 
+// Matches the root's long move texts as MovesAsText lists them, written one at a time into a buffer.
+const clsMove* clsChessCore::FindSanMove(const clsString& san) {
+    const clsString pattern = SanToPattern(san);
+    if (pattern.IsEmpty() || Current != Root) return nullptr;
+    if (Root->Moves == Root->End()) Generate(-1);
+    char candidate[MoveTextSize + 1] = {};
+    const char piece = At(pattern, 0);
+    for (const clsMove* move = Root->Moves; move != Root->End(); ++move) {
+        if (piece != '?' && piece != PieceLetters[move->Piece()]) continue;
+        WriteMoveText(*move, true, candidate);
+        if (FitsPattern(candidate, pattern)) return move;
+    }
+    return nullptr;
+}
+
 clsString clsChessCore::SanToCoordinates(const clsString& san, bool generateFirst) {
     if (generateFirst) Perft(1, false);
-    const clsString pattern = SanToPattern(san);
-    if (pattern.IsEmpty()) return pattern;
-    const clsString moves = MovesAsText();
-    for (int position = 0; position >= 0;) {
-        const clsString candidate = moves.NextWord(' ', position);
-        if (!candidate.IsEmpty() && FitsPattern(candidate, pattern)) return CoordinatesOf(candidate);
-    }
-    return clsString();
+    const clsMove* move = FindSanMove(san);
+    if (!move) return clsString();
+    char candidate[MoveTextSize + 1] = {};
+    WriteMoveText(*move, true, candidate);
+    return CoordinatesOf(candidate);
 }
 
 bool clsChessCore::MakeMoveText(const clsString& text) {

@@ -1,0 +1,30 @@
+// A PGN file read into an opening book: the file is cut into games, each game is replayed on a chess core,
+// and every position of its main line goes into the book; on request also into a table of positions
+// written beside the file.
+#pragma once
+
+#include "book/clsbook.h"
+#include "book/clsfentable.h"
+#include "nuvobase/clsstring.h"
+
+namespace nvoChess {
+
+class clsChessCore;
+
+class clsPGNFile {
+public:
+    clsFENTable Fens; // the positions of the last Load
+    clsBook Book;     // grows over every Load
+
+    clsPGNFile() = default;
+    virtual ~clsPGNFile() = default;
+    clsPGNFile(const clsPGNFile&) = delete;
+    clsPGNFile& operator=(const clsPGNFile&) = delete;
+
+    // Reads the games of the file on the core into Book and returns how many there were; a file that cannot
+    // be read gives 0. maxPlies 0 reads whole games. With extractFen the position table goes to the file's
+    // name with the extension "txt".
+    int Load(const nuvobase::clsString& file, clsChessCore& core, int maxPlies, bool extractFen);
+};
+
+} // namespace nvoChess
