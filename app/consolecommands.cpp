@@ -3,6 +3,7 @@
 // the work.
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
+#include "app/formulaconsole.h"
 
 #include "match/clsengineinterface.h"
 
@@ -105,6 +106,7 @@ const ConsoleCommand Commands[] = {
     {"\\moves", PlayMoves},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
+    {"\\console", [](App& app, const clsString&) { RunFormulaConsole(app); }},
     {"\\loadbook", LoadBook},
     {"\\savebook", SaveBook},
     {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
