@@ -188,7 +188,7 @@ int clsParser::Evaluate() {
                 const int code = PushOperand(token, isString ? -1 : tokenStart);
                 if (code) return code;
             } else {
-                op = *word;
+                op = {word->Code, word->Rank, op.Length};
                 if (op.Code == CodeAnd || op.Code == CodeOr) state.OperatorCount--;
             }
         }
