@@ -201,7 +201,8 @@ int clsParser::Evaluate() {
         if (op.Code == '-' && at - 1 > 0) {
             int before = at - 1;
             while (before > 0 && *state.Source.At(before) == ' ') before--;
-            if (std::strchr("(*+,-/", *state.Source.At(before))) {
+            const char previous = *state.Source.At(before);
+            if (previous && std::strchr("(*+,-/", previous)) {
                 const int code = PushOperator(CodeNeg, RankNegation + level, at);
                 if (code) return code;
                 continue;

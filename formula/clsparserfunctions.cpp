@@ -77,26 +77,28 @@ int clsParser::FunctionDisplay(const clsOperatorEntry& entry) {
 int clsParser::FunctionGet(const clsOperatorEntry& entry) {
     clsStack& values = State->Values;
     const int count = values.Count - entry.Depth;
+    const clsValue* arguments = values.Values + entry.Depth;
     clsValue& result = values.Values[entry.Depth];
     values.Count = entry.Depth + 1;
-    if (count < 1) return result.SetError(entry.Pos), ErrorNone;
-    const clsValue* arguments = values.Values + entry.Depth;
-    clsString table = arguments[0].ToText();
+    clsString table = count > 0 ? arguments[0].ToText() : clsString();
     const bool showOnly = table.Size() > 0 && *table.At(table.Size() - 1) == '?';
     if (showOnly) table.SetLength(table.Size() - 1);
     if (table.IsEmpty() || (count > 1 && arguments[1].IsError()) ||
-        ((count == 3 || count == 4) && arguments[count - 1].IsError()))
-        return result.SetError(entry.Pos), ErrorNone;
+        ((count == 3 || count == 4) && arguments[count - 1].IsError())) {
+        result.SetError(entry.Pos);
+        return ErrorNone;
+    }
     const clsString sql = GetStatement(arguments, count, table);
-    if (showOnly) return result.SetText(sql), ErrorNone;
-
+    if (showOnly) {
+        result.SetText(sql);
+        return ErrorNone;
+    }
     const int rows = Archive->OpenRowSet(sql, 1);
-    int column = count >= 3 ? Archive->FieldIndex(rows, arguments[1].ToText()) : 0;
-    if (column < 0) column = 0;
+    const int named = count >= 3 ? Archive->FieldIndex(rows, arguments[1].ToText()) : 0;
     if (Archive->AtEnd(rows))
         result.SetError(entry.Pos);
     else
-        result.SetText(Archive->FieldText(rows, column));
+        result.SetText(Archive->FieldText(rows, named < 0 ? 0 : named));
     Archive->CloseRowSet(rows);
     return ErrorNone;
 }
