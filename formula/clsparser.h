@@ -76,10 +76,6 @@ private:
     int RunBinary(const clsOperatorEntry& entry);
     int RunUnary(const clsOperatorEntry& entry);
     int RunFunction(const clsOperatorEntry& entry);
-    // The functions built so far, each given its arguments from State->Base to State->Top.
-    int FunctionSet(const clsOperatorEntry& entry);
-    int FunctionGet(const clsOperatorEntry& entry);
-    int FunctionDisplay(const clsOperatorEntry& entry);
 };
 
 } // namespace velmora

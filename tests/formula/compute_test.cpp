@@ -1,5 +1,4 @@
-// The formula language: each row is evaluated in turn by one parser, so that a row may use what an earlier
-// one set, and gives its result and code.
+// The formula language: operators, operands, errors, limits, scopes and states.
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -7,48 +6,13 @@
 
 #include "formula/clsparser.h"
 #include "formula/functiontable.h"
+#include "formulacases.h"
 
 using nuvobase::clsString;
 using velmora::clsArchivio;
 using velmora::clsParser;
 
-namespace {
-
-struct Case {
-    const char* Formula;
-    const char* Result;
-    int Code;
-};
-
-struct Evaluation {
-    std::string Result;
-    int Code;
-    std::string Message;
-};
-
-Evaluation Evaluate(clsParser& parser, const clsString& formula) {
-    clsString result, message;
-    const int code = parser.Compute(formula, result);
-    EXPECT_EQ(parser.GetErrorText(message), code);
-    return {result.Text(), code, message.Text()};
-}
-
-void CheckCases(clsParser& parser, std::initializer_list<Case> cases) {
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.Formula);
-        const Evaluation got = Evaluate(parser, clsString(row.Formula));
-        EXPECT_EQ(got.Code, row.Code) << got.Message;
-        EXPECT_EQ(got.Result, row.Result);
-    }
-}
-
-class Formula : public ::testing::Test {
-protected:
-    clsArchivio Archive;
-    clsParser Parser{&Archive};
-};
-
-} // namespace
+using namespace formula_test;
 
 TEST_F(Formula, OperatorsAndOperands) {
     CheckCases(Parser, {
@@ -118,8 +82,8 @@ TEST_F(Formula, Errors) {
                            {"5/0", "", 14},
                            {"0x5/0x0", "", 14},
                            {"1 + 5/0 & 'x'", "", 14},
-                           {"(5/0) = (5/0)", "0", 0},  // comparisons count error values as unequal
-                           {"FMID('abc', 2)", "", 14}, // named, but not built yet
+                           {"(5/0) = (5/0)", "0", 0},    // comparisons count error values as unequal
+                           {"FPARSE('P', 'a')", "", 14}, // named, but not built yet
                        });
     // The message is the code's text and the formula from where it went wrong.
     EXPECT_EQ(Evaluate(Parser, clsString("1 + foo(2)")).Message, "Unknown function: foo(2)");

@@ -1,0 +1,105 @@
+// The built-in functions: one table of formulas with their results and codes, and every name called with
+// any number of arguments.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "formula/functiontable.h"
+#include "formulacases.h"
+
+using namespace formula_test;
+
+TEST_F(Formula, Functions) {
+    CheckCases(
+        Parser,
+        {
+            {"FP(2, 'a', 'b')", "b", 0},
+            {"FP(3, 'a', 'b')", "", 0},
+            {"FN('2.5x') + 1", "3.5", 0},
+            {"FE('x')", "", 9},
+            {"FE('x', 1)", "", 10},
+            {"IF(1, 'a', FE('x'))", "", 9}, // arguments are evaluated first
+            {"FSET('FE_x', 0x5) + FE('x')", "10", 0},
+            {"FQ('it''s')", "'it''s'", 0},
+            {"FS('a', 1, 0x2)", "a12", 0},
+            {"FSS('-', 'a', 'b', 'c')", "a-b-c", 0},
+            {"FSS('-')", "", 8},
+            {"FSORT('b,C,a', ',')", "a,b,C", 0},
+            {"FSUBST('a-b-c', '-', '+')", "a+b+c", 0},
+            {"FMID('abcdef',2,3)", "bcd", 0},
+            {"FMID('abcdef',2)", "bcdef", 0},
+            {"FMID('abcdef')", "", 8},
+            {"FTRIM('xxaxx', 'x') & FTRIML('xxaxx', 'x') & FTRIMR('xxaxx', 'x')", "aaxxxxa", 0},
+            {"FTRIM('xax', 'xy')", "", 12},
+            {"FLEN('abc') + FLEN(5/0)", "3", 0},
+            {"FCASE('hello world', 3) & FCASE('ab', 0) & FCASE('x', 9)", "Hello WorldABx", 0},
+            {"FCHAR(65) & FCHAR(0)", "A", 0},
+            {"FMD5('')", "D41D8CD98F00B204E9800998ECF8427E", 0},
+            {"FMD5('abc')", "900150983CD24FB0D6963F7D28E17F72", 0},
+            {"FREVERSE('abcdef', 2) & FREVERSE('ab', 0)", "efcdabab", 0},
+            {"FINSTR('c', 'abcabc') & FINSTR('C', 'abcabc', 3) & FINSTR('z', 'a') & FINSTR('a', 'a', -1)",
+             "25-1-1", 0},
+            {"FNE('', 'x', 'y')", "x", 0},
+            {"FSELECT('b', 'a', 1, 'B', 2)", "2", 0},
+            {"FSELECT('z', 'a', 1, 'B', 2)", "", 0},
+            {"FEQ('B','a','b')", "1", 0},
+            {"FTOKEN('a,b,c',',',1)", "b", 0},
+            {"FTOKEN('a,b',',',5)", "", 0},
+            {"FTOKEN('a,,c',',',1,0)", "a", 0},
+            {"FTOKEN('a,b',',',0,1)", "", 23},
+            {"FTOKENLW('a,b,c',',',1) & '|' & FTOKENRW('a,b,c',',',1)", "a,b|c", 0},
+            {"FTOKENLW('a,b',',',1)", "", 0},
+            {"FTOKENL('a=b', '=') & FTOKENR('a=b', '=')", "ab", 0},
+            {"FFILL('7', 3, '0') & FFILL('7', -3, '.')", "0077..", 0},
+            {"FFILL('7', 0x7FFFFFFF, '0')", "", 12},
+            {"FONLYONE('a----b', '-')", "a-b", 0},
+            {"IF(0, 'a', 0x2) + 0x1", "3", 0},
+            {"IF(1, 2)", "", 8},
+            {"AND(1, 2) & OR(0, 0) & NOT(0, 0) & NEG(1, 2)", "101-2", 0},
+            {"MIN(3, 1, 2) & MAX(3, 1, 2) & AVG(1, 2)", "131.5", 0},
+            {"AVG()", "", 0},
+            {"FINT(2.5) & FINT(-2.5) & FINT(2.4) & FINT(2.4,1) & FINT(2.6,-1) & FINT(2,7)", "3-32320", 0},
+            {"ROUND(2.345,2) & ' ' & ROUND(2.344,2) & ' ' & ROUNDUP(2.341,2) & ' ' & "
+             "ROUNDDOWN(-2.341,2)",
+             "2.35 2.34 2.35 -2.35", 0},
+            {"ROUND(1,11)", "", 12},
+            {"FSQR(-1)", "", 19},
+            {"FSQR(16) + FABS(-1) + FDEG(FRAD(90))", "95", 0},
+            {"FMOD(5,0)", "", 20},
+            {"FMOD(7,4) & FROUND(7,4) & FROUND(2.5)", "343", 0},
+            {"FROUND(7,0)", "", 20},
+            {"FDIST(0,0,0,2,3,6)", "7", 0},
+            {"FCURR(1234.5,0,2)", "1,234.50", 0},
+            {"FCURR(1234.5,1,1)", "1234,50", 0},
+            {"FCURR(-1234567.006,0,1)", "-1.234.567,01", 0},
+            {"FCURR(0.125,0,2) & FCURR(-0.125,0,2)", "0.13-0.13", 0}, // halves away from zero
+            {"FDPIC(1) & FCURR(0.5)", "10,50", 0},
+            {"FV('none') & FVAR('none') & FVARN('none') & FVAROK('none') & FVARKO('none')", "0001", 0},
+            {"FSET('a', 0x10) + FV('a')", "32", 0},
+            {"FVARNAMES('FE_')", "FE_x", 0},
+            {"FVARNAMES('FE_', ';')", "FE_x=5", 0},
+            {"FSWAP('sw', 'new') & FSWAP('sw', 'newer')", "0new", 0},
+            {"FSETOPT('Mode', 'fast') & FGETOPT('MODE')", "fastfast", 0},
+            {"FSETVARS('p=1;q=''a;b''', ';', 1) & p & q", "21'a;b'", 0},
+            {"FNOTA('x,y')", "0", 0},
+            {"FSET('NOTA_y', 1) & FNOTA('x,y')", "11", 0},
+            {"FRADD('first', 2) & FRZERO(3)", "first3", 0},
+            {"FTEXT('/nonexistent/file')", "", 22},
+            {"FTEXT('/tmp')", "", 22},
+            {"FTEXT('/dev/zero')", "", 11},
+        });
+}
+
+// Whatever the number of arguments, a function gives a code of the table.
+TEST_F(Formula, EveryFunctionWithAnyArgumentCount) {
+    for (const velmora::FunctionName& function : velmora::FunctionNames) {
+        std::string arguments;
+        for (int count = 0; count <= 8; count++) {
+            const std::string formula = std::string(function.Name) + "(" + arguments + ")";
+            SCOPED_TRACE(formula);
+            const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
+            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount);
+            arguments += count == 0 ? "'1'" : ",'1'";
+        }
+    }
+}
