@@ -50,6 +50,9 @@ clsArchivio::clsArchivio() : RowSets(true) {
     sqlite3_limit(Database, SQLITE_LIMIT_ATTACHED, 0);
     sqlite3_limit(Database, SQLITE_LIMIT_LENGTH, MaxValueBytes);
     sqlite3_db_config(Database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    // A name in double quotes is always a name, never text, so that a missing column fails.
+    sqlite3_db_config(Database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(Database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     Execute("pragma temp_store = memory");
     sqlite3_set_authorizer(Database, Authorise, nullptr);
     sqlite3_progress_handler(Database, ProgressStep, StopRunaway, &ProgressCount);
@@ -90,10 +93,14 @@ bool clsArchivio::Query(const clsString& sql, clsRowSet& rows) const {
     while ((step = sqlite3_step(statement)) == SQLITE_ROW) {
         std::vector<clsString>& row = rows.Rows.emplace_back(columns);
         for (int i = 0; i < columns; i++) {
-            const char* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
-            const int bytes = sqlite3_column_bytes(statement, i);
-            row[i].Assign(text, bytes);
-            rows.Bytes += bytes + int64_t(sizeof(clsString));
+            // Floats are written as the rest of the program writes numbers.
+            if (sqlite3_column_type(statement, i) == SQLITE_FLOAT) {
+                row[i].FromDouble(sqlite3_column_double(statement, i), -1);
+            } else {
+                const char* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
+                row[i].Assign(text, sqlite3_column_bytes(statement, i));
+            }
+            rows.Bytes += row[i].Size() + int64_t(sizeof(clsString));
         }
         if (rows.Bytes > MaxRowSetBytes) break;
     }

@@ -47,5 +47,6 @@ bool RunTextFunction(clsFunctionCall& call, int& code);
 bool RunLogicFunction(clsFunctionCall& call, int& code);
 bool RunMathFunction(clsFunctionCall& call, int& code);
 bool RunVariableFunction(clsFunctionCall& call, int& code);
+bool RunTableFunction(clsFunctionCall& call, int& code);
 
 } // namespace velmora

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <openssl/evp.h>
+#include <sys/stat.h>
 
 #include "formula/clsfunctioncall.h"
 #include "formula/functiontable.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr int HexDigits = 16;
 constexpr int BoardBits = 64;
 constexpr int BoardRank = 8;
-// FTEXT reads at most this much; a longer file, or a device without end, is refused with a code.
+// FTEXT reads at most this much of a regular file; a longer one is refused with a code.
 constexpr long MaxTextFileBytes = 16 << 20;
 // FFILL pads to at most this width.
 constexpr int MaxFillWidth = 1 << 20;
@@ -89,10 +90,14 @@ int ChangeCase(clsFunctionCall& call) {
     }
 }
 
+// Only a regular file is read: a folder, a device or a pipe could not be read, or not to an end.
 int ReadTextFile(clsFunctionCall& call) {
     if (call.Count != 1) return call.Fail(ErrorArgumentCount);
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(call.Text(0).ToForwardSlashes().Text(), "rb"),
-                                                     std::fclose);
+    const clsString path = call.Text(0).ToForwardSlashes();
+    struct stat status;
+    if (stat(path.Text(), &status) != 0 || !S_ISREG(status.st_mode)) return call.Fail(ErrorFileNotFound);
+    if (status.st_size > MaxTextFileBytes) return call.Fail(ErrorParameter1);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.Text(), "rb"), std::fclose);
     if (!file) return call.Fail(ErrorFileNotFound);
     clsString text;
     char block[1 << 16];
@@ -101,7 +106,6 @@ int ReadTextFile(clsFunctionCall& call) {
         if (text.Size() + long(read) > MaxTextFileBytes) return call.Fail(ErrorParameter1);
         text.Append(block, int(read));
     }
-    if (std::ferror(file.get())) return call.Fail(ErrorFileNotFound); // a folder opens, but does not read
     return call.ResultText(text);
 }
 

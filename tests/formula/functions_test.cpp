@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "formula/functiontable.h"
 #include "formulacases.h"
@@ -86,7 +87,7 @@ TEST_F(Formula, Functions) {
             {"FRADD('first', 2) & FRZERO(3)", "first3", 0},
             {"FTEXT('/nonexistent/file')", "", 22},
             {"FTEXT('/tmp')", "", 22},
-            {"FTEXT('/dev/zero')", "", 11},
+            {"FTEXT('/dev/zero')", "", 22},
         });
 }
 
@@ -102,4 +103,53 @@ TEST_F(Formula, EveryFunctionWithAnyArgumentCount) {
             arguments += count == 0 ? "'1'" : ",'1'";
         }
     }
+}
+
+// A table of values keyed by X and Y, under the names the look-ups use, and a sheet of cells.
+TEST_F(Formula, TableLookups) {
+    velmora::clsTableDescriptor rates;
+    rates.Name = "Rates";
+    rates.Columns = "@0,X,Y";
+    rates.Types = "FLL";
+    rates.KeyFields = "X";
+    ASSERT_TRUE(Archive.CreateTable(rates));
+    for (const auto& [value, x, y] : {std::tuple{"10", 1, 1}, {"12", 1, 2}, {"20", 2, 1}, {"40", 4, 1}})
+        ASSERT_TRUE(Archive.InsertRow(rates.Name, rates.Columns, {value, x, y}));
+    ASSERT_TRUE(Archive.InsertRow(clsString("ZSYST_SHEETS"), clsString("idSheet,Code"), {1, "S1"}));
+    for (const auto& [row, column, value] : {std::tuple{1, 1, "5"}, {2, 1, "7"}, {5, 5, "100"}})
+        ASSERT_TRUE(Archive.InsertRow(clsString("ZSYST_CELLS"), clsString("idSheet,Row,Column,Value"),
+                                      {1, row, column, value}));
+    CheckCases(
+        Parser,
+        {
+            {"FT('Rates', 1)", "10", 0},
+            {"FT('Rates', 1, 2)", "12", 0},
+            {"FT('Rates?', 1, 2)", "select \"@0\",\"X\",\"Y\" from \"Rates\" where \"X\"='1' and \"Y\"='2'",
+             0},
+            {"FT('Rates', 9)", "", 14},
+            {"FT('Rates')", "", 14},
+            {"FT('', 1)", "", 14},
+            {"FMIN('Rates', 3) & FMAX('Rates', 3) & FMAX('Rates', 1, 2)", "204012", 0},
+            {"FMIN('Rates', 0)", "", 14},
+            {"FTY('Rates', 0, 1)", "", 14},
+            {"FGETX('ZSYSFOLDERS', 'Name', 'Code>', '1', '_<3')", "User", 0},
+            {"FGETX('ZSYSFOLDERS?', 'Name', 'Code>', '1', '_<3')",
+             "select Name from \"ZSYSFOLDERS\" where Code>1 and Code<3", 0},
+            {"FGETF('ZSYSFOLDERS', 'Name', 4, 5)", "ZSYSCOPY", 0},
+            {"FGETV('ZSYSOPTIONS', 'BACKUP_ON_SAVING')", "true", 0},
+            {"FLIST('ZSYSFOLDERS', 'Name,Code', 'Parent=1', ';')", "User;2;Application;3;System;4", 0},
+            {"FLIST('ZSYSFOLDERS', 'Name', 'Parent=9', ';')", "", 14},
+            {"FINTER('Rates', 3) & ' ' & FINTER('Rates', 1)", "30 10", 0},
+            {"FINTER('Rates', 9)", "", 15},
+            {"FRCOUNT('ZSYSFOLDERS', 'Parent=1') & FRCOUNT('ZSYSVARS', '')", "30", 0},
+            {"FRCOUNT('Nowhere', '')", "", 8},
+            {"FSEARCH('table', 'ZSYSVARS')", "ZSYSVARS (Name T, Value T) key Name order Name", 0},
+            {"FSEARCH('tables formula', 'strikethrough') & FSEARCH('folder')", "ZSYST_STYLES#folder#", 0},
+            {"FSEARCH('value', 'ZSYSFOLDERS', 'System', 'User')", "1,1", 0},
+            {"FSEARCH('other')", "", 8},
+            {"FTSEARCH(20, 40)", "2,4", 0},
+            {"SUM(1, 2, '3x')", "6", 0},
+            {"SUM(S1.A1:A2, 1) & ' ' & SUM(S1.A1:E5)", "13 112", 0},
+            {"SUM(S2.A1:A2)", "0", 0},
+        });
 }
