@@ -48,5 +48,7 @@ bool RunLogicFunction(clsFunctionCall& call, int& code);
 bool RunMathFunction(clsFunctionCall& call, int& code);
 bool RunVariableFunction(clsFunctionCall& call, int& code);
 bool RunTableFunction(clsFunctionCall& call, int& code);
+bool RunListFunction(clsFunctionCall& call, int& code);
+bool RunMacroFunction(clsFunctionCall& call, int& code);
 
 } // namespace velmora

@@ -118,6 +118,7 @@ int clsParser::GetErrorText(clsString& text) const {
 
 int clsParser::ComputeNested(const clsString& formula, clsString& result, bool translate, bool newState) {
     if (!newState) return Compute(formula, result, translate);
+    if (StateIndex + 1 >= MaxNestedStates) return SetError(ErrorInMacro, 0);
     PushState();
     const int code = Compute(formula, result, translate);
     PopState();

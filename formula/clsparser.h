@@ -16,6 +16,9 @@ namespace velmora {
 
 class clsParser {
 public:
+    // Evaluations nested in one another by macros, blocks and lists; one deeper fails with code 18.
+    static constexpr int MaxNestedStates = 32;
+
     // Without an archive a parser reads single values but runs no operator (code 7).
     explicit clsParser(clsArchivio* archive);
     virtual ~clsParser();
@@ -25,7 +28,8 @@ public:
     // Evaluates formula into result, replaced by its translation when translate is set and one exists.
     // Returns the error code, 0 for success. Throws when result is formula itself.
     int Compute(const clsString& formula, clsString& result, bool translate = false);
-    // Compute, in a state of its own with newState.
+    // Compute, in a state of its own with newState; code 18 when states are already nested MaxNestedStates
+    // deep.
     int ComputeNested(const clsString& formula, clsString& result, bool translate, bool newState);
     // The code of the last evaluation; text gets its message, with the formula from the error on.
     int GetErrorText(clsString& text) const;

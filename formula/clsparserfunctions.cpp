@@ -20,7 +20,8 @@ int clsParser::RunFunction(const clsOperatorEntry& entry) {
     if (call.Count < 0) return call.Fail(ErrorArgumentCount);
     int code = ErrorNone;
     if (RunValueFunction(call, code) || RunTextFunction(call, code) || RunLogicFunction(call, code) ||
-        RunMathFunction(call, code) || RunVariableFunction(call, code) || RunTableFunction(call, code))
+        RunMathFunction(call, code) || RunVariableFunction(call, code) || RunTableFunction(call, code) ||
+        RunListFunction(call, code) || RunMacroFunction(call, code))
         return code;
     if (KeepsFirstArgument(entry.Code)) return call.Count > 0 ? call.Result(call.At(0)) : ErrorNone;
     // Every name of the table is known, but not every function is built yet.

@@ -153,3 +153,33 @@ TEST_F(Formula, TableLookups) {
             {"SUM(S2.A1:A2)", "0", 0},
         });
 }
+
+TEST_F(Formula, ListsAndMacros) {
+    CheckCases(
+        Parser,
+        {
+            {"FSUM(',','1,2,3') & ' ' & FMUL(',','2,3') & ' ' & FSUM(',',';','1,2','3,4')", "6 6 4;6", 0},
+            {"FSUM(',','1,,3')", "0", 0},
+            {"FSUM(',',';','1,,3','1,1,1')", "2;;4", 0},
+            {"FMUL(',',';','1,2','  ')", "", 24},
+            {"FNOREP('a,b,A,c,b', ',') & ' ' & FNOREP('1:x,2:y,3:x', ',', ':')", "a,b,c 4:x,2:y", 0},
+            {"FNOREP('a', ',,')", "", 12},
+            {"FNOREP('a', ',', '')", "", 13},
+            {"FANY('1,2,3', ',', '#ANY#*2', ';')", "2;4;6", 0},
+            {"FANY('1,x', ',', '#ANY#+1', ';')", "", 4},
+            {"FMIX('a,b,c', ',', '1,2', ',', '=', ';')", "a=1;b=2;c=", 0},
+            {"FVALIDATE('1>2', 'big', '1<2', 'small') & FVALIDATE('0', 'x')", "small", 0},
+            {"FVALIDATE('$ = ''ok''', 'ok')", "ok", 0},
+            {"FMACRO('nothing')", "nothing", 0},
+            {"FMACROADD('sq','#1#*#1#') & FMACRO('sq',3) & FMACROGET('sq',3)", "sq93*3", 0},
+            {"FMACROADD('q','^^x^^') & FMACROGET('q')", "q\"x\"", 0},
+            {"FMACRODEL('sq') & FMACRO('sq', 3)", "sqsq", 0},
+            {"FMACROCLEAR()", "", 6},
+            {"FMACROGET('q')", "q", 0},
+            {"FMACROADD('r', 'FMACRO(''r'')') & FMACRO('r')", "", 18},
+            {"FEXECUTE('1+1' & FCHAR(10) & '2+2')", "2\n4", 0},
+            {"FEXECUTE('1+' & FCHAR(10) & '2')", "2", 0},
+            {"FEXECUTE('1' & FCHAR(10) & '1+')", "", 18},
+            {"FEXECUTE('1', 'PATCH', 'select 2 as Tipo, ''x'' as Testo')", "1\xA6x", 0},
+        });
+}
