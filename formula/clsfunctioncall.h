@@ -50,5 +50,7 @@ bool RunVariableFunction(clsFunctionCall& call, int& code);
 bool RunTableFunction(clsFunctionCall& call, int& code);
 bool RunListFunction(clsFunctionCall& call, int& code);
 bool RunMacroFunction(clsFunctionCall& call, int& code);
+// FPARSE.
+int RunParse(clsFunctionCall& call);
 
 } // namespace velmora

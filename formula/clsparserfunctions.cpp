@@ -23,6 +23,7 @@ int clsParser::RunFunction(const clsOperatorEntry& entry) {
         RunMathFunction(call, code) || RunVariableFunction(call, code) || RunTableFunction(call, code) ||
         RunListFunction(call, code) || RunMacroFunction(call, code))
         return code;
+    if (entry.Code == FunctionFPARSE) return RunParse(call);
     if (KeepsFirstArgument(entry.Code)) return call.Count > 0 ? call.Result(call.At(0)) : ErrorNone;
     // Every name of the table is known, but not every function is built yet.
     return call.Fail(ErrorInFunction);

@@ -183,3 +183,14 @@ TEST_F(Formula, ListsAndMacros) {
             {"FEXECUTE('1', 'PATCH', 'select 2 as Tipo, ''x'' as Testo')", "1\xA6x", 0},
         });
 }
+
+TEST_F(Formula, ParseNames) {
+    CheckCases(Parser,
+               {
+                   {"FPARSE('P', 'b + a * FMID(c, 1) + 2 + ''lit''')", "a,b,c", 0},
+                   {"FPARSE('parameters', 'FE(''x'') & FNOTA(''y'') & FVAR(''z'', q) & FVAROK(''w'') & "
+                    "FS(''v'') & A1:B2 AND $s.t')",
+                    "$s.t,A1:B2,FE_x,NOTA_y,w,z", 0},
+                   {"FPARSE('X', 'a')", "", 8},
+               });
+}
