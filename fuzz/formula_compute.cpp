@@ -1,5 +1,5 @@
-// Arbitrary bytes as a formula, evaluated by a parser over one archive: every input ends with a code of the
-// table and its text, whatever it nests, quotes or asks of the database.
+// Arbitrary bytes as a formula, evaluated by one parser over one archive: every input ends with a code of
+// the table and its text, whatever it nests, quotes or asks of the database.
 #include <cstdint>
 #include <cstdlib>
 
@@ -13,7 +13,8 @@ static void Check(bool condition) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static velmora::clsArchivio archive;
-    velmora::clsParser parser(&archive);
+    static velmora::clsParser parser(&archive);
+    parser.Reset(); // each input starts from the predefined variables
     clsString formula, result, message;
     formula.Assign(reinterpret_cast<const char*>(data), int(size));
     const int code = parser.Compute(formula, result);
