@@ -4,6 +4,7 @@
 #include "app/bookcommands.h"
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
+#include "app/formulaconsole.h"
 
 #include "match/clsengineinterface.h"
 #include "nuvobase/asciichars.h"
@@ -141,6 +142,7 @@ const ConsoleCommand Commands[] = {
     {"\\moves", PlayMoves},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
+    {"\\console", [](App& app, const clsString&) { RunFormulaConsole(app); }},
     {"\\loadbook", LoadBook},
     {"\\savebook", SaveBook},
     {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},

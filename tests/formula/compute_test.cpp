@@ -1,0 +1,228 @@
+// The formula language: operators, operands, errors, limits, scopes and states.
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "formula/clsparser.h"
+#include "formula/functiontable.h"
+#include "formulacases.h"
+
+using nuvobase::clsString;
+using velmora::clsArchivio;
+using velmora::clsParser;
+
+using namespace formula_test;
+
+TEST_F(Formula, OperatorsAndOperands) {
+    CheckCases(Parser, {
+                           {"(1 + 2) * 3 / 4", "2.25", 0},
+                           {"16 + 1", "17", 0},
+                           {"0xFFFFFFFFFFFFFFFF + 0x2", "1", 0}, // integers wrap; doubles would not
+                           {"0xFFFFFFFFFFFFFFFF + 2", "18446744073709551616", 0},
+                           {"0x8000000000000000 / 0x2", "4611686018427387904", 0},
+                           {"0x7 / 0x2", "3", 0},
+                           {"7 \\ 2", "3", 0},
+                           {"(0-7) \\ 2", "-4", 0},
+                           {"-7 \\ 2", "-3", 0},   // the leading minus waits for the quotient
+                           {"2 ^ 3 ^ 2", "64", 0}, // left to right
+                           {"-3+5", "2", 0},
+                           {"(-3)", "-3", 0},
+                           {"2*(-3+1)", "-4", 0},
+                           {"1+-2*3+4", "-1", 0},
+                           {"2 - -3", "5", 0},
+                           {"2*-1", "-2", 0},
+                           {"2^-1", "", 16}, // no negation after ^: a minus short of its left side
+                           {"'it''s'", "it's", 0},
+                           {"\"say \"\"hi\"\"\"", "say \"hi\"", 0},
+                           {"'a' & 1.5 & 0x2", "a1.52", 0},
+                           {"1 + 'x' + '2'", "3", 0},
+                           {"'B' = 'b'", "1", 0},
+                           {"'a' < 'B'", "1", 0},
+                           {"0x2 > 1.5", "1", 0},
+                           {"2 <= 2", "1", 0},
+                           {"2 >= 3", "0", 0},
+                           {"1 <> 1", "0", 0},
+                           {"'abc' # 'B'", "1", 0},
+                           {"'abc' #! 'B'", "0", 0},
+                           {"'abc' #< 'AB'", "1", 0},
+                           {"'abc' #> 'bc'", "1", 0},
+                           {"'abc' #% 'a%c'", "1", 0},
+                           {"0xF0 #& 0x3C", "48", 0},
+                           {"0xF0 #| 15", "255", 0},
+                           {"0xFF #^ '15'", "240", 0},
+                           {"~0x0", "18446744073709551615", 0},
+                           {"1 + 1 = 2", "1", 0}, // = ranks below +
+                           {"3 >> 'x'", "?", 0},
+                           {"NOT 0", "1", 0},
+                           {"NOT 1 = 1", "0", 0},
+                           {"NEG 3", "-3", 0},
+                           // The words take the place of the ")" before them.
+                           {"(1 = 1) AND (2 = 3)", "0", 0},
+                           {"(1 = 1) OR (2 = 3)", "1", 0},
+                           {"A1:B2", "A1:B2", 0},
+                           {"   ", "", 0},
+                           {"TAB & CRLF & 'x' & NULL", "\t\r\nx", 0},
+                       });
+}
+
+TEST_F(Formula, Errors) {
+    CheckCases(Parser, {
+                           {"\"abc", "", 17},
+                           {"'abc' & 'd", "", 17},
+                           {"1 2", "", 6},
+                           {"(1", "", 5},
+                           {"1)", "", 5},
+                           {"nothing", "", 4},
+                           {"foo(1)", "", 3},
+                           {"1 AND 1", "", 2}, // the word takes the place of an operator that is not there
+                           {"1 =", "", 8},
+                           {"= 1", "", 8},
+                           {"1 +", "", 16},
+                           {"5/0", "", 14},
+                           {"0x5/0x0", "", 14},
+                           {"1 + 5/0 & 'x'", "", 14},
+                           {"(5/0) = (5/0)", "0", 0},      // comparisons count error values as unequal
+                           {"FSCRIPT('print 1')", "", 14}, // named, but not built yet
+                       });
+    // The message is the code's text and the formula from where it went wrong.
+    EXPECT_EQ(Evaluate(Parser, clsString("1 + foo(2)")).Message, "Unknown function: foo(2)");
+    EXPECT_EQ(Evaluate(Parser, clsString("1 + 2/0 + 3")).Message, "Error in Function: /0 + 3");
+    EXPECT_EQ(Evaluate(Parser, clsString("1 + 1")).Message, "Ok");
+}
+
+TEST_F(Formula, DisplayAndVariables) {
+    CheckCases(
+        Parser,
+        {
+            {"FHEX(0x1F)", "000000000000001F", 0},
+            {"FHEX(1.9)", "0000000000000001", 0},
+            {"FHEX('255')", "00000000000000FF", 0},
+            {"FHEX(-1)", "FFFFFFFFFFFFFFFF", 0},
+            {"FBIN(0)", "0", 0},
+            {"FBIN(5)", "101", 0},
+            {"F64(1)", "00000000\n00000000\n00000000\n00000000\n00000000\n00000000\n00000000\n00000001\n", 0},
+            {"F64(0x8000000000000000)",
+             "10000000\n00000000\n00000000\n00000000\n00000000\n00000000\n00000000\n00000000\n", 0},
+            {"FHEX(1, 2)", "", 8},
+            {"FSET('a',0x10,'b',2)", "2", 0},
+            {"a+a", "32", 0},
+            {"A + B", "18", 0}, // names ignore case
+            {"FSET('', 1)", "1", 0},
+            {"FSET('a')", "", 8},
+            {"FSET('x',0x1) + x", "2", 0}, // the + runs FSET before x is read
+            {"FSET('$a.b', 0x7)", "7", 0},
+            {"$$a.$b", "7", 0},
+            {"FSET('s', 'text') & s", "texttext", 0},
+        });
+}
+
+TEST_F(Formula, ArchiveLookups) {
+    CheckCases(Parser, {
+                           {"FGET('select count(*) from ZSYSFOLDERS')", "6", 0},
+                           {"FGET('ZSYSFOLDERS', 'Name', 'Code=4')", "System", 0},
+                           {"FGET('ZSYSFOLDERS', 'Name', 'Code=4', '', 'Parent')", "System", 0},
+                           {"FGET('ZSYSFOLDERS?', 'Name', 'Code=4')",
+                            "select Name from \"ZSYSFOLDERS\" where Code=4", 0},
+                           {"FGET('select ''a;b''')", "a;b", 0},
+                           {"FGET('select 1 where 0')", "", 14},
+                           {"FGET('no statement')", "", 14},
+                           {"FGET('select 1; drop table ZSYSFOLDERS')", "", 14},
+                           {"FGET('select count(*) from ZSYSFOLDERS')", "6", 0},
+                           {"FGET()", "", 14},
+                           {"FGET('', 'Name', '1')", "", 14},
+                       });
+}
+
+// Without an archive a single value is read, but nothing runs.
+TEST(FormulaAlone, NeedsAnArchiveToRun) {
+    clsParser parser(nullptr);
+    CheckCases(parser,
+               {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
+}
+
+TEST_F(Formula, Limits) {
+    const std::string deep = std::string(10000, '(') + "1" + std::string(10000, ')');
+    std::string list = "1";
+    for (int i = 1; i < 600; i++) list += ",1";
+    std::string sum = "1";
+    while (sum.size() < (1u << 20)) sum += "+1";
+    const std::string ones = std::to_string((sum.size() + 1) / 2);
+    const std::string minuses = "1" + std::string(600, '-') + "1";
+    const std::string closers = "1" + std::string(1 << 20, ')');
+    for (const auto& [formula, result, code] : {std::tuple{deep, "", 2},
+                                                {list, "", 6},
+                                                {sum, ones.c_str(), 0},
+                                                {minuses, "", 2},
+                                                {closers, "", 5}}) {
+        SCOPED_TRACE(formula.substr(0, 40));
+        const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
+        EXPECT_EQ(got.Code, code);
+        EXPECT_EQ(got.Result, result);
+    }
+    // Every byte value, alone and between two operands, gives a code of the table.
+    for (int byte = 1; byte < 256; byte++) {
+        const char alone[] = {char(byte), 0}, between[] = {'1', char(byte), '2', 0};
+        for (const char* formula : {alone, between}) {
+            const Evaluation got = Evaluate(Parser, clsString(formula));
+            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount) << byte;
+            EXPECT_EQ(got.Message.rfind(velmora::ErrorText(got.Code), 0), 0u) << byte;
+        }
+    }
+}
+
+TEST_F(Formula, ScopesAndStates) {
+    velmora::clsValue value(clsString("outer"));
+    Parser.SetVariable(clsString("v"), value);
+    Parser.PushScope();
+    value.SetText(clsString("inner"));
+    Parser.SetVariable(clsString("v"), value);
+    value.SetInteger(7);
+    Parser.SetGlobal(clsString("g"), value);
+    CheckCases(Parser, {{"v & g", "inner7", 0}});
+    Parser.PopScope();
+    Parser.PopScope();
+    Parser.PopScope(); // the first scope stays
+    CheckCases(Parser, {{"g", "7", 0}, {"v", "", 4}, {"CR", "\r", 0}});
+    Parser.Reset();
+    CheckCases(Parser, {{"g", "", 4}, {"LF", "\n", 0}});
+
+    // A nested evaluation keeps the outer one's message.
+    clsString result, message;
+    Parser.Compute(clsString("1 +"), result);
+    EXPECT_EQ(Parser.ComputeNested(clsString("(1"), result, false, true), velmora::ErrorParentheses);
+    Parser.GetErrorText(message);
+    EXPECT_STREQ(message.Text(), "Missing some parameter or bad )(: +");
+
+    Parser.Translations.SetValue(clsString("2"), clsString("two"));
+    EXPECT_EQ(Parser.Compute(clsString("1 + 1"), result, true), 0);
+    EXPECT_STREQ(result.Text(), "two");
+    EXPECT_THROW(Parser.Compute(result, result), std::logic_error);
+}
+
+// The rows of ZSYSVARS become variables of every new parser.
+TEST(FormulaArchive, VariablesFromTheArchive) {
+    clsArchivio archive;
+    ASSERT_TRUE(archive.InsertRow(clsString("ZSYSVARS"), clsString("Name,Value"), {"Greeting", "hello"}));
+    clsParser parser(&archive);
+    CheckCases(parser, {{"greeting & '!'", "hello!", 0}});
+    parser.SetOption(clsString("ft_field"), clsString("Value"));
+    EXPECT_STREQ(parser.ValueField.Text(), "Value");
+}
+
+TEST(FormulaFunctions, TableOfNames) {
+    ASSERT_EQ(velmora::FunctionCount, 107);
+    int previous = 0;
+    for (const velmora::FunctionName& function : velmora::FunctionNames) {
+        EXPECT_GT(function.Code, previous) << function.Name;
+        EXPECT_TRUE(function.Code != 276 && (function.Code < 352 || function.Code > 355)) << function.Name;
+        previous = function.Code;
+    }
+    const velmora::FunctionName first = velmora::FunctionNames[0], last = velmora::FunctionNames[106];
+    EXPECT_EQ(std::string(first.Name) + std::to_string(first.Code), "FT257");
+    EXPECT_EQ(std::string(last.Name) + std::to_string(last.Code), "ROUNDDOWN368");
+    EXPECT_EQ(velmora::FunctionFSUBST, 277);
+    EXPECT_EQ(velmora::FunctionFSET, 312);
+    EXPECT_EQ(velmora::FunctionFCURR, 351);
+    EXPECT_EQ(velmora::FunctionFRADD, 356);
+}
