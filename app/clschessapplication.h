@@ -3,6 +3,7 @@
 // protocol, watches the running engine and delivers its moves.
 
 #include "match/clsengineinterface.h"
+#include "match/clstourney.h"
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -12,6 +13,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace nvoChess {
 
@@ -86,6 +88,7 @@ public:
     clsString LogFile;
     nuvobase::clsCStrings TestLines;
     int32_t TestIndex = 0;
+    std::vector<std::unique_ptr<clsTourney>> Tourneys; // started by \tourney, numbered from 1
     nuvobase::clsCStrings FenHistory;
     int32_t State = StateIdle;
     int32_t TestScore = 0;

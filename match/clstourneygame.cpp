@@ -51,12 +51,16 @@ void clsTourneyGame::Reset(bool keepTags) {
     SideToMove = 0;
     MoveNumber = 0;
     Finished = false;
-    AbortRequested = false;
+}
+
+bool clsTourneyGame::Start() {
+    if (!IsRunning()) AbortRequested = false;
+    return clsThread::Start();
 }
 
 void clsTourneyGame::Abort() {
     if (IsRunning())
-        AbortRequested = true;
+        RequestAbort();
     else
         SetCode(CodeAborted);
 }
@@ -270,10 +274,15 @@ clsString clsTourneyGame::PgnText() const {
 void clsTourneyGame::SaveFiles() const {
     if (PgnFile.IsEmpty()) return;
     clsString log;
-    for (int i = 0; i < LogLines.Count; ++i) log += LogLines.GetAt(i) + "\r\n";
+    for (int i = 0; i < LogLines.Count; ++i) {
+        if (i > 0) log += "\r\n";
+        log += LogLines.GetAt(i);
+    }
     clsString path = PgnFile.ToForwardSlashes();
-    log.SaveToFile(path.ChangeExtension(".log").Text());
-    PgnText().SaveToFile(path.ChangeExtension(".pgn").Text());
+    const bool saved = log.SaveToFile(path.ChangeExtension(".log").Text()) &&
+                       PgnText().SaveToFile(path.ChangeExtension(".pgn").Text());
+    if (!saved && Output)
+        Output->Write("# cannot write the files of game " + Number(GameId) + ": " + path, true);
 }
 
 } // namespace nvoChess

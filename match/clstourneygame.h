@@ -5,6 +5,7 @@
 #include "book/clsgame.h"
 #include "chess/clschesscore.h"
 #include "match/clsengineinterface.h"
+#include "match/clsexternalengine.h"
 #include "match/clsplayer.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -47,8 +48,12 @@ public:
     // Also forgets the positions, the log, the side and move number and the finished mark.
     void Reset(bool keepTags) override;
 
+    // Clears an abort left from an earlier run and starts the game.
+    bool Start() override;
     // Ends the game as aborted: a running game at its next turn, a waiting one at once.
     void Abort();
+    // Asks a running game to end as aborted at its next turn; safe from any thread.
+    void RequestAbort() { AbortRequested = true; }
     // side 0 white, 1 black, 2 neither. Lines about time forfeits also go to the console.
     void GameLog(int side, const nuvobase::clsString& text);
     // The tags, an empty line and the moves, lines ending in CR LF.
@@ -77,7 +82,7 @@ public:
     nuvobase::clsString PgnFile;
     bool Verbose = false;
     // The pause behind each line sent to another program.
-    int PaceMs = 100;
+    int PaceMs = clsExternalEngine::DefaultPaceMs;
 
 private:
     // The game from the first move to its end; false when nobody scored.
