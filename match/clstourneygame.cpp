@@ -268,7 +268,9 @@ clsString clsTourneyGame::PgnText() const {
     clsString text;
     for (int i = 0; i < Tags.Count; ++i)
         text += "[" + Tags.GetName(i) + " " + Tags.GetAt(i).Quote('"') + "]\r\n";
-    return text + "\r\n" + MoveText;
+    // PGN readers want every game closed by its result; an undecided game closes with "*".
+    const clsString result = ResultText();
+    return text + "\r\n" + MoveText + (result.IsEmpty() || result == "?" ? clsString("*") : result) + "\r\n";
 }
 
 void clsTourneyGame::SaveFiles() const {
