@@ -47,6 +47,7 @@ clsTourneyGame::~clsTourneyGame() {
 void clsTourneyGame::Reset(bool keepTags) {
     clsGame::Reset(keepTags);
     PositionHashes.clear();
+    TurnMs.clear();
     LogLines.Clear();
     SideToMove = 0;
     MoveNumber = 0;
@@ -192,6 +193,7 @@ uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
     const int side = SideToMove;
     clsEngineInterface& mover = *Engines[side];
     mover.OwnTimeMs += int32_t(ClockIncrementMs - elapsedMs);
+    TurnMs.push_back(int32_t(elapsedMs));
     clsString move = rest.BeforeChar(' ');
     move.RemoveChar('=');
     if (move.IsEmpty() || !Referee->MakeMoveText(move)) return side == Black ? BlackIllegal : WhiteIllegal;

@@ -79,6 +79,7 @@ public:
     clsPlayer* WhitePlayer; // not owned
     clsPlayer* BlackPlayer; // not owned
     std::vector<uint64_t> PositionHashes;
+    std::vector<int32_t> TurnMs; // wall time of each turn that ended in a move, engines' thinking included
     nuvobase::clsString PgnFile;
     bool Verbose = false;
     // The pause behind each line sent to another program.
