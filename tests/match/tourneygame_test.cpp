@@ -63,7 +63,7 @@ const GameRow Games[] = {
     {"resign", "xboard", "--resign 2", "", Long, 0x004A, "0-1", "resign", 0, 2},
     {"draw claim", "xboard", "", "--draw 1", Long, 0x0200, "1/2-1/2", "", 1, 1},
     {"false win claim", "xboard", "--claim-win 1", "", Long, 0x0A00, "1/2-1/2", "triple repetition", 1, 1},
-    {"hang", "xboard", "", "--hang 2", 3000, 0x0026, "1-0", "forfeit", 2, 0},
+    {"hang", "xboard", "", "--hang 2", 20000, 0x0026, "1-0", "forfeit", 2, 0},
     {"garbage and ponder", "uci", "--garbage --ponder", "--ponder", Long, 0x0A00, "1/2-1/2",
      "triple repetition", 1, 1},
     {"missing program", "uci", nullptr, "", Long, 0x400A, "0-1", "engine crashed", 0, 2},
@@ -115,9 +115,9 @@ TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints
         ASSERT_TRUE(game.Game->Start());
         running.push_back(std::move(game));
     }
-    // Bounded far beyond the longest game: the hanging engine's three seconds and the start-up waits.
-    for (int waited = 0; waited < 600 && !std::all_of(running.begin(), running.end(),
-                                                      [](auto& game) { return game.Game->Finished.load(); });
+    // Bounded far beyond the longest game: the hanging engine's twenty seconds and the start-up waits.
+    for (int waited = 0; waited < 1200 && !std::all_of(running.begin(), running.end(),
+                                                       [](auto& game) { return game.Game->Finished.load(); });
          ++waited)
         usleep(100000);
     id = 0;
