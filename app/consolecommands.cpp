@@ -132,6 +132,19 @@ void ShowJson(App& app, const clsString& arguments) {
     }
 }
 
+// The tournament of \tourney when none is named: a file in the working folder.
+constexpr const char* DefaultTourneyFile = "tourney.xml";
+
+// Starts a tournament on its own thread and returns at once.
+void StartTourney(App& app, const clsString& arguments) {
+    app.Output->Write("tourney command...", true);
+    clsString file = arguments.BeforeChar(' ');
+    if (file.IsEmpty()) file = DefaultTourneyFile;
+    Remark(app, "initializing tourney " + file.Quote('\''));
+    app.Tourneys.push_back(std::make_unique<clsTourney>(int32_t(app.Tourneys.size()) + 1, file, app.Output));
+    app.Tourneys.back()->Start();
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -140,6 +153,7 @@ const ConsoleCommand Commands[] = {
     {"\\dbg", DebugScenario},
     {"\\loadsoul", LoadSoul},
     {"\\moves", PlayMoves},
+    {"\\tourney", StartTourney},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
     {"\\console", [](App& app, const clsString&) { RunFormulaConsole(app); }},
