@@ -70,7 +70,8 @@ bool clsChessApplication::CommandLoopPass() {
         if (!nuvobase::StdIn.IsEndOfInput()) return true;
         // A search that ended during this pass is delivered by the next one.
         if (searching && Deadline != 0 && now > Deadline) Engine->StopEngine();
-        return searching;
+        // An EPD run given with the input goes on to its last line.
+        return searching || EpdRunning();
     }
     if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
         nuvobase::StdIn.Stop();
@@ -93,7 +94,9 @@ void clsChessApplication::DeliverMove(uint64_t now) {
     ShowProgress();
     int score = 0;
     const clsString best = Engine->GetBestMoveText(true, score);
-    if (!best.IsEmpty() && State != StateEpd) {
+    if (State == StateEpd) {
+        if (EpdRunning()) EpdStep(best);
+    } else if (!best.IsEmpty()) {
         const int64_t elapsed = int64_t(now - ThinkStart) + 1;
         EngineTimeMs += IncrementMs - elapsed;
         Engine->Info(Engine->GetStatistics(elapsed));
@@ -106,7 +109,7 @@ void clsChessApplication::DeliverMove(uint64_t now) {
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
-    } else if (State != StateEpd && Engine->Protocol == clsEngineInterface::Uci) {
+    } else if (Engine->Protocol == clsEngineInterface::Uci) {
         // A GUI waits for one answer to every go, also when the engine found no move: a mate or stalemate on
         // the board, or a stop that came before the first result.
         WriteLine(clsString("bestmove 0000"));
