@@ -73,7 +73,7 @@ bool clsChessApplication::CommandLoopPass() {
         // An EPD run given with the input goes on to its last line.
         return searching || EpdRunning();
     }
-    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
+    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult || QuitPending) {
         nuvobase::StdIn.Stop();
         return false;
     }

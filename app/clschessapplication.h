@@ -73,6 +73,10 @@ public:
     int PlaySelfGame(clsEngineInterface& first, clsEngineInterface& second, int64_t msPerMove,
                      int64_t maxMoves, const clsString& fen);
 
+    // \learn: a population of engines plays itself for generations, the result file resumed if it exists.
+    void LearnPopulation(const clsString& file, int64_t generations, int64_t enginesCount, int64_t msPerMove,
+                         int64_t maxMoves);
+
     // The front ends and the console; each returns QuitResult to end the command loop.
     int HandleUci(const clsString& command, const clsString& arguments);
     int HandleXBoard(const clsString& command, const clsString& arguments, bool echo);
@@ -119,6 +123,8 @@ public:
     nuvobase::clsStrings LearnBookLines;
     // Reads the operations and the SAN of the line under test, whichever engine searches it.
     std::unique_ptr<clsChessCore> EpdNotation;
+    // A quit read by a long command that reads input on its own: the command loop ends behind it.
+    bool QuitPending = false;
 
 protected:
     // Writes one line to Output.

@@ -6,6 +6,9 @@
 
 #include "match/clsengineinterface.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace nvoChess {
 
 namespace {
@@ -95,6 +98,20 @@ void SaveBook(App& app, const clsString& arguments) {
         Remark(app, clsString("book ") + words.Book + " saved");
 }
 
+// \learn file generations engines_count ms_per_move max_moves
+void Learn(App& app, const clsString& arguments) {
+    int position = 0;
+    const clsString file = arguments.NextWord(' ', position);
+    int64_t numbers[4];
+    for (int64_t& number : numbers) number = ReadBounded(arguments.NextWord(' ', position), MaxCount);
+    if (*std::min_element(std::begin(numbers), std::end(numbers)) < 1) {
+        Remark(app, clsString("learn file generations engines_count ms_per_move max_moves"));
+        Remark(app, clsString("sample: \\learn learn.csv 100 20 60 170"));
+        return;
+    }
+    app.LearnPopulation(file, numbers[0], numbers[1], numbers[2], numbers[3]);
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -106,6 +123,7 @@ const ConsoleCommand Commands[] = {
     {"\\moves", PlayMoves},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
+    {"\\learn", Learn},
     {"\\play", [](App& app, const clsString& arguments) { app.PlayCommand(arguments); }},
     {"\\loadbook", LoadBook},
     {"\\savebook", SaveBook},
