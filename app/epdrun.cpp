@@ -3,6 +3,7 @@
 // so the program keeps reading commands while it runs.
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
+#include "app/learnfile.h"
 
 namespace nvoChess {
 
@@ -23,16 +24,8 @@ void clsChessApplication::StartEpdRun(const clsString& arguments) {
     clsString file = arguments.AfterChar(' ');
     file.Trim();
     if (file.IsEmpty()) file = DefaultEpdFile;
-    clsString text;
-    text.LoadFromFile(file.ToForwardSlashes().Text());
     // Blank lines, and the CR of CR LF files, are no positions.
-    TestLines.Clear();
-    int position = 0;
-    while (position >= 0) {
-        clsString line = text.NextWord('\n', position);
-        line.TrimRight('\r').Trim();
-        if (!line.IsEmpty()) TestLines.Add(line);
-    }
+    TestLines = FileLines(file.ToForwardSlashes());
     if (TestLines.Count == 0) {
         Engine->Info(clsString("no positions to test in ") + file.Quote('\''));
         return;

@@ -3,6 +3,7 @@
 // A result file is resumed from its last generation.
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
+#include "app/learnfile.h"
 #include "app/learnnames.h"
 
 #include "chess/random.h"
@@ -26,10 +27,6 @@ constexpr int OpeningDepth = 4;
 constexpr int OpeningBalance = 105;
 // Drawn openings that are all out of balance would be drawn for ever: give up after this many.
 constexpr int OpeningTries = 200;
-// Fields of a line of the result file: generation, rank, quoted name, score, then the soul.
-constexpr int FieldGeneration = 0, FieldName = 2, FieldScore = 3, FieldSoul = 4;
-constexpr int SoulFields = 16;
-constexpr int GenerationDigits = 3;
 constexpr int MembersPerBreedingTry = 8;
 constexpr const char* Rule = "---------------------";
 constexpr const char* LongRule = "----------------------------------";
@@ -40,47 +37,6 @@ struct LearnMember {
     bool Keep = false;
     std::unique_ptr<clsEngineCorvane> Engine;
 };
-
-// The tab-separated fields of a line.
-std::vector<clsString> Fields(const clsString& line) {
-    std::vector<clsString> fields;
-    for (int position = 0; position >= 0;) fields.push_back(line.NextWord('\t', position));
-    return fields;
-}
-
-// A decimal integer, as the result file writes them.
-bool IsNumber(const clsString& text) {
-    const char* c = text.Text();
-    if (*c == '-') ++c;
-    if (!*c) return false;
-    for (; *c; ++c)
-        if (*c < '0' || *c > '9') return false;
-    return true;
-}
-
-// The lines of a file without their CR; blank lines are left out.
-clsCStrings ReadLines(const clsString& path) {
-    clsString text;
-    text.LoadFromFile(path.Text());
-    clsCStrings lines;
-    for (int position = 0; position >= 0;) {
-        clsString line = text.NextWord('\n', position);
-        line.TrimRight('\r');
-        if (!line.IsEmpty()) lines.Add(line);
-    }
-    return lines;
-}
-
-// learn.csv and generation 7 give learn.007.csv.
-clsString GenerationFile(const clsString& file, int64_t generation) {
-    const int slash = file.FindLast('/');
-    const int dot = file.FindLast('.');
-    const bool hasExtension = dot > slash;
-    clsString name = hasExtension ? file.Left(dot) : file;
-    name += clsString(".") + clsString(int(generation), GenerationDigits);
-    if (hasExtension) name += file.From(dot);
-    return name;
-}
 
 class clsLearnRun {
 public:
@@ -118,7 +74,7 @@ private:
 bool clsLearnRun::LoadOpenings() {
     const int slash = File.FindLast('/');
     const clsString path = (slash < 0 ? clsString() : File.Left(slash + 1)) + OpeningFile;
-    const clsCStrings lines = ReadLines(path);
+    const clsCStrings lines = FileLines(path);
     App.LearnBookLines.Clear();
     for (int i = 0; i < lines.Count; ++i) App.LearnBookLines.AddLine(lines.GetAt(i));
     if (lines.Count == 0) {
@@ -130,16 +86,9 @@ bool clsLearnRun::LoadOpenings() {
 }
 
 int64_t clsLearnRun::Build(int count) {
-    const clsCStrings lines = ReadLines(File);
-    int64_t highest = 0;
+    const clsCStrings lines = FileLines(File);
     int first = 0;
-    for (int i = 0; i < lines.Count; ++i) {
-        const int64_t generation = clsChessApplication::ReadDecimal(Fields(lines.GetAt(i))[FieldGeneration]);
-        if (generation > highest) {
-            highest = generation;
-            first = i;
-        }
-    }
+    const int64_t highest = HighestGeneration(lines, first);
     for (int i = 0; i < lines.Count; ++i) Write(lines.GetAt(i));
     Write(clsString(Rule));
     Members.resize(size_t(count));
@@ -169,39 +118,24 @@ void clsLearnRun::Resume(const clsCStrings& lines, int first, int count) {
                " members: the others start empty");
     for (int i = 0; i < count; ++i) {
         LearnMember& member = Members[size_t(i)];
-        const std::vector<clsString> fields = Fields(lines.GetAt(first + i));
-        const auto field = [&fields](size_t index) {
-            return index < fields.size() ? fields[index] : clsString();
-        };
-        if (first + i < lines.Count && fields.size() < size_t(FieldSoul + SoulFields))
-            Remark(clsString("incomplete line in ") + File + ": " + lines.GetAt(first + i));
-        // The line ends with a tab, so its last field is empty.
-        for (size_t f = FieldScore; f + 1 < fields.size(); ++f) {
-            if (!IsNumber(fields[f])) {
-                Remark(clsString("text in a number field of ") + File +
-                       ", read as 0: " + lines.GetAt(first + i));
-                break;
-            }
-        }
-        member.Name = field(FieldName);
-        member.Name.Unquote('\'');
-        member.Score = clsChessApplication::ReadDecimal(field(FieldScore));
+        const clsString line = lines.GetAt(first + i);
+        const clsLearnLine read = ReadLearnLine(line);
+        if (!line.IsEmpty() && !read.Complete) Remark(clsString("incomplete line in ") + File + ": " + line);
+        if (!read.Numeric) Remark(clsString("text in a number field of ") + File + ", read as 0: " + line);
+        member.Name = read.Name;
+        member.Score = read.Score;
         member.Keep = member.Name == "ORIGINAL";
-        if (member.Keep) {
+        if (member.Keep)
             member.Engine->LoadDefaultSoul();
-            continue;
-        }
-        clsString soul = member.Name + "=";
-        for (size_t f = FieldSoul; f < fields.size(); ++f) soul += (f > FieldSoul ? " " : "") + fields[f];
-        member.Engine->LoadSoulText(soul);
+        else
+            member.Engine->LoadSoulText(read.Soul);
     }
 }
 
 bool clsLearnRun::ChooseOpening(clsString& fen) {
     const int count = App.LearnBookLines.Count;
     for (int attempt = 0; attempt < OpeningTries; ++attempt) {
-        const std::vector<clsString> fields = Fields(App.LearnBookLines.GetAt(RandomBelow(count)));
-        fen = size_t(OpeningFenField) < fields.size() ? fields[OpeningFenField] : clsString();
+        fen = TabField(App.LearnBookLines.GetAt(RandomBelow(count)), OpeningFenField);
         Judge->SetPosition(fen);
         int64_t nodes = 0;
         const int value = Judge->SearchFixedDepth(OpeningDepth, nodes);
