@@ -3,6 +3,7 @@
 #include "chess/bits.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
+#include "search/clsembeddedplayer.h"
 #include "search/clsenginecorvane.h"
 #include "vesko/clsenginevesko.h"
 
@@ -21,6 +22,10 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     : clsThread(clsString("Corvane")), Output(&nuvobase::StdOut), Arguments(arguments) {
     // Every engine of this program reads its start-up options from the command line.
     clsEngineCorvane::CommandLine = Arguments;
+    clsTourneyGame::MakeEmbedded = [](const clsString& name, nuvobase::clsTSafeOutput* output,
+                                      clsTourneyGame* game) -> std::unique_ptr<clsEngineInterface> {
+        return std::make_unique<clsEmbeddedPlayer>(name, output, game);
+    };
     LogFile = Arguments.GetValue("-log");
     SetEngine(clsString("vesko"));
     const clsString memory = Arguments.GetValue("memory");
@@ -32,6 +37,7 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
 clsChessApplication::~clsChessApplication() {
     // The search is stopped by its own flag rather than cancelled: a search meets no cancellation point.
     HaltEngine();
+    Tourneys.clear();
     nuvobase::StdIn.Stop();
     nuvobase::StdIn.Wait();
     Output->Flush();
@@ -43,7 +49,8 @@ bool clsChessApplication::Run() {
     Engine->Protocol = clsEngineInterface::Uci;
     if (Arguments.GetValue("-use") == "tourney") {
         ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
-        while (GetState() == 1) nuvobase::SleepMs(1);
+        // The program ends once the tournament has ended and written its files.
+        while (GetState() == 1 && !Tourneys.empty() && Tourneys.back()->IsRunning()) nuvobase::SleepMs(1);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
         if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);

@@ -4,6 +4,7 @@
 
 #include "chess/clschesscore.h"
 #include "match/clsengineinterface.h"
+#include "match/clstourney.h"
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -13,6 +14,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace nvoChess {
 
@@ -102,6 +104,7 @@ public:
     clsString LogFile;
     nuvobase::clsCStrings TestLines;
     int32_t TestIndex = 0;
+    std::vector<std::unique_ptr<clsTourney>> Tourneys; // started by \tourney, numbered from 1
     nuvobase::clsCStrings FenHistory;
     int32_t State = StateIdle;
     int32_t TestScore = 0;

@@ -112,6 +112,19 @@ void Learn(App& app, const clsString& arguments) {
     app.LearnPopulation(file, numbers[0], numbers[1], numbers[2], numbers[3]);
 }
 
+// The tournament of \tourney when none is named: a file in the working folder.
+constexpr const char* DefaultTourneyFile = "tourney.xml";
+
+// Starts a tournament on its own thread and returns at once.
+void StartTourney(App& app, const clsString& arguments) {
+    app.Output->Write("tourney command...", true);
+    clsString file = arguments.BeforeChar(' ');
+    if (file.IsEmpty()) file = DefaultTourneyFile;
+    Remark(app, "initializing tourney " + file.Quote('\''));
+    app.Tourneys.push_back(std::make_unique<clsTourney>(int32_t(app.Tourneys.size()) + 1, file, app.Output));
+    app.Tourneys.back()->Start();
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -121,6 +134,7 @@ const ConsoleCommand Commands[] = {
     {"\\loadsoul", LoadSoul},
     {"\\epd", [](App& app, const clsString& arguments) { app.StartEpdRun(arguments); }},
     {"\\moves", PlayMoves},
+    {"\\tourney", StartTourney},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
     {"\\learn", Learn},

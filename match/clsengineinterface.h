@@ -88,12 +88,32 @@ public:
     // Sends one line, without line end, to the engine.
     virtual void SendLine(const nuvobase::clsString& line) = 0;
     virtual void OnEngineOutput(const nuvobase::clsString& text);
+    // Called when the engine has been asked to move in a game, behind the lines sent: an engine
+    // of this process starts its search on the clocks here. Does nothing for another program.
+    virtual void Think();
 
     // Stores a clock by colour: 0 white time, 1 black time, 2 white increment,
     // 3 black increment, 4 MovesToGo. Own and opponent follow Side.
     void SetClock(int which, int value);
     // A remark for the GUI: "# " in XBoard mode, "info string " in UCI mode.
     void Info(const nuvobase::clsString& text);
+
+    // The client side of both protocols, as a tournament game drives another program: each sends
+    // its lines through SendLine in the dialect of Protocol; other Protocol values send nothing.
+    // Opens the protocol; Ready tells when the engine has answered.
+    void Handshake();
+    // Forgets the game's moves and resets the engine for a new game.
+    void NewGame();
+    // Tells the clocks and asks the engine to move.
+    void Go();
+    // Records a move of the game; when mover is the opponent the engine is told and sent thinking.
+    void NotifyMove(const nuvobase::clsString& move, int mover);
+    void QuitEngine();
+    // Clears Ready and asks the engine for a sign of life.
+    void Synchronise();
+    // One line of the engine's output in its normal form: "move ..." or "result ...", "resign",
+    // or empty text for everything else; handshake answers update Ready, PingFeature and Options.
+    nuvobase::clsString ParseLine(const nuvobase::clsString& line);
 
     nuvobase::clsTSafeOutput* Output; // not owned
     clsTourneyGame* Game;             // not owned; null outside a tournament game

@@ -1,0 +1,141 @@
+// The client side of XBoard and UCI: what a tournament game says to another chess program, and how the
+// program's answers are read. Every operation ends in SendLine, which does nothing on the engines of this
+// program.
+#include "match/clsengineinterface.h"
+
+#include <cstdlib>
+
+using nuvobase::clsString;
+
+namespace nvoChess {
+
+namespace {
+
+constexpr int MsPerSecond = 1000;
+constexpr int MsPerCentisecond = 10;
+
+clsString Number(int64_t value) {
+    return clsString(value);
+}
+
+// A decimal number at the start of text; 0 for text that is none.
+long ReadNumber(const clsString& text) {
+    return std::strtol(text.Text(), nullptr, 10);
+}
+
+} // namespace
+
+void clsEngineInterface::Handshake() {
+    if (Protocol == XBoard) {
+        PingFeature = false;
+        SendLine("xboard");
+        SendLine("protover 2");
+        Ready = true;
+    } else if (Protocol == Uci) {
+        SendLine("uci");
+    }
+}
+
+void clsEngineInterface::NewGame() {
+    MoveHistory.Clear();
+    if (Protocol == XBoard) {
+        SendLine("new");
+        SendLine("post");
+        SendLine("level 0 " + Number(OwnTimeMs / MsPerSecond) + " " + Number(OwnIncrementMs / MsPerSecond));
+    } else if (Protocol == Uci) {
+        SendLine("ucinewgame");
+        SendLine("position startpos");
+        Synchronise();
+    }
+}
+
+void clsEngineInterface::Go() {
+    if (Protocol == XBoard) {
+        SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
+        SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
+        SendLine("go");
+    } else if (Protocol == Uci) {
+        const bool white = Side == 0;
+        SendLine("go wtime " + Number(white ? OwnTimeMs : OpponentTimeMs) + " btime " +
+                 Number(white ? OpponentTimeMs : OwnTimeMs) + " winc " +
+                 Number(white ? OwnIncrementMs : OpponentIncrementMs) + " binc " +
+                 Number(white ? OpponentIncrementMs : OwnIncrementMs));
+    }
+    Think();
+}
+
+void clsEngineInterface::NotifyMove(const clsString& move, int mover) {
+    MoveHistory += move;
+    MoveHistory += ' ';
+    if (mover == Side) return;
+    if (Protocol == XBoard) {
+        SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
+        SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
+        SendLine(move);
+        Think();
+    } else if (Protocol == Uci) {
+        SendLine("position startpos moves " + MoveHistory);
+        Go();
+    }
+}
+
+void clsEngineInterface::QuitEngine() {
+    if (Protocol == XBoard || Protocol == Uci) SendLine("quit");
+    Ready = false;
+}
+
+void clsEngineInterface::Synchronise() {
+    Ready = false;
+    if (Protocol == XBoard) {
+        if (PingFeature)
+            SendLine("ping " + Number(++PingCounter));
+        else
+            Ready = true;
+    } else if (Protocol == Uci) {
+        SendLine("isready");
+    }
+}
+
+clsString clsEngineInterface::ParseLine(const clsString& line) {
+    if (line.IsEmpty()) return clsString();
+    const clsString word = line.BeforeChar(' ');
+    clsString rest = line.AfterChar(' ');
+    if (Protocol == Uci) {
+        if (word == "readyok" || word == "uciok") Ready = true;
+        if (word == "bestmove") return "move " + rest.Lower();
+        return clsString();
+    }
+    if (word == "pong") {
+        Ready = ReadNumber(rest) == PingCounter;
+    } else if (word == "move") {
+        return "move " + rest.Lower();
+    } else if (word == "resign") {
+        return clsString("resign");
+    } else if (word == "feature") {
+        PingFeature = false;
+        Ready = true;
+        // Pairs are cut at "=" and the next blank: a quoted value is taken as it stands.
+        int position = 0;
+        while (position >= 0) {
+            const clsString key = rest.NextWord('=', position);
+            const clsString value = position >= 0 ? rest.NextWord(' ', position) : clsString();
+            if (key.IsEmpty()) continue;
+            Options.SetValue(key, value, false);
+            if (key == "done") {
+                Ready = ReadNumber(value) != 0;
+            } else if (key == "ping") {
+                PingFeature = ReadNumber(value) != 0;
+                Ready = !PingFeature;
+            }
+        }
+        if (PingFeature) Synchronise();
+    } else if (word.Size() >= 2 && word.Text()[0] >= '0' && word.Text()[0] <= '9' &&
+               (word.Text()[1] == '-' || word.Text()[1] == '/')) {
+        return "result " + word;
+    }
+    return clsString();
+}
+
+void clsEngineInterface::Think() {}
+
+} // namespace nvoChess

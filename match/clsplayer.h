@@ -1,0 +1,43 @@
+#pragma once
+// A player of a tournament: who it is, how its engine is started, and the points it has made.
+
+#include "match/clsengineinterface.h"
+#include "nuvobase/clsmutex.h"
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+
+#include <cstdint>
+
+namespace nvoChess {
+
+class clsPlayer {
+public:
+    // Points of one game.
+    static constexpr int32_t WinPoints = 2;
+    static constexpr int32_t DrawPoints = 1;
+
+    clsPlayer() = default;
+    clsPlayer(const nuvobase::clsString& name, const nuvobase::clsString& protocol,
+              const nuvobase::clsString& fileName, const nuvobase::clsString& parameters);
+    virtual ~clsPlayer() = default;
+
+    // Adds points under the lock; returns the new total.
+    int32_t AddScore(int32_t points);
+    int32_t GetScore();
+    void SetScore(int32_t score);
+    // "embedded" plays inside this process; the others are programs spoken to over UCI or XBoard.
+    bool IsEmbedded() const { return Protocol == "embedded"; }
+    bool IsUci() const { return Protocol == "uci"; }
+
+    nuvobase::clsMutex Lock; // guards Score
+    nuvobase::clsCInts Soul;
+    int32_t Score = 0;
+    bool Keep = false;
+    nuvobase::clsString Name;
+    clsEngineInterface* Engine = nullptr; // not owned
+    nuvobase::clsString Protocol;
+    nuvobase::clsString FileName;
+    nuvobase::clsString Parameters;
+};
+
+} // namespace nvoChess

@@ -1,0 +1,65 @@
+#pragma once
+// A child process whose standard input and output are pipes of this process: lines are written to it,
+// and what it writes, its standard error included, is collected in a receive buffer that is read a
+// line at a time.
+
+#include "nuvobase/clsmutex.h"
+#include "nuvobase/clsprotected.h"
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+
+#include <atomic>
+#include <sys/types.h>
+
+namespace nvoChess {
+
+// The protected string is the receive buffer. One thread runs ReaderLoop, which starts the child and
+// collects its output until it ends; the owner writes lines and ends the child. Every child is reaped
+// exactly once, and no pipe end outlives the child or reaches another child.
+class clsRedirectedChild : public nuvobase::clsProtectedString {
+public:
+    // The receive buffer holds at most this much; a child that floods it loses what does not fit.
+    static constexpr int MaxBufferedBytes = 4 << 20;
+
+    clsRedirectedChild() = default;
+    // Ends the child if it still runs. The reader thread must have ended before.
+    ~clsRedirectedChild() override;
+
+    // The thread body: starts FileName with Parameters, then collects the child's output until the
+    // child has ended. Writes "# process terminated!" behind a child that ran.
+    void ReaderLoop();
+    // The first complete line of the receive buffer without its line end, removed from the buffer;
+    // empty text when no complete line waits.
+    nuvobase::clsString ReadLine();
+    // Writes text and a line feed to the child while it runs; false when nothing was written.
+    bool WriteLine(const nuvobase::clsString& text);
+    // Gives the child up to a second to end by itself, then kills it, and closes the parent's ends.
+    void TerminateChild();
+    // Kills the child at once if it still runs, reaps it and closes the parent's write end.
+    void CloseChild();
+
+    // The arguments of a command line, split as a shell splits plain words and quotes: blanks
+    // separate, '...' and "..." group, a backslash outside single quotes takes the next character.
+    static nuvobase::clsCStrings SplitArguments(const nuvobase::clsString& parameters);
+
+    nuvobase::clsMutex SendLock; // serialises writing to the child and ending it
+    std::atomic<bool> Running{false};
+    nuvobase::clsString FileName;
+    nuvobase::clsString Parameters;
+
+private:
+    // Starts the child on the two pipes; false, with every end closed, when it cannot start.
+    bool Spawn();
+    // True once the child has ended or was reaped. Call under SendLock.
+    bool HasEnded();
+    // Kills the child's process group and reaps the child. Call under SendLock.
+    void KillAndReap();
+    // Appends bytes to the receive buffer, within its limit.
+    void Receive(const char* bytes, long count);
+
+    pid_t ChildPid = 0;    // 0 when there is no child to reap; guarded by SendLock
+    int ChildInWrite = -1; // the parent's end of the child's standard input; guarded by SendLock
+    int ChildOutRead = -1; // the parent's end of the child's output; owned by the reader thread
+};
+
+} // namespace nvoChess

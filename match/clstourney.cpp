@@ -1,0 +1,292 @@
+#include "match/clstourney.h"
+
+#include "match/clsexternalengine.h"
+#include "nuvobase/platform.h"
+
+#include <cstdlib>
+#include <ctime>
+
+using nuvobase::clsString;
+using nuvobase::clsXML;
+
+namespace nvoChess {
+
+namespace {
+
+constexpr int32_t DefaultGameMs = 60000;
+constexpr int32_t ClockDefaultMs = 300000; // of a clock element without its attributes
+constexpr int MsPerSecond = 1000;
+
+clsString Number(int64_t value) {
+    return clsString(value);
+}
+
+int32_t ReadNumber(const clsString& text) {
+    return int32_t(std::strtol(text.Text(), nullptr, 10));
+}
+
+// An attribute read as a number, or fallback when it is absent.
+int32_t NumberAttribute(clsXML& node, const char* name, int32_t fallback) {
+    const clsString value = node.GetAttribute(name);
+    return value.IsEmpty() ? fallback : ReadNumber(value);
+}
+
+// The local date and time, with milliseconds when there are any.
+clsString Now() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    tm local{};
+    localtime_r(&now.tv_sec, &local);
+    char text[40];
+    const long ms = now.tv_nsec / 1000000;
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
+                  local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+    clsString date(text);
+    if (ms != 0) {
+        std::snprintf(text, sizeof text, ".%03ld", ms);
+        date += text;
+    }
+    return date;
+}
+
+} // namespace
+
+clsTourney::clsTourney(int32_t id, const clsString& path, nuvobase::clsTSafeOutput* output)
+    : clsThread(clsString("tourney")), Output(output), Id(id) {
+    Document.LoadFile(path.ToForwardSlashes());
+}
+
+clsTourney::~clsTourney() {
+    Stop();
+    Wait();
+}
+
+bool clsTourney::Run() {
+    StartMs = nuvobase::ClockMs();
+    LogLines.Clear();
+    ClockMoves = 0;
+    ClockGameMs = DefaultGameMs;
+    ClockIncrementMs = 0;
+    Round = 0;
+    Threads = 1;
+    Root = Document.FindDeep("tourney");
+    if (!Root) {
+        Output->Write("# tourney: the file has no tourney element", true);
+        FlushLog();
+        return true;
+    }
+    ReadSettings();
+    clsXML* engines = Root->FindPath("tourney/engines", clsString(), clsString());
+    if (!engines) {
+        Output->Write("# tourney: the file has no engines element", true);
+        FlushLog();
+        return true;
+    }
+    Log(0, "tourney " + Name);
+    // The console takes lines ended by LF alone.
+    Output->Write(engines->ToText().ReplaceAll("\r\n", "\n"), false);
+    MakePlayers(*engines);
+    if (Players.size() < 2) Output->Write("# tourney: fewer than two active engines, no game to play", true);
+    PathPrefix = LogFolder;
+    PathPrefix.PathJoin(Name.Text());
+    PathPrefix += ".T" + Number(Id);
+    Log(0, "creating games");
+    MakeGames();
+    Log(0, Number(int64_t(Games.size())) + " games created");
+    Log(0, "          -   _");
+    Log(0, "        [(|) (|)]       \"IN MOTO L'OROLOGIO DEL BIANCO!\"");
+    Log(0, "_________________________");
+    if (Type == Learning) {
+        Log(0, "----------------- learning has finished");
+    } else {
+        PlayRounds();
+        Round = Rounds;
+        Log(0, "----------------- tournament has finished");
+        for (auto& player : Players) Log(0, player->Name + ": " + Number(player->GetScore()));
+        Log(0, "-----------------");
+    }
+    Output->Write("# end", true);
+    FlushLog();
+    return true;
+}
+
+void clsTourney::ReadSettings() {
+    Name = Root->GetAttribute("name");
+    Rounds = 1;
+    const clsString type = Root->GetAttribute("type");
+    Type = type == "gauntlet" ? Gauntlet : type == "learning" ? Learning : RoundRobin;
+    clsXML* options = Root->FindPath("options", clsString(), clsString());
+    if (options) {
+        Rounds = ReadNumber(options->GetValue("rounds", "1"));
+        LogFolder = options->GetValue("logfolder", clsString());
+        Threads = ReadNumber(options->GetValue("threads", "1"));
+        // A game needs a thread: fewer than one would leave every game waiting for ever.
+        if (Threads < 1) Threads = 1;
+        Verbose = options->GetValue("verbose", clsString()) == "true";
+        PaceMs = ReadNumber(options->GetValue("pace_ms", Number(clsExternalEngine::DefaultPaceMs)));
+        if (PaceMs < 0) PaceMs = 0;
+        if (clsXML* clock = Root->FindPath("clock", clsString(), clsString())) {
+            ClockMoves = NumberAttribute(*clock, "moves_per_second", ClockDefaultMs);
+            ClockGameMs = NumberAttribute(*clock, "game_ms", ClockDefaultMs);
+            ClockIncrementMs = NumberAttribute(*clock, "increment_ms", 0);
+        }
+    }
+    if (!LogFolder.IsEmpty()) {
+        LogFile = LogFolder;
+        LogFile.PathJoin(Name.Text());
+        LogFile += ".log";
+    }
+    HeaderTags.Clear();
+    if (clsXML* header = Root->FindPath("pgn/header", clsString(), clsString())) {
+        for (int i = 0; i < header->Children.Count; ++i) {
+            clsXML* tag = header->ChildAt(i);
+            if (!tag || tag->Type != clsXML::TypeText ||
+                tag->Name.Compare("nuvo", clsString::CompareStartsWith))
+                continue;
+            HeaderTags.SetValue(tag->Name, tag->Text, false);
+        }
+    }
+}
+
+void clsTourney::MakePlayers(clsXML& engines) {
+    nuvobase::clsXMLCollection all;
+    engines.FindAll("engine", all);
+    for (int n = 0; n < all.Count; ++n) {
+        clsXML& engine = *all.Items[n];
+        if (engine.GetAttribute("active") != "true") continue;
+        clsString fileName = engine.GetValue("filename", clsString());
+        fileName.Trim(' ').Unquote('"');
+        auto player =
+            std::make_unique<clsPlayer>(engine.GetAttribute("name"), engine.GetAttribute("protocol"),
+                                        fileName, engine.GetValue("parameters", clsString()));
+        Log(0, "engine " + Number(n + 1) + "\t" + player->Name + "\t" + player->FileName);
+        Players.push_back(std::move(player));
+    }
+}
+
+void clsTourney::MakeGames() {
+    const int count = int(Players.size());
+    for (int i = 0; i < count; ++i) {
+        for (int j = 0; j < count; ++j) {
+            if (i == j || (Type != RoundRobin && i != 0 && j != 0)) continue;
+            const int32_t id = int32_t(Games.size()) + 1;
+            auto game = std::make_unique<clsTourneyGame>(id, ClockMoves, ClockGameMs, ClockIncrementMs,
+                                                         Players[i].get(), Players[j].get(),
+                                                         PathPrefix + ".R0.G" + Number(id) + ".pgn", Output);
+            game->Verbose = Verbose;
+            game->PaceMs = PaceMs;
+            Games.push_back(std::move(game));
+        }
+    }
+}
+
+clsString clsTourney::TimeControlTag(int32_t moves, int32_t gameMs, int32_t incrementMs) {
+    clsString tag = Number(gameMs / MsPerSecond);
+    if (moves != 0) tag = Number(moves) + "/" + tag;
+    if (incrementMs != 0) tag += "+" + Number(incrementMs);
+    return tag;
+}
+
+void clsTourney::SetTags(clsTourneyGame& game, int position) {
+    game.Tags.SetValue("Event", Name);
+    game.Tags.SetValue("Site", clsString());
+    game.Tags.SetValue("Date", clsString());
+    game.Tags.SetValue("Round", Number(Round));
+    game.Tags.SetValue("NuvoRound", Number(Id) + ":" + Number(Round) + ":" + Number(position));
+    game.Tags.SetValue("NuvoSoftware", Software);
+    game.Tags.SetValue("NuvoTimeControl",
+                       Number(ClockMoves) + ":" + Number(ClockGameMs) + ":" + Number(ClockIncrementMs));
+    game.Tags.SetValue("TimeControl", TimeControlTag(ClockMoves, ClockGameMs, ClockIncrementMs));
+    game.Tags.SetValue("White", game.WhitePlayer->Name);
+    game.Tags.SetValue("Black", game.BlackPlayer->Name);
+    game.Tags.SetValue("Result", "*");
+    for (int i = 0; i < HeaderTags.Count; ++i) game.Tags.SetValue(HeaderTags.GetName(i), HeaderTags.GetAt(i));
+}
+
+void clsTourney::PlayRounds() {
+    for (auto& game : Games)
+        if (game->Code == CodeRunning) game->Abort();
+    for (auto& player : Players) player->SetScore(0);
+    for (Round = 1; Round <= Rounds && !StopRequested; ++Round) {
+        std::vector<bool> reported(Games.size(), false);
+        for (size_t p = 0; p < Games.size(); ++p) {
+            clsTourneyGame& game = *Games[p];
+            game.PgnFile = PathPrefix + ".R" + Number(Round) + ".G" + Number(game.GameId) + ".pgn";
+            game.Reset(false);
+            SetTags(game, int(p) + 1);
+        }
+        for (int pending = 1; pending > 0;) {
+            int playing = 0;
+            pending = 0;
+            clsString status;
+            for (size_t p = 0; p < Games.size(); ++p) {
+                clsTourneyGame& game = *Games[p];
+                if (game.Finished) {
+                    if (!reported[p]) Report(game);
+                    reported[p] = true;
+                    continue;
+                }
+                ++pending;
+                if (game.IsRunning()) {
+                    ++playing;
+                    status += clsString(game.SideToMove == 0 ? "W" : "B") + Number(game.MoveNumber) + " ";
+                } else if (playing < Threads && !StopRequested) {
+                    game.Tags.SetValue("Date", Now());
+                    game.Start();
+                    ++playing;
+                }
+            }
+            Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
+                              Number(playing) + "/" + Number(pending) + " " + status,
+                          true);
+            if (pending > 0) nuvobase::SleepMs(SchedulerMs);
+            if (StopRequested && playing == 0) break;
+        }
+    }
+}
+
+void clsTourney::Report(clsTourneyGame& game) {
+    // The game has ended: its thread is joined before its fields are read.
+    game.Wait();
+    Log(game.GameId, "result\t" + game.ResultText() + "\t" + game.ReasonText() + "\t" +
+                         game.WhitePlayer->Name + "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
+    FlushLog();
+}
+
+void clsTourney::Log(int32_t gameId, const clsString& text) {
+    const clsString line = Number(Id) + "\t" + Number(int64_t(nuvobase::ClockMs() - StartMs)) + "\t" +
+                           Number(Round) + "\t" + Number(gameId) + "\t-\t" + text;
+    Output->Write(line, true);
+    if (LogFile.IsEmpty()) return;
+    if (LogLock.Lock() == 0) {
+        LogLines.Add(line);
+        LogLock.Unlock();
+    }
+}
+
+void clsTourney::FlushLog() {
+    if (LogFile.IsEmpty()) return;
+    clsString text;
+    if (LogLock.Lock() == 0) {
+        for (int i = 0; i < LogLines.Count; ++i) {
+            if (i > 0) text += "\r\n";
+            text += LogLines.GetAt(i);
+        }
+        LogLock.Unlock();
+    }
+    if (!text.SaveToFile(LogFile.Text())) Output->Write("# tourney: cannot write " + LogFile, true);
+}
+
+bool clsTourney::Stop() {
+    if (!IsRunning()) return true;
+    StopRequested = true;
+    for (auto& game : Games)
+        if (game->IsRunning()) game->RequestAbort();
+    Log(0, "cancel");
+    for (unsigned waited = 0; waited < StopWaitMs && IsRunning(); waited += SchedulerMs / 10)
+        nuvobase::SleepMs(SchedulerMs / 10);
+    if (IsRunning()) clsThread::Stop();
+    return true;
+}
+
+} // namespace nvoChess

@@ -1,0 +1,83 @@
+#pragma once
+// A tournament from an XML file: players, pairings, rounds on a limited number of game threads, scores,
+// a tournament log and the files of every game. It runs on a thread of its own.
+
+#include "match/clsplayer.h"
+#include "match/clstourneygame.h"
+#include "nuvobase/clsmutex.h"
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+#include "nuvobase/clsthread.h"
+#include "nuvobase/clstsafeoutput.h"
+#include "nuvobase/clsxml.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace nvoChess {
+
+class clsTourney : public nuvobase::clsThread {
+public:
+    enum TourneyTypes : int32_t { RoundRobin = 0, Gauntlet = 1, Learning = 2 };
+    // The text "NuvoSoftware" carries.
+    static constexpr const char* Software = "Corvane 1.0";
+    // How often the scheduler looks at the games.
+    static constexpr unsigned SchedulerMs = 1000;
+    // How long Stop waits for the thread to end by itself.
+    static constexpr unsigned StopWaitMs = 3000;
+
+    // Loads the file; one that does not load leaves the document empty and the thread ends at once.
+    clsTourney(int32_t id, const nuvobase::clsString& path, nuvobase::clsTSafeOutput* output);
+    // Stops a running tournament and ends its games.
+    ~clsTourney() override;
+
+    bool Run() override;
+    // Aborts the running games, logs "cancel" and ends the thread.
+    bool Stop() override;
+
+    // One line of the tournament log, to the output and to the log file.
+    void Log(int32_t gameId, const nuvobase::clsString& text);
+    // Rewrites the log file with every line so far.
+    void FlushLog();
+    // The "TimeControl" tag of a time control.
+    static nuvobase::clsString TimeControlTag(int32_t moves, int32_t gameMs, int32_t incrementMs);
+
+    nuvobase::clsTSafeOutput* Output; // not owned
+    int32_t Id;
+    std::atomic<int32_t> Round{0};
+    int32_t Rounds = 1;
+    int32_t Threads = 1;
+    bool Verbose = false;
+    int PaceMs = 100;
+    nuvobase::clsString PathPrefix;
+    int32_t ClockMoves = 0, ClockGameMs = 60000, ClockIncrementMs = 0;
+    uint64_t StartMs = 0;
+    nuvobase::clsXML Document;
+    nuvobase::clsXML* Root = nullptr;
+    nuvobase::clsCStrings LogLines;
+    nuvobase::clsString LogFolder;
+    nuvobase::clsString LogFile;
+    nuvobase::clsString Name;
+    std::vector<std::unique_ptr<clsPlayer>> Players;
+    std::vector<std::unique_ptr<clsTourneyGame>> Games;
+    int32_t Type = RoundRobin;
+    nuvobase::clsStrings HeaderTags; // the extra PGN tags of the file, in file order
+
+private:
+    // The settings of the options, clock and header elements.
+    void ReadSettings();
+    void MakePlayers(nuvobase::clsXML& engines);
+    void MakeGames();
+    void PlayRounds();
+    // The tags of a game at the start of a round.
+    void SetTags(clsTourneyGame& game, int position);
+    // Marks the game as reported and logs its result.
+    void Report(clsTourneyGame& game);
+
+    nuvobase::clsMutex LogLock; // guards LogLines: Stop logs from another thread
+    std::atomic<bool> StopRequested{false};
+};
+
+} // namespace nvoChess

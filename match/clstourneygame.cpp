@@ -1,0 +1,288 @@
+#include "match/clstourneygame.h"
+
+#include "chess/keys.h"
+#include "match/clsexternalengine.h"
+#include "nuvobase/platform.h"
+
+#include <cxxabi.h>
+
+using nuvobase::clsString;
+
+namespace nvoChess {
+
+namespace {
+
+constexpr const char* StartPosition = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+// The bits of a result word that decide the points.
+constexpr uint32_t ScoringMask = 0x820B;
+// Results of one turn.
+constexpr uint32_t WhiteForfeits = 0x002A, BlackForfeits = 0x0026;
+constexpr uint32_t WhiteCrashed = 0x400A, BlackCrashed = 0x4006;
+constexpr uint32_t WhiteResigns = 0x004A, BlackResigns = 0x0046, BlackGivesUp = 0x0042;
+constexpr uint32_t WhiteIllegal = 0x010A, BlackIllegal = 0x0102;
+constexpr uint32_t RepetitionDraw = 0x0A00, ClaimedDraw = 0x0200;
+// Occurrences of a position before the newest one that end the game.
+constexpr int RepetitionsBefore = 3;
+
+clsString Number(int64_t value) {
+    return clsString(value);
+}
+
+} // namespace
+
+clsTourneyGame::EngineMaker clsTourneyGame::MakeEmbedded;
+
+clsTourneyGame::clsTourneyGame(int32_t gameId, int32_t clockMoves, int32_t clockGameMs,
+                               int32_t clockIncrementMs, clsPlayer* white, clsPlayer* black,
+                               const clsString& pgnFile, nuvobase::clsTSafeOutput* output)
+    : clsThread(clsString("game")), Output(output), GameId(gameId), ClockMoves(clockMoves),
+      ClockGameMs(clockGameMs), ClockIncrementMs(clockIncrementMs), WhitePlayer(white), BlackPlayer(black),
+      PgnFile(pgnFile) {}
+
+clsTourneyGame::~clsTourneyGame() {
+    Abort();
+    Wait();
+}
+
+void clsTourneyGame::Reset(bool keepTags) {
+    clsGame::Reset(keepTags);
+    PositionHashes.clear();
+    LogLines.Clear();
+    SideToMove = 0;
+    MoveNumber = 0;
+    Finished = false;
+}
+
+bool clsTourneyGame::Start() {
+    if (!IsRunning()) AbortRequested = false;
+    return clsThread::Start();
+}
+
+void clsTourneyGame::Abort() {
+    if (IsRunning())
+        RequestAbort();
+    else
+        SetCode(CodeAborted);
+}
+
+bool clsTourneyGame::Run() {
+    bool decided = false;
+    try {
+        decided = Play();
+    } catch (abi::__forced_unwind&) {
+        throw; // a cancelled thread unwinds to its end
+    } catch (...) {
+        GameLog(Neither, "game aborted do to software exception!");
+        SetCode(CodeAborted);
+    }
+    Engines.clear();
+    Referee.reset();
+    SaveFiles();
+    Finished = true;
+    return decided;
+}
+
+bool clsTourneyGame::Play() {
+    Reset(true);
+    Referee = std::make_unique<clsChessCore>();
+    Referee->SetPosition(StartPosition);
+    if (!WhitePlayer || !BlackPlayer) return false;
+    GameLog(Neither, "new match: " + WhitePlayer->Name.Quote('\'') + " vs " + BlackPlayer->Name.Quote('\''));
+    for (int side : {White, Black}) {
+        std::unique_ptr<clsEngineInterface> engine = MakeEngine(side == White ? *WhitePlayer : *BlackPlayer);
+        if (!engine) continue;
+        Engines.push_back(std::move(engine));
+        StartPlayer(*Engines.back(), side);
+    }
+    if (Engines.size() != 2) {
+        SetCode(CodeAborted);
+        return false;
+    }
+    TurnStart = nuvobase::ClockMs();
+    Engines[White]->Go();
+    nuvobase::SleepMs(1);
+    SideToMove = White;
+    MoveNumber = 0;
+    while (GetState() == 1 && Code == CodeRunning) {
+        if (AbortRequested) {
+            SetCode(CodeAborted);
+            break;
+        }
+        const int side = SideToMove;
+        clsEngineInterface& mover = *Engines[side];
+        const int64_t elapsed = int64_t(nuvobase::ClockMs() - TurnStart);
+        const int64_t clock = mover.OwnTimeMs;
+        if (IsOverTime(elapsed, clock)) {
+            const clsString over = Number(elapsed) + ">" + Number(clock);
+            Tags.SetValue("Forfeit_ms", over);
+            GameLog(side, mover.Name + " forfeits on time (" + over + ")");
+            SetCode(side == Black ? BlackForfeits : WhiteForfeits);
+            continue;
+        }
+        const clsString reply = mover.ReadReply();
+        if (reply.IsEmpty()) {
+            if (mover.IsStopped()) {
+                GameLog(side, mover.Name + " has crashed!");
+                SetCode(side == Black ? BlackCrashed : WhiteCrashed);
+            } else {
+                nuvobase::SleepMs(1);
+            }
+            continue;
+        }
+        GameLog(side, reply);
+        const uint32_t code = HandleReply(reply, elapsed);
+        if (code != CodeRunning) SetCode(code);
+    }
+    if (Code != CodeRunning) Score();
+    return !(Code & (CodeUndecided | CodeAborted));
+}
+
+std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player) {
+    std::unique_ptr<clsEngineInterface> engine;
+    if (player.IsEmbedded()) {
+        if (MakeEmbedded) engine = MakeEmbedded(player.Name, Output, this);
+    } else {
+        auto external = std::make_unique<clsExternalEngine>(player.Name, Output, this);
+        external->FileName = player.FileName;
+        external->Parameters = player.Parameters;
+        external->PaceMs = PaceMs;
+        engine = std::move(external);
+    }
+    if (engine) engine->Protocol = player.IsUci() ? clsEngineInterface::Uci : clsEngineInterface::XBoard;
+    return engine;
+}
+
+bool clsTourneyGame::StartPlayer(clsEngineInterface& engine, int side) {
+    engine.Side = side;
+    engine.OwnTimeMs = engine.OpponentTimeMs = ClockGameMs;
+    engine.OwnIncrementMs = engine.OpponentIncrementMs = ClockIncrementMs;
+    engine.MovesToGo = 0;
+    if (!engine.Ready) {
+        engine.StartEngine();
+        GameLog(side, "waiting for " + engine.Name.Quote('\'') + " initialization...");
+        nuvobase::SleepMs(StartupWaitMs);
+        engine.Handshake();
+        // A program that has ended will not answer: it loses when its turn comes.
+        for (int poll = 0; poll < HandshakePolls && !engine.Ready && !engine.IsStopped(); ++poll) {
+            if (!engine.ReadReply().IsEmpty()) break;
+            nuvobase::SleepMs(1);
+        }
+    }
+    if (engine.Ready) engine.NewGame();
+    return engine.Ready;
+}
+
+uint32_t clsTourneyGame::HandleReply(const clsString& reply, int64_t elapsedMs) {
+    const clsString word = reply.BeforeChar(' ');
+    clsString rest = reply.AfterChar(' ');
+    rest.Trim(' ');
+    const bool whiteMoves = SideToMove == White;
+    if (word == "move") return HandleMove(rest, elapsedMs);
+    if (word == "resign") return whiteMoves ? WhiteResigns : BlackResigns;
+    if (word == "result") {
+        // A side may give the game up or claim a draw, never claim a win.
+        if (rest.Compare("1/2-1/2", clsString::CompareStartsWith)) return ClaimedDraw;
+        if (whiteMoves && rest.Compare("0-1", clsString::CompareStartsWith)) return WhiteResigns;
+        if (!whiteMoves && rest.Compare("1-0", clsString::CompareStartsWith)) return BlackGivesUp;
+    }
+    return CodeRunning;
+}
+
+uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
+    const int side = SideToMove;
+    clsEngineInterface& mover = *Engines[side];
+    mover.OwnTimeMs += int32_t(ClockIncrementMs - elapsedMs);
+    clsString move = rest.BeforeChar(' ');
+    move.RemoveChar('=');
+    if (move.IsEmpty() || !Referee->MakeMoveText(move)) return side == Black ? BlackIllegal : WhiteIllegal;
+    if (side == White) {
+        ++MoveNumber;
+        MoveText += Number(MoveNumber) + ". ";
+    }
+    MoveText += move + " ";
+    PositionHashes.push_back(ScratchHash(Referee->Board));
+    uint32_t code = IsFourthOccurrence(PositionHashes) ? RepetitionDraw : Referee->GameStatus();
+    if (code != CodeRunning) {
+        SetCode(code);
+        GameLog(Neither, ResultText() + " " + ReasonText());
+        return code;
+    }
+    mover.NotifyMove(move, side);
+    SideToMove = 1 - side;
+    TurnStart = nuvobase::ClockMs();
+    clsEngineInterface& next = *Engines[1 - side];
+    next.OpponentTimeMs = mover.OwnTimeMs;
+    next.OpponentIncrementMs = mover.OwnIncrementMs;
+    next.MovesToGo = 0;
+    next.NotifyMove(move, side);
+    return CodeRunning;
+}
+
+bool clsTourneyGame::IsFourthOccurrence(const std::vector<uint64_t>& hashes) {
+    if (hashes.size() < 2) return false;
+    const uint64_t newest = hashes.back();
+    int earlier = 0;
+    // The first entry is left out: the position before it is not in the list either.
+    for (size_t i = hashes.size() - 2; i >= 1; --i)
+        if (hashes[i] == newest) ++earlier;
+    return earlier >= RepetitionsBefore;
+}
+
+void clsTourneyGame::Points(uint32_t code, int32_t& white, int32_t& black) {
+    white = black = 0;
+    switch (code & ScoringMask) {
+    case CodeDecisive:
+        white = clsPlayer::WinPoints;
+        break;
+    case CodeDecisive | CodeBlackWon:
+        black = clsPlayer::WinPoints;
+        break;
+    case CodeDraw:
+        white = black = clsPlayer::DrawPoints;
+        break;
+    default:
+        break;
+    }
+}
+
+void clsTourneyGame::Score() {
+    int32_t points[2];
+    Points(Code, points[White], points[Black]);
+    clsPlayer* players[2] = {WhitePlayer, BlackPlayer};
+    for (int side : {White, Black}) {
+        const int32_t total = players[side]->AddScore(points[side]);
+        GameLog(Neither, players[side]->Name.Quote('\'') + " result " + Number(points[side]) + " score " +
+                             Number(total));
+    }
+}
+
+void clsTourneyGame::GameLog(int side, const clsString& text) {
+    static const char* const Marks[] = {"W", "B", "-"};
+    const clsString line = clsString(Marks[side < White || side > Neither ? Neither : side]) + "\t" + text;
+    LogLines.Add(line);
+    if (Output && (Verbose || text.Compare("forfeit", clsString::CompareContains)))
+        Output->Write("#\tG" + Number(GameId) + "\t" + line, true);
+}
+
+clsString clsTourneyGame::PgnText() const {
+    clsString text;
+    for (int i = 0; i < Tags.Count; ++i)
+        text += "[" + Tags.GetName(i) + " " + Tags.GetAt(i).Quote('"') + "]\r\n";
+    return text + "\r\n" + MoveText;
+}
+
+void clsTourneyGame::SaveFiles() const {
+    if (PgnFile.IsEmpty()) return;
+    clsString log;
+    for (int i = 0; i < LogLines.Count; ++i) {
+        if (i > 0) log += "\r\n";
+        log += LogLines.GetAt(i);
+    }
+    clsString path = PgnFile.ToForwardSlashes();
+    const bool saved = log.SaveToFile(path.ChangeExtension(".log").Text()) &&
+                       PgnText().SaveToFile(path.ChangeExtension(".pgn").Text());
+    if (!saved && Output)
+        Output->Write("# cannot write the files of game " + Number(GameId) + ": " + path, true);
+}
+
+} // namespace nvoChess

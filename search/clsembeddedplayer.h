@@ -1,0 +1,38 @@
+#pragma once
+// The program's own engine as a player of a tournament game: it answers like any other engine. Asked to
+// move, it searches the game's position on its clock, and its reply is "move " and the move found.
+
+#include "search/clsenginecorvane.h"
+#include "search/clsengineshare.h"
+
+#include <cstdint>
+
+namespace nvoChess {
+
+// The table of one player, made before the engine that uses it.
+struct clsPlayerTable {
+    clsEngineShare Table;
+};
+
+class clsEmbeddedPlayer : private clsPlayerTable, public clsEngineCorvane {
+public:
+    // The table each player searches with.
+    static constexpr int64_t TableMb = 16;
+    // What is kept back from the clock, and the moves the rest is shared over.
+    static constexpr int64_t ReserveMs = 50;
+    static constexpr int64_t MovesLeft = 40;
+
+    clsEmbeddedPlayer(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
+                      clsTourneyGame* game);
+
+    // Searches the game's position for (own clock - 50) / 40 ms.
+    void Think() override;
+    // "move " and the move once the search has ended; stops a search that has passed its time.
+    nuvobase::clsString ReadReply() override;
+
+private:
+    uint64_t Deadline = 0;
+    bool Thinking = false; // a move is owed
+};
+
+} // namespace nvoChess

@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""A chess engine for tests that speaks UCI or XBoard (whichever the first line asks for) and misbehaves
+on request. It plays a fixed line, so two of them play a game whose end is known:
+  cycle  knights out and back until the start position stands for the fourth time (a draw),
+  mate   the fool's mate, black mates on its second move.
+Faults, each at the engine's own move N (from 1): --crash N, --hang N, --illegal N, --resign N,
+--draw N, --claim-win N (claims a win, then moves), --garbage (junk lines before every move),
+--ponder (a ponder move behind every bestmove), --no-handshake, --slow-start SECONDS, --exit (ends at once).
+"""
+import argparse
+import sys
+import time
+
+LINES = {
+    "cycle": ["g1f3", "g8f6", "f3g1", "f6g8"] * 8,
+    "mate": ["f2f3", "e7e5", "g2g4", "d8h4"],
+}
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--line", default="cycle", choices=sorted(LINES))
+    for fault in ("crash", "hang", "illegal", "resign", "draw", "claim-win"):
+        parser.add_argument("--" + fault, type=int, default=0)
+    parser.add_argument("--garbage", action="store_true")
+    parser.add_argument("--ponder", action="store_true")
+    parser.add_argument("--no-handshake", action="store_true")
+    parser.add_argument("--slow-start", type=float, default=0)
+    parser.add_argument("--exit", action="store_true")
+    options = parser.parse_args()
+    if options.exit:
+        return 0
+    if options.slow_start:
+        time.sleep(options.slow_start)
+    line = LINES[options.line]
+    moves = []
+    own_moves = 0
+    uci = False
+
+    def say(text):
+        sys.stdout.write(text + "\n")
+        sys.stdout.flush()
+
+    def play():
+        nonlocal own_moves
+        own_moves += 1
+        if options.garbage:
+            say("\x01\x02 some garbage ~~ 12 nonsense")
+            say("12 3 4")
+            sys.stdout.write("info string a line in ")
+            sys.stdout.flush()
+            time.sleep(0.05)
+            say("two pieces")
+        if own_moves == options.crash:
+            sys.exit(3)
+        if own_moves == options.hang:
+            while True:
+                time.sleep(60)
+        if own_moves == options.resign:
+            say("resign")
+            return
+        if own_moves == options.draw:
+            say("1/2-1/2 {draw claimed}")
+            return
+        if own_moves == options.claim_win:
+            say("0-1 {I win}" if len(moves) % 2 else "1-0 {I win}")
+        move = "e2e5" if own_moves == options.illegal else line[len(moves) % len(line)]
+        if uci:
+            ponder = " ponder " + line[(len(moves) + 1) % len(line)] if options.ponder else ""
+            say("info depth 1 score cp 0 pv " + move)
+            say("bestmove " + move + ponder)
+        else:
+            moves.append(move)
+            say("move " + move)
+
+    for text in sys.stdin:
+        words = text.split()
+        if not words:
+            continue
+        command = words[0]
+        if command == "quit":
+            return 0
+        if command == "uci":
+            uci = True
+            if not options.no_handshake:
+                say("id name Fake")
+                say("uciok")
+        elif command == "isready" and not options.no_handshake:
+            say("readyok")
+        elif command == "protover":
+            say("feature done=0" if options.no_handshake else "feature ping=1 setboard=1 done=1")
+        elif command == "ping":
+            say("pong " + (words[1] if len(words) > 1 else ""))
+        elif command in ("new", "ucinewgame"):
+            moves = []
+        elif command == "position":
+            moves = words[3:] if len(words) > 3 and words[2] == "moves" else []
+        elif command == "go":
+            play()
+        elif len(command) >= 4 and command[0] in "abcdefgh" and command[1] in "12345678":
+            moves.append(command)
+            play()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

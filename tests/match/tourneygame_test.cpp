@@ -1,0 +1,158 @@
+// Refereed games between fake engines that misbehave on purpose, over real pipes: every fault ends the
+// game with its result word, both files are written, the points go to the right side, and no child,
+// zombie or descriptor is left behind.
+#include "match/clstourneygame.h"
+
+#include "match/capturedoutput.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <dirent.h>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace nvoChess;
+using nuvobase::clsString;
+
+namespace {
+
+const std::string FakeEngine = std::string(CORVANE_TEST_DATA) + "/../e2e/fake_engine.py";
+
+int OpenDescriptors() {
+    int count = 0;
+    if (DIR* folder = opendir("/proc/self/fd")) {
+        while (readdir(folder)) ++count;
+        closedir(folder);
+    }
+    return count;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+struct GameRow {
+    const char* Name;
+    const char* Protocol;
+    const char* WhiteArgs; // null: a program file that does not exist
+    const char* BlackArgs;
+    int ClockMs;
+    uint32_t Code;
+    const char* Result;
+    const char* Reason;
+    int WhitePoints, BlackPoints;
+};
+
+// A generous clock wherever the game is not meant to end on time.
+constexpr int Long = 120000;
+
+const GameRow Games[] = {
+    {"repetition", "xboard", "", "", Long, 0x0A00, "1/2-1/2", "triple repetition", 1, 1},
+    {"mate", "uci", "--line mate", "--line mate", Long, 0x001A, "0-1", "mate", 0, 2},
+    {"crash", "uci", "--crash 2", "", Long, 0x400A, "0-1", "engine crashed", 0, 2},
+    {"illegal", "xboard", "", "--illegal 1", Long, 0x0102, "1-0", "illegal move", 2, 0},
+    {"resign", "xboard", "--resign 2", "", Long, 0x004A, "0-1", "resign", 0, 2},
+    {"draw claim", "xboard", "", "--draw 1", Long, 0x0200, "1/2-1/2", "", 1, 1},
+    {"false win claim", "xboard", "--claim-win 1", "", Long, 0x0A00, "1/2-1/2", "triple repetition", 1, 1},
+    {"hang", "xboard", "", "--hang 2", 3000, 0x0026, "1-0", "forfeit", 2, 0},
+    {"garbage and ponder", "uci", "--garbage --ponder", "--ponder", Long, 0x0A00, "1/2-1/2",
+     "triple repetition", 1, 1},
+    {"missing program", "uci", nullptr, "", Long, 0x400A, "0-1", "engine crashed", 0, 2},
+    {"exits at once", "xboard", "", "--exit", Long, 0x4006, "1-0", "engine crashed", 2, 0},
+};
+
+class ThreadedTourneyGameTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Folder = std::filesystem::temp_directory_path() / ("corvane_games_" + std::to_string(getpid()));
+        std::filesystem::create_directories(Folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(Folder); }
+
+    std::unique_ptr<clsPlayer> Player(const char* name, const char* protocol, const char* args) {
+        const std::string program = args ? FakeEngine : (Folder / "no such engine").string();
+        return std::make_unique<clsPlayer>(clsString(name), clsString(protocol), clsString(program.c_str()),
+                                           clsString(args ? args : ""));
+    }
+
+    // The files of game id, without their extension.
+    std::string Stem(int id) const {
+        std::ostringstream name;
+        name << "g" << id;
+        return (Folder / name.str()).string();
+    }
+
+    std::filesystem::path Folder;
+};
+
+TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints) {
+    CapturedOutput output;
+    const int descriptors = OpenDescriptors();
+    struct Running {
+        std::unique_ptr<clsPlayer> White, Black;
+        std::unique_ptr<clsTourneyGame> Game;
+    };
+    std::vector<Running> running;
+    int id = 0;
+    for (const GameRow& row : Games) {
+        Running game{Player("White", row.Protocol, row.WhiteArgs),
+                     Player("Black", row.Protocol, row.BlackArgs), nullptr};
+        const std::string pgn = Stem(++id) + ".pgn";
+        game.Game =
+            std::make_unique<clsTourneyGame>(id, 0, row.ClockMs, 0, game.White.get(), game.Black.get(),
+                                             clsString(pgn.c_str()), &output.Output);
+        game.Game->PaceMs = 0;
+        game.Game->Tags.SetValue("Event", "test");
+        ASSERT_TRUE(game.Game->Start());
+        running.push_back(std::move(game));
+    }
+    // Bounded far beyond the longest game: the hanging engine's three seconds and the start-up waits.
+    for (int waited = 0; waited < 600 && !std::all_of(running.begin(), running.end(),
+                                                      [](auto& game) { return game.Game->Finished.load(); });
+         ++waited)
+        usleep(100000);
+    id = 0;
+    for (const GameRow& row : Games) {
+        SCOPED_TRACE(row.Name);
+        Running& game = running[id++];
+        ASSERT_TRUE(game.Game->Finished);
+        game.Game->Wait();
+        EXPECT_EQ(game.Game->Code, row.Code);
+        EXPECT_EQ(std::string(game.Game->ResultText().Text()), row.Result);
+        EXPECT_EQ(std::string(game.Game->ReasonText().Text()), row.Reason);
+        EXPECT_EQ(game.White->GetScore(), row.WhitePoints);
+        EXPECT_EQ(game.Black->GetScore(), row.BlackPoints);
+        const std::string stem = Stem(id);
+        const std::string pgn = ReadFile(stem + ".pgn"), log = ReadFile(stem + ".log");
+        EXPECT_NE(pgn.find("[Result \"" + std::string(row.Result) + "\"]\r\n"), std::string::npos) << pgn;
+        EXPECT_NE(log.find("-\tnew match: 'White' vs 'Black'"), std::string::npos) << log;
+        std::ostringstream points;
+        points << "'White' result " << row.WhitePoints;
+        EXPECT_NE(log.find(points.str()), std::string::npos) << log;
+    }
+    // The position after 1...g8f6 stands for the fourth time after fourteen plies; the third time went on.
+    EXPECT_NE(ReadFile(Folder / "g1.pgn").find("\r\n\r\n1. g1f3 g8f6 2. f3g1 f6g8 3. g1f3"),
+              std::string::npos);
+    EXPECT_NE(ReadFile(Folder / "g1.pgn").find("7. g1f3 g8f6 "), std::string::npos);
+    EXPECT_EQ(ReadFile(Folder / "g1.pgn").find("8. "), std::string::npos);
+    // A ponder move is cut off before the move reaches the referee and the file.
+    EXPECT_EQ(ReadFile(Folder / "g9.pgn").find("ponder"), std::string::npos);
+    EXPECT_NE(ReadFile(Folder / "g8.pgn").find("[Forfeit_ms \""), std::string::npos);
+    EXPECT_NE(output.Text().find("#\tG8\tB\tBlack forfeits on time ("), std::string::npos);
+    running.clear();
+    int status = 0;
+    EXPECT_EQ(waitpid(-1, &status, WNOHANG), -1) << "a child or zombie was left";
+    EXPECT_EQ(errno, ECHILD);
+    EXPECT_EQ(OpenDescriptors(), descriptors);
+}
+
+} // namespace
