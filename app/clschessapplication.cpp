@@ -76,7 +76,7 @@ bool clsChessApplication::CommandLoopPass() {
         // deadline, delivers its move, and then the program ends as after quit.
         if (!nuvobase::StdIn.IsEndOfInput()) return true;
         // A search that ended during this pass is delivered by the next one.
-        if (searching && Deadline != 0 && now > Deadline) Engine->StopEngine();
+        if (searching && Deadline != 0 && now > Deadline && !AwaitingEpdAnswer()) Engine->StopEngine();
         // An EPD run given with the input goes on to its last line.
         return searching || EpdRunning();
     }
@@ -89,7 +89,7 @@ bool clsChessApplication::CommandLoopPass() {
 
 void clsChessApplication::WatchSearch(uint64_t now) {
     if (Deadline != 0 && now > Deadline && Engine->MaxDepth == 0) {
-        Engine->StopEngine();
+        if (!AwaitingEpdAnswer()) Engine->StopEngine();
     } else if (now - LastProgress >= ProgressIntervalMs) {
         LastProgress = now;
         ShowProgress();

@@ -142,6 +142,8 @@ private:
     void DeliverMove(uint64_t now);
     // Scores the answer to the line under test and starts the next one, or shows the results.
     void EpdStep(const clsString& best);
+    // True while the search of a position under test has no move yet.
+    bool AwaitingEpdAnswer();
     // True while lines of an EPD run wait for their answer.
     bool EpdRunning() const;
     int Dispatch(const clsString& command, const clsString& arguments);

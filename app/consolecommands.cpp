@@ -4,7 +4,9 @@
 #include "app/clschessapplication.h"
 #include "app/commandnumbers.h"
 
+#include "chess/random.h"
 #include "match/clsengineinterface.h"
+#include "match/clstourney.h"
 
 #include <algorithm>
 #include <iterator>
@@ -125,6 +127,26 @@ void StartTourney(App& app, const clsString& arguments) {
     app.Tourneys.back()->Start();
 }
 
+// Ten random souls, each played by the first player of the default tournament through the soul file.
+void TrySouls(App& app, const clsString&) {
+    constexpr int SoulCount = 10;
+    constexpr int32_t ValueLimit = 100;
+    const clsString text = app.Engine->GetSoulText();
+    int parameters = 1;
+    for (const char* c = text.Text(); *c; ++c) parameters += *c == '\t';
+    nuvobase::clsCInts souls[SoulCount];
+    for (nuvobase::clsCInts& soul : souls)
+        for (int p = 0; p < parameters; ++p) soul.Add(RandomBelow(ValueLimit));
+    for (int i = 0; i < SoulCount; ++i) {
+        (clsString(int64_t(i)) + "=" + souls[i].GetText("\t")).SaveToFile(clsTourney::SoulFile);
+        clsTourney tourney(1, clsString(DefaultTourneyFile), app.Output);
+        int64_t score = 0;
+        if (tourney.Start()) tourney.Wait();
+        if (!tourney.Players.empty()) score += tourney.Players.front()->GetScore();
+        Remark(app, clsString("=================> ") + clsString(int64_t(i)) + " = " + clsString(score));
+    }
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -137,6 +159,7 @@ const ConsoleCommand Commands[] = {
     {"\\tourney", StartTourney},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
+    {"\\learnt", TrySouls},
     {"\\learn", Learn},
     {"\\play", [](App& app, const clsString& arguments) { app.PlayCommand(arguments); }},
     {"\\loadbook", LoadBook},

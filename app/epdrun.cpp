@@ -49,6 +49,13 @@ bool clsChessApplication::EpdRunning() const {
     return State == StateEpd && TestIndex < TestLines.Count;
 }
 
+bool clsChessApplication::AwaitingEpdAnswer() {
+    // A position under test is scored by the move found: on a busy machine its search runs past its time
+    // until it has one, or ends by itself on a position without moves.
+    int score = 0;
+    return State == StateEpd && Engine->GetBestMoveText(false, score).IsEmpty();
+}
+
 void clsChessApplication::EpdStep(const clsString& best) {
     const auto coordinates = [this](const char* operation) {
         return EpdNotation->SanToCoordinates(EpdNotation->EpdFields.GetValue(clsString(operation)), false);

@@ -47,8 +47,11 @@ int clsChessApplication::PlaySelfGame(clsEngineInterface& first, clsEngineInterf
         mover->StopEngine();
         mover->Start();
         nuvobase::SleepMs(msPerMove);
-        mover->StopEngine();
+        // On a busy machine the search may not have finished its first iteration: it is stopped once it has a
+        // move to give, or when it ends by itself on a position without moves.
         int score = 0;
+        while (mover->IsRunning() && mover->GetBestMoveText(false, score).IsEmpty()) nuvobase::SleepMs(1);
+        mover->StopEngine();
         const clsString move = mover->GetBestMoveText(true, score);
         Output->Write(move + " ", false);
         if (!move.IsEmpty()) referee->clsEngineInterface::MakeMoveText(move);

@@ -36,8 +36,8 @@ def write_openings(folder, fens):
         f.write("".join("3\t2\t1\t%s\r\n" % fen for fen in fens))
 
 
-def learn_lines(folder, command):
-    code, output = run_script([command], timeout=300, cwd=folder)
+def learn_lines(folder, command, args=("-engine=corvane",)):
+    code, output = run_script([command], args, timeout=300, cwd=folder)
     check(code == 0, "exit code %d" % code)
     return output
 
@@ -108,10 +108,29 @@ def learn_input(folder):
         check(len(learn_lines(folder, line)) in (2, 3), line)
 
 
+# Two embedded players with a tiny clock.
+PAIR = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "embedded_pair.xml")
+
+
+def soul_trials(folder):
+    # Ten random souls, each through a gauntlet of two games from the default tourney.xml: 0 to 4 points.
+    with open(PAIR) as pair, open(os.path.join(folder, "tourney.xml"), "w") as f:
+        f.write(pair.read().replace('type="learning"', 'type="gauntlet"'))
+    output = learn_lines(folder, "\\learnt")
+    trials = [re.match(r"^info string =================> (\d+) = (\d+)$", l) for l in output if "=====>" in l]
+    check([int(t.group(1)) for t in trials if t] == list(range(10)), output)
+    check(all(0 <= int(t.group(2)) <= 4 for t in trials), trials)
+    # The current engine's soul text has sixteen tabs: the last soul tried has seventeen numbers.
+    soul = open(os.path.join(folder, "soul.txt")).read()
+    check(soul.startswith("9=") and len(soul[2:].split("\t")) == 17, soul)
+
+
 if __name__ == "__main__":
     play()
     with tempfile.TemporaryDirectory() as folder:
         learn(folder)
     with tempfile.TemporaryDirectory() as folder:
         learn_input(folder)
+    with tempfile.TemporaryDirectory() as folder:
+        soul_trials(folder)
     print("selfplay: all checks passed")
