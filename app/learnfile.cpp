@@ -74,8 +74,10 @@ int64_t HighestGeneration(const nuvobase::clsCStrings& lines, int& first) {
 clsLearnLine ReadLearnLine(const clsString& line) {
     const std::vector<clsString> fields = Fields(line);
     clsLearnLine read;
+    // The name stands between single quotes, any inside it as they are.
     if (fields.size() > FieldName) read.Name = fields[FieldName];
-    read.Name.Unquote('\'');
+    if (read.Name.Size() >= 2 && *read.Name.At(0) == '\'' && *read.Name.At(read.Name.Size() - 1) == '\'')
+        read.Name = read.Name.Mid(1, read.Name.Size() - 2);
     if (fields.size() > FieldScore) read.Score = clsChessApplication::ReadDecimal(fields[FieldScore]);
     read.Soul = read.Name + "=";
     int parameters = 0;

@@ -60,7 +60,7 @@ private:
     void Breed();
     void Resume(const clsCStrings& lines, int first, int count);
     clsString SoulLine(const LearnMember& member) const {
-        return member.Name.Quote('\'') + "\t" + clsString(member.Score) + "\t" + member.Engine->GetSoulText();
+        return "'" + member.Name + "'\t" + clsString(member.Score) + "\t" + member.Engine->GetSoulText();
     }
 
     clsChessApplication& App;

@@ -40,7 +40,8 @@ TEST(LearnFileTest, MemberLines) {
          -4, "L,A, Nights=1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16", true, true},
         // Cut behind the second parameter.
         {"3\t2\t'Clotho'\t2\t7\t20", "Clotho", 2, "Clotho=7 20", false, true},
-        {"3\t2\t'Clotho'\tabc\t7\tx\t", "Clotho", 0, "Clotho=7 x", false, false},
+        {"3\t2\t'Abaddon's Bolero'\tabc\t7\tx\t", "Abaddon's Bolero", 0, "Abaddon's Bolero=7 x", false,
+         false},
         {"", "", 0, "=", false, true},
     };
     for (const LineRow& row : rows) {
