@@ -42,7 +42,10 @@ class clsLearnRun {
 public:
     clsLearnRun(clsChessApplication& app, const clsString& file, int64_t msPerMove, int64_t maxMoves)
         : App(app), File(file), MsPerMove(msPerMove), MaxMoves(maxMoves),
-          Judge(std::make_unique<clsEngineCorvane>(&app.Share, clsString("Corvane"), app.Output)) {}
+          Judge(std::make_unique<clsEngineCorvane>(&app.Share, clsString("Corvane"), app.Output)) {
+        // The judge's board goes to the GUI in the dialect of the application's engine.
+        Judge->Protocol = app.Engine->Protocol;
+    }
 
     bool LoadOpenings();
     // The highest generation of the result file, and the members it gives; 0 for a new run.
@@ -231,8 +234,11 @@ void clsChessApplication::LearnPopulation(const clsString& file, int64_t generat
         Engine->Info(clsString("at most ") + clsString(int64_t(LearnNameCount)) + " members");
     } else if (run.LoadOpenings()) {
         const int64_t highest = run.Build(int(enginesCount));
-        for (int64_t generation = highest + 1; generation < generations && !run.StopRequested(); ++generation)
+        int64_t generation = highest + 1;
+        for (; generation < generations && !run.StopRequested(); ++generation)
             if (!run.PlayGeneration(generation)) break;
+        if (State == StateStopped)
+            Engine->Info(clsString("learning stopped before generation ") + clsString(generation));
     }
     State = StateIdle;
 }

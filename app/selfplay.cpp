@@ -34,6 +34,7 @@ int clsChessApplication::PlaySelfGame(clsEngineInterface& first, clsEngineInterf
                                       int64_t msPerMove, int64_t maxMoves, const clsString& fen) {
     // The referee has no table of its own to share: it only makes moves and judges positions.
     auto referee = std::make_unique<clsEngineCorvane>(nullptr, clsString("Corvane"), Output);
+    referee->Protocol = Engine->Protocol;
     first.SetPosition(fen);
     const clsString start = first.GetPosition();
     second.SetPosition(start);

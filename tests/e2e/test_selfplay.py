@@ -4,7 +4,7 @@ import os
 import re
 import tempfile
 
-from corvane_driver import Referee, check, run_script
+from corvane_driver import Referee, Session, check, run_script
 
 MOVE = re.compile(r"^[a-h][1-8][a-h][1-8][nbrq]?$")
 
@@ -98,6 +98,19 @@ def learn_input(folder):
     for lines, generations, members, remark in cases:
         output = resume(lines, generations, members)
         check(any(remark in l for l in output) and output[-1] == "info string end", output)
+    # A stop or a quit typed during a long run ends it after the generation under way.
+    for word in ("stop", "quit"):
+        session = Session(("-engine=corvane",), cwd=folder)
+        session.send("\\learn %s.csv 100 2 20 4" % word)
+        session.read_until(lambda l: "GENERATION 1" in l, 120)
+        session.send(word)
+        if word == "stop":
+            session.read_until(lambda l: l.startswith("info string learning stopped before generation "), 300)
+            session.send("isready")
+            session.read_until(lambda l: l == "readyok", 300)
+            session.send("quit")
+        check(session.close(300) == 0, "exit code")
+        check(1 <= len(blocks(os.path.join(folder, word + ".csv"))) <= 2, word)
     write_openings(folder, ["4k3/8/8/8/8/8/8/QQQQK3 w - - 0 1"])
     output = learn_lines(folder, "\\learn u.csv 3 2 20 6")
     check(any("no opening within a pawn" in l for l in output) and output[-1] == "info string end", output)
