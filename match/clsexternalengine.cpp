@@ -8,7 +8,9 @@ namespace nvoChess {
 
 namespace {
 constexpr int ExternalPawnValue = 100;
-}
+// The longest a line waits for the child to be started.
+constexpr int StartWaitMs = 10000;
+} // namespace
 
 clsExternalEngine::clsExternalEngine(const clsString& name, nuvobase::clsTSafeOutput* output,
                                      clsTourneyGame* game)
@@ -67,6 +69,8 @@ clsString clsExternalEngine::ReadReply() {
 }
 
 void clsExternalEngine::SendLine(const clsString& line) {
+    // A line sent while the reader is still starting the child waits for it rather than being lost.
+    for (int waited = 0; !StartTried && IsRunning() && waited < StartWaitMs; ++waited) nuvobase::SleepMs(1);
     if (Running) WriteLine(line);
     if (PaceMs > 0) nuvobase::SleepMs(unsigned(PaceMs));
 }

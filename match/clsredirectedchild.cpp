@@ -193,8 +193,10 @@ bool clsRedirectedChild::Spawn() {
 }
 
 void clsRedirectedChild::ReaderLoop() {
-    if (FileName.IsEmpty() || !Spawn()) return;
-    Running = true;
+    const bool started = !FileName.IsEmpty() && Spawn();
+    Running = started;
+    StartTried = true;
+    if (!started) return;
     char chunk[ReadChunkBytes];
     bool open = true;
     for (;;) {

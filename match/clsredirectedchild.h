@@ -44,6 +44,7 @@ public:
 
     nuvobase::clsMutex SendLock; // serialises writing to the child and ending it
     std::atomic<bool> Running{false};
+    std::atomic<bool> StartTried{false}; // the reader has tried to start the child
     nuvobase::clsString FileName;
     nuvobase::clsString Parameters;
 

@@ -47,6 +47,7 @@ clsTourneyGame::~clsTourneyGame() {
 void clsTourneyGame::Reset(bool keepTags) {
     clsGame::Reset(keepTags);
     PositionHashes.clear();
+    TurnMs.clear();
     LogLines.Clear();
     SideToMove = 0;
     MoveNumber = 0;
@@ -192,6 +193,7 @@ uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
     const int side = SideToMove;
     clsEngineInterface& mover = *Engines[side];
     mover.OwnTimeMs += int32_t(ClockIncrementMs - elapsedMs);
+    TurnMs.push_back(int32_t(elapsedMs));
     clsString move = rest.BeforeChar(' ');
     move.RemoveChar('=');
     if (move.IsEmpty() || !Referee->MakeMoveText(move)) return side == Black ? BlackIllegal : WhiteIllegal;
@@ -268,7 +270,9 @@ clsString clsTourneyGame::PgnText() const {
     clsString text;
     for (int i = 0; i < Tags.Count; ++i)
         text += "[" + Tags.GetName(i) + " " + Tags.GetAt(i).Quote('"') + "]\r\n";
-    return text + "\r\n" + MoveText;
+    // PGN readers want every game closed by its result; an undecided game closes with "*".
+    const clsString result = ResultText();
+    return text + "\r\n" + MoveText + (result.IsEmpty() || result == "?" ? clsString("*") : result) + "\r\n";
 }
 
 void clsTourneyGame::SaveFiles() const {

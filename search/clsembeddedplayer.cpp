@@ -43,8 +43,8 @@ clsString clsEmbeddedPlayer::ReadReply() {
     int score = 0;
     if (IsRunning()) {
         // The search is stopped once its time is up and it has a move to give.
-        if (nuvobase::ClockMs() > Deadline && !GetBestMoveText(false, score).IsEmpty()) StopEngine();
-        return clsString();
+        if (nuvobase::ClockMs() <= Deadline || GetBestMoveText(false, score).IsEmpty()) return clsString();
+        StopEngine();
     }
     Wait();
     Thinking = false;

@@ -5,7 +5,8 @@ on request. It plays a fixed line, so two of them play a game whose end is known
   mate   the fool's mate, black mates on its second move.
 Faults, each at the engine's own move N (from 1): --crash N, --hang N, --illegal N, --resign N,
 --draw N, --claim-win N (claims a win, then moves), --garbage (junk lines before every move),
---ponder (a ponder move behind every bestmove), --no-handshake, --slow-start SECONDS, --exit (ends at once).
+--ponder (a ponder move behind every bestmove), --no-handshake (reads and never answers),
+--slow-start SECONDS, --exit (ends at once).
 """
 import argparse
 import sys
@@ -29,6 +30,10 @@ def main():
     parser.add_argument("--exit", action="store_true")
     options = parser.parse_args()
     if options.exit:
+        return 0
+    if options.no_handshake:
+        for _ in sys.stdin:
+            pass
         return 0
     if options.slow_start:
         time.sleep(options.slow_start)
@@ -82,13 +87,12 @@ def main():
             return 0
         if command == "uci":
             uci = True
-            if not options.no_handshake:
-                say("id name Fake")
-                say("uciok")
-        elif command == "isready" and not options.no_handshake:
+            say("id name Fake")
+            say("uciok")
+        elif command == "isready":
             say("readyok")
         elif command == "protover":
-            say("feature done=0" if options.no_handshake else "feature ping=1 setboard=1 done=1")
+            say("feature ping=1 setboard=1 done=1")
         elif command == "ping":
             say("pong " + (words[1] if len(words) > 1 else ""))
         elif command in ("new", "ucinewgame"):

@@ -1,0 +1,48 @@
+"""The embedded Corvane against real chess programs, with white and black: stockfish over UCI, phalanx and the
+corvane program itself over XBoard. Every game ends on the board or by a fault of the other program, never
+by a forfeit or an illegal move of ours; pgn-extract reads every game file and confirms every mate."""
+import os
+import shutil
+import sys
+import tempfile
+
+from corvane_driver import BINARY, check
+from tourney_files import PGN_EXTRACT, engine, extracted_plies, play, read_game, results, tourney_xml, write
+
+OPPONENTS = [("Stockfish", "uci", "/usr/games/stockfish", ""),
+             ("Phalanx", "xboard", "/usr/games/phalanx", "-l- -b-"),
+             ("CorvaneX", "xboard", BINARY, "")]
+OURS = ("Corvane", "CorvaneX")
+FAULTS_OF_A_SIDE = ("forfeit", "illegal move", "engine crashed")
+
+
+def main():
+    for _, _, program, _ in OPPONENTS:
+        if not os.path.exists(program) or not os.path.exists(PGN_EXTRACT):
+            print("skipped: %s is not installed" % program)
+            return
+    folder = tempfile.mkdtemp(prefix="corvane_gauntlet_")
+    try:
+        engines = [engine("Corvane", "embedded")] + [engine(*opponent) for opponent in OPPONENTS]
+        ini = write(os.path.join(folder, "gauntlet.xml"),
+                    tourney_xml("gauntlet", "gauntlet", folder, engines, 6000, increment_ms=200))
+        code, lines = play(ini, timeout=580)
+        check(code == 0, "the tournament ends the program")
+        found = results(lines)
+        check(sorted(found) == list(range(1, 7)), "six games: %r" % found)
+        for game_id, (result, reason, white, black, pgn) in sorted(found.items()):
+            print(game_id, white, black, result, reason)
+            check(result in ("1-0", "0-1", "1/2-1/2"), "game %d has a result" % game_id)
+            loser = {"1-0": black, "0-1": white}.get(result)
+            check(not (loser in OURS and reason in FAULTS_OF_A_SIDE),
+                  "game %d lost by our fault: %s %r" % (game_id, reason, [l for l in lines if "forfeits" in l]))
+            _, plies, _ = read_game(pgn)
+            check(extracted_plies(pgn) == len(plies), "pgn-extract reads all %d plies of game %d" % (len(plies), game_id))
+            if reason == "mate":
+                check(extracted_plies(pgn, "-M") == len(plies), "pgn-extract finds the mate of game %d" % game_id)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,115 @@
+"""A tournament of misbehaving fake engines, run as a script runs it: every fault ends its game with the
+right result and reason, every game leaves files that pgn-extract reads, the faultless side scores, and no
+engine process outlives the program. Bad tournament files get a clear line and leave the console working."""
+import os
+import shutil
+import tempfile
+
+from corvane_driver import Session, check
+from tourney_files import engine, extracted_plies, play, processes_of, read_game, results, tourney_xml, write
+
+FAKE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_engine.py")
+
+# Player, protocol, parameters of the fake (None: no such program file), and what becomes of its games
+# against the faultless player: (result when it has black, reason).
+FAULTS = [
+    ("NoHandshake", "uci", "--no-handshake", ("1-0", "forfeit")),
+    ("SlowStart", "uci", "--slow-start 3", ("1/2-1/2", "triple repetition")),
+    ("Blank Path", "xboard", "--crash 3", ("1-0", "engine crashed")),
+    ("Missing", "xboard", None, ("1-0", "engine crashed")),
+    ("ExitsAtOnce", "uci", "--exit", ("1-0", "engine crashed")),
+    ("Hang", "xboard", "--hang 2", ("1-0", "forfeit")),
+]
+SWAPPED = {"1-0": "0-1", "0-1": "1-0", "1/2-1/2": "1/2-1/2"}
+
+
+def fault_tournament(folder):
+    fake = shutil.copy(FAKE, os.path.join(folder, "fake.py"))
+    # A program in a folder whose name has a blank, given in quotes as a user writes it.
+    os.mkdir(os.path.join(folder, "with blank"))
+    blank = shutil.copy(FAKE, os.path.join(folder, "with blank", "fake engine.py"))
+    engines = [engine("Good", "uci", fake)]
+    for name, protocol, parameters, _ in FAULTS:
+        program = {None: os.path.join(folder, "nothing here"), "--crash 3": '"%s"' % blank}.get(parameters, fake)
+        engines.append(engine(name, protocol, program, parameters or ""))
+        if name == "SlowStart":
+            engines.append(engine("Off", "uci", fake, active="yes"))
+    ini = write(os.path.join(folder, "faults.xml"), tourney_xml("faults", "gauntlet", folder, engines, 10000,
+                                                                threads=4))
+    code, lines = play(ini, timeout=500)
+    check(code == 0, "the program ends with status 0 once the tournament has ended")
+    check(lines.count("# end") == 1, "one # end")
+    numbered = [line.split("\t")[5:7] for line in lines if line.split("\t")[5:6] != ["result"] and "\tengine " in line]
+    check([n for n, _ in numbered] == ["engine 1", "engine 2", "engine 3", "engine 5", "engine 6", "engine 7",
+                                       "engine 8"], "an inactive engine still counts: %r" % numbered)
+    found = results(lines)
+    check(sorted(found) == list(range(1, 13)), "twelve games, each reported once: %r" % sorted(found))
+    for index, (name, _, _, (result, reason)) in enumerate(FAULTS):
+        check(found[index + 1][:4] == (result, reason, "Good", name), "%s with black: %r" % (name, found[index + 1]))
+        check(found[index + 7][:4] == (SWAPPED[result], reason, name, "Good"),
+              "%s with white: %r" % (name, found[index + 7]))
+    standings = {line.split("\t")[5].rsplit(": ", 1)[0]: line.split(": ")[-1] for line in lines
+                 if line.count("\t") == 5 and ": " in line.split("\t")[5]}
+    check(standings.get("Good") == "22" and standings.get("SlowStart") == "2" and standings.get("Hang") == "0",
+          "standings %r" % standings)
+    for game_id, (result, reason, white, black, pgn) in found.items():
+        tags, plies, closing = read_game(pgn)
+        check((tags["Result"], tags["Reason"], tags["White"], tags["Black"]) == (result, reason, white, black),
+              "tags of game %d: %r" % (game_id, tags))
+        check(tags["TimeControl"] == "300000/10" and tags["Annotator"] == "tests" and "NuvoEvent" not in tags,
+              "file tags of game %d: %r" % (game_id, tags))
+        check(("Forfeit_ms" in tags) == (reason == "forfeit"), "Forfeit_ms only at a forfeit: %r" % tags)
+        check(closing == result, "game %d closes with its result" % game_id)
+        check(extracted_plies(pgn) == len(plies), "pgn-extract reads game %d with its %r" % (game_id, plies))
+        check(os.path.exists(pgn[:-4] + ".log"), "the log of game %d" % game_id)
+    with open(os.path.join(folder, "faults.log"), newline="") as log:
+        check(log.read().count("\r\n") > 20, "the tournament log, lines joined by CR LF")
+    check(processes_of(folder) == [], "no engine outlives the tournament")
+
+
+def bad_files(folder):
+    missing = os.path.join(folder, "nothing.xml")
+    files = {
+        "empty": write(os.path.join(folder, "empty.xml"), ""),
+        "not xml": write(os.path.join(folder, "text.xml"), "just some words < and > no tags"),
+        "no engines": write(os.path.join(folder, "noengines.xml"), '<tourney name="x"><options/></tourney>'),
+        "one engine": write(os.path.join(folder, "one.xml"), tourney_xml("one", "", folder, [
+            engine("A", "uci", missing)], 1000)),
+        "rounds as text": write(os.path.join(folder, "rounds.xml"), tourney_xml("rounds", "", folder, [
+            engine("A", "uci", missing), engine("B", "uci", missing)], 1000, rounds="many")),
+        "bad name": write(os.path.join(folder, "name.xml"), tourney_xml("no/such/folder", "", folder, [
+            engine("A", "xboard", missing), engine("B", "xboard", missing)], 1000)),
+        "200 engines": write(os.path.join(folder, "many.xml"), tourney_xml("many", "", folder, [
+            engine("E%d" % n, "xboard", missing) for n in range(200)], 1000, threads=1)),
+    }
+    expected = {
+        "empty": "# file not found: ", "not xml": "# tourney: the file has no tourney element",
+        "no engines": "# tourney: the file has no engines element",
+        "one engine": "# tourney: fewer than two active engines", "rounds as text": "# end",
+        "bad name": "# cannot write the files of game 1", "200 engines": "# ROUND 1/1 - GAMES PLAYING 1/39800",
+    }
+    session = Session(cwd=folder)
+    session.send("\\tourney " + missing)
+    session.read_until(lambda line: line == "# file not found: " + missing)
+    for kind, path in files.items():
+        session.send("\\tourney " + path)
+        session.read_until(lambda line: line.startswith(expected[kind]), timeout=60)
+        session.send("isready")
+        session.read_until(lambda line: line == "readyok")
+    check(not any("\tresult\t" in line for line in session.seen if line.startswith("6\t")),
+          "rounds that are no number play nothing")
+    session.send("quit")
+    check(session.close(timeout=120) == 0, "quit ends the program while a tournament runs")
+
+
+def main():
+    folder = tempfile.mkdtemp(prefix="corvane_tourney_")
+    try:
+        bad_files(folder)
+        fault_tournament(folder)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+if __name__ == "__main__":
+    main()

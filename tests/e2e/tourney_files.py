@@ -1,0 +1,76 @@
+"""Tournament files for the end-to-end tests, and readers of what a tournament leaves behind."""
+import os
+import subprocess
+
+from corvane_driver import BINARY
+
+PGN_EXTRACT = "/usr/games/pgn-extract"
+
+
+def engine(name, protocol, filename="", parameters="", active="true"):
+    return ('<engine name="%s" protocol="%s" active="%s"><filename>%s</filename>'
+            '<parameters>%s</parameters></engine>' % (name, protocol, active, filename, parameters))
+
+
+def tourney_xml(name, kind, folder, engines, game_ms, increment_ms=0, threads=2, pace_ms=0, rounds="1"):
+    return ('<?xml version="1.0"?>\n<tourney name="%s" type="%s">\n'
+            '<options><rounds>%s</rounds><logfolder>%s</logfolder><threads>%d</threads><pace_ms>%d</pace_ms>'
+            '<clock game_ms="%d" increment_ms="%d"/></options>\n<engines>\n%s\n</engines>\n'
+            '<pgn><header><Annotator>tests</Annotator><NuvoEvent>ignored</NuvoEvent></header></pgn>\n'
+            '</tourney>\n' % (name, kind, rounds, folder, threads, pace_ms, game_ms, increment_ms,
+                              "\n".join(engines)))
+
+
+def write(path, text):
+    with open(path, "w") as out:
+        out.write(text)
+    return path
+
+
+def play(ini, timeout):
+    """Runs a tournament the way a script does; returns (exit code, output lines)."""
+    done = subprocess.run([BINARY, "-use=tourney", "-ini=" + ini], capture_output=True, timeout=timeout)
+    return done.returncode, done.stdout.decode(errors="replace").splitlines()
+
+
+def results(lines):
+    """The result lines of the log: game id -> (result, reason, white, black, pgn path)."""
+    found = {}
+    for line in lines:
+        fields = line.split("\t")
+        if len(fields) >= 11 and fields[5] == "result":
+            found[int(fields[3])] = tuple(fields[6:11])
+    return found
+
+
+def read_game(path):
+    """The tags, the moves and the closing result of a PGN file written by a game."""
+    with open(path, newline="") as pgn:
+        text = pgn.read()
+    head, _, moves = text.partition("\r\n\r\n")
+    tags = dict(line[1:-1].split(" ", 1) for line in head.split("\r\n") if line.startswith("["))
+    words = moves.split()
+    plies = [word for word in words[:-1] if not word.endswith(".")]
+    return {name: value.strip('"') for name, value in tags.items()}, plies, words[-1] if words else ""
+
+
+def extracted_plies(path, *options):
+    """The plies pgn-extract reads from a game file, or None when it finds no game there."""
+    done = subprocess.run([PGN_EXTRACT, "--quiet", "--plycount", *options, path], capture_output=True, timeout=60)
+    for line in done.stdout.decode(errors="replace").splitlines():
+        if line.startswith("[PlyCount "):
+            return int(line.split('"')[1])
+    return None
+
+
+def processes_of(folder):
+    """Ids of running processes whose command line names something in folder."""
+    found = []
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open("/proc/%s/cmdline" % pid, "rb") as cmdline:
+                if folder.encode() in cmdline.read():
+                    found.append(int(pid))
+        except OSError:
+            pass
+    return found

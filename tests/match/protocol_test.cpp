@@ -1,0 +1,215 @@
+// The client side of both protocols, word for word, and the rules of a refereed game that need no engine.
+#include "match/clsredirectedchild.h"
+#include "match/clstourney.h"
+#include "match/clstourneygame.h"
+#include "match/recordingengine.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace nvoChess;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+struct SentRow {
+    const char* Name;
+    uint32_t Protocol;
+    int Side;
+    std::function<void(RecordingEngine&)> Call;
+    Lines Expected;
+};
+
+TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
+    const auto clocks = [](RecordingEngine& engine) {
+        engine.OwnTimeMs = 61999;
+        engine.OpponentTimeMs = 30005;
+        engine.OwnIncrementMs = 2500;
+        engine.OpponentIncrementMs = 1000;
+    };
+    const SentRow rows[] = {
+        {"xboard handshake", 0, 0, [](RecordingEngine& e) { e.Handshake(); }, {"xboard", "protover 2"}},
+        {"uci handshake", 1, 0, [](RecordingEngine& e) { e.Handshake(); }, {"uci"}},
+        {"xboard new game",
+         0,
+         0,
+         [&](RecordingEngine& e) { clocks(e), e.NewGame(); },
+         {"new", "post", "level 0 61 2"}},
+        {"uci new game",
+         1,
+         0,
+         [](RecordingEngine& e) { e.NewGame(); },
+         {"ucinewgame", "position startpos", "isready"}},
+        {"xboard go", 0, 1, [&](RecordingEngine& e) { clocks(e), e.Go(); }, {"time 6199", "otim 3000", "go"}},
+        {"uci go as white",
+         1,
+         0,
+         [&](RecordingEngine& e) { clocks(e), e.Go(); },
+         {"go wtime 61999 btime 30005 winc 2500 binc 1000"}},
+        {"uci go as black",
+         1,
+         1,
+         [&](RecordingEngine& e) { clocks(e), e.Go(); },
+         {"go wtime 30005 btime 61999 winc 1000 binc 2500"}},
+        {"xboard opponent's move",
+         0,
+         1,
+         [&](RecordingEngine& e) { clocks(e), e.NotifyMove("e2e4", 0); },
+         {"time 6199", "otim 3000", "e2e4"}},
+        {"uci moves replayed from the start",
+         1,
+         0,
+         [&](RecordingEngine& e) { clocks(e), e.NotifyMove("e2e4", 0), e.NotifyMove("e7e5", 1); },
+         {"position startpos moves e2e4 e7e5 ", "go wtime 61999 btime 30005 winc 2500 binc 1000"}},
+        {"own move only recorded", 0, 0, [](RecordingEngine& e) { e.NotifyMove("e2e4", 0); }, {}},
+        {"quit", 1, 0, [](RecordingEngine& e) { e.QuitEngine(); }, {"quit"}},
+        {"no protocol says nothing",
+         7,
+         0,
+         [](RecordingEngine& e) { e.Handshake(), e.NewGame(), e.Go(); },
+         {}},
+    };
+    for (const SentRow& row : rows) {
+        SCOPED_TRACE(row.Name);
+        RecordingEngine engine;
+        engine.Protocol = row.Protocol;
+        engine.Side = row.Side;
+        row.Call(engine);
+        EXPECT_EQ(engine.Sent, row.Expected);
+    }
+}
+
+struct ParseRow {
+    uint32_t Protocol;
+    const char* Line;
+    const char* Result;
+    bool Ready, PingFeature;
+};
+
+TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
+    const ParseRow rows[] = {
+        {1, "bestmove E7E8Q ponder E2E4", "move e7e8q ponder e2e4", false, false},
+        {1, "uciok", "", true, false},
+        {1, "readyok", "", true, false},
+        {1, "info depth 3 pv e2e4", "", false, false},
+        {1, "move e2e4", "", false, false},
+        {0, "move E7E8=Q", "move e7e8=q", false, false},
+        {0, "RESIGN", "resign", false, false},
+        {0, "1/2-1/2 {draw}", "result 1/2-1/2", false, false},
+        {0, "0-1 {Black mates}", "result 0-1", false, false},
+        {0, "12 nonsense", "", false, false},
+        {0, "pong", "", true, false}, // an empty number is 0, the counter of a fresh engine
+        {0, "pong 3", "", false, false},
+        {0, "feature done=0", "", false, false},
+        {0, "feature setboard=1 done=1", "", true, false},
+        {0, "feature ping=1", "", false, true},
+        {0, "", "", false, false},
+    };
+    for (const ParseRow& row : rows) {
+        SCOPED_TRACE(row.Line);
+        RecordingEngine engine;
+        engine.Protocol = row.Protocol;
+        EXPECT_STREQ(engine.ParseLine(row.Line).Text(), row.Result);
+        EXPECT_EQ(engine.Ready, row.Ready);
+        EXPECT_EQ(engine.PingFeature, row.PingFeature);
+    }
+}
+
+TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
+    RecordingEngine engine;
+    engine.ParseLine("feature ping=1 done=1");
+    EXPECT_EQ(engine.Sent, Lines{"ping 1"});
+    EXPECT_FALSE(engine.Ready);
+    engine.ParseLine("pong 2");
+    EXPECT_FALSE(engine.Ready);
+    engine.ParseLine("pong 1");
+    EXPECT_TRUE(engine.Ready);
+    engine.ParseLine("feature done=0");
+    EXPECT_FALSE(engine.Ready);
+    engine.ParseLine("feature done=1");
+    EXPECT_TRUE(engine.Ready);
+    // A quoted value is not unquoted: its words fall apart, and a key behind them is lost in the pieces.
+    engine.ParseLine("feature myname=\"Fake Engine\" ping=1");
+    EXPECT_STREQ(engine.Options.GetValue("myname").Text(), "\"Fake");
+    EXPECT_FALSE(engine.PingFeature);
+    EXPECT_EQ(engine.Sent.size(), 1u);
+}
+
+TEST(GameRules, TimeForfeitRepetitionPointsAndTimeControl) {
+    // An answer up to 50 ms beyond the clock is in time.
+    EXPECT_FALSE(clsTourneyGame::IsOverTime(5050, 5000));
+    EXPECT_TRUE(clsTourneyGame::IsOverTime(5051, 5000));
+    EXPECT_TRUE(clsTourneyGame::IsOverTime(51, 0));
+    // The position of the newest entry stands for the fourth time; the first entry is never looked at.
+    const std::vector<uint64_t> third = {9, 5, 1, 2, 5, 1, 2, 5};
+    EXPECT_FALSE(clsTourneyGame::IsFourthOccurrence(third));
+    std::vector<uint64_t> fourth = third;
+    fourth.insert(fourth.end(), {1, 2, 5});
+    EXPECT_TRUE(clsTourneyGame::IsFourthOccurrence(fourth));
+    EXPECT_FALSE(clsTourneyGame::IsFourthOccurrence({5, 5, 5, 5}));
+    const struct {
+        uint32_t Code;
+        int32_t White, Black;
+    } points[] = {{0x0016, 2, 0}, {0x001A, 0, 2}, {0x0A00, 1, 1}, {0x2200, 1, 1}, {0x4006, 2, 0},
+                  {0x002A, 0, 2}, {0x0042, 2, 0}, {0x8000, 0, 0}, {0x0001, 0, 0}};
+    for (const auto& row : points) {
+        int32_t white = -1, black = -1;
+        clsTourneyGame::Points(row.Code, white, black);
+        EXPECT_EQ(white, row.White) << row.Code;
+        EXPECT_EQ(black, row.Black) << row.Code;
+    }
+    EXPECT_STREQ(clsTourney::TimeControlTag(0, 60000, 0).Text(), "60");
+    EXPECT_STREQ(clsTourney::TimeControlTag(300000, 300000, 0).Text(), "300000/300");
+    EXPECT_STREQ(clsTourney::TimeControlTag(40, 1999, 500).Text(), "40/1+500");
+}
+
+TEST(GameRules, TheRefereeEndsAGameOfBareMaterialAtOnce) {
+    const struct {
+        const char* Fen;
+        const char* Move;
+        uint32_t Status;
+    } rows[] = {
+        {"4k3/8/8/8/8/8/3r4/3NK3 w - - 0 1", "e1d2", InsufficientMaterial},
+        {"4k3/8/8/8/8/8/3r4/2NNK3 w - - 0 1", "e1d2", GameOn},
+        {"7k/8/6QK/8/8/8/8/8 w - - 0 1", "g6g7", BlackMated},
+    };
+    for (const auto& row : rows) {
+        clsChessCore referee;
+        referee.SetPosition(row.Fen);
+        ASSERT_TRUE(referee.MakeMoveText(row.Move)) << row.Fen;
+        EXPECT_EQ(referee.GameStatus(), row.Status) << row.Fen;
+    }
+}
+
+TEST(GameRules, PgnTextQuotesTagsAndClosesWithTheResult) {
+    clsTourneyGame game(1, 0, 1000, 0, nullptr, nullptr, clsString(), nullptr);
+    game.Tags.SetValue("White", "A \"quoted\" name");
+    game.MoveText = "1. e2e4 e7e5 ";
+    game.SetCode(0x0200);
+    EXPECT_STREQ(game.PgnText().Text(), "[White \"A \"\"quoted\"\" name\"]\r\n[Result \"1/2-1/2\"]\r\n"
+                                        "[Reason \"\"]\r\n\r\n1. e2e4 e7e5 1/2-1/2\r\n");
+}
+
+TEST(ChildProcess, ArgumentsAreSplitAsAShellSplitsThem) {
+    const struct {
+        const char* Parameters;
+        Lines Words;
+    } rows[] = {
+        {"", {}},
+        {"  -x  -t 4000 ", {"-x", "-t", "4000"}},
+        {"\"a b\" 'c \"d' e\\ f", {"a b", "c \"d", "e f"}},
+        {"x\"\"y ''", {"xy", ""}},
+    };
+    for (const auto& row : rows) {
+        const nuvobase::clsCStrings words = clsRedirectedChild::SplitArguments(row.Parameters);
+        Lines got;
+        for (int i = 0; i < words.Count; ++i) got.emplace_back(words.GetAt(i).Text());
+        EXPECT_EQ(got, row.Words) << row.Parameters;
+    }
+}
+
+} // namespace
