@@ -80,10 +80,11 @@ bool clsChessApplication::CommandLoopPass() {
         if (!nuvobase::StdIn.IsEndOfInput()) return true;
         if (IsStrict()) return Strict->InputEnded();
         // A search that ended during this pass is delivered by the next one.
-        if (searching && Deadline != 0 && now > Deadline) Engine->StopEngine();
-        return searching;
+        if (searching && Deadline != 0 && now > Deadline && !AwaitingEpdAnswer()) Engine->StopEngine();
+        // An EPD run given with the input goes on to its last line.
+        return searching || EpdRunning();
     }
-    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
+    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult || QuitPending) {
         nuvobase::StdIn.Stop();
         return false;
     }
@@ -92,7 +93,7 @@ bool clsChessApplication::CommandLoopPass() {
 
 void clsChessApplication::WatchSearch(uint64_t now) {
     if (Deadline != 0 && now > Deadline && Engine->MaxDepth == 0) {
-        Engine->StopEngine();
+        if (!AwaitingEpdAnswer()) Engine->StopEngine();
     } else if (now - LastProgress >= ProgressIntervalMs) {
         LastProgress = now;
         ShowProgress();
@@ -104,7 +105,9 @@ void clsChessApplication::DeliverMove(uint64_t now) {
     ShowProgress();
     int score = 0;
     const clsString best = Engine->GetBestMoveText(true, score);
-    if (!best.IsEmpty() && State != StateEpd) {
+    if (State == StateEpd) {
+        if (EpdRunning()) EpdStep(best);
+    } else if (!best.IsEmpty()) {
         const int64_t elapsed = int64_t(now - ThinkStart) + 1;
         EngineTimeMs += IncrementMs - elapsed;
         Engine->Info(Engine->GetStatistics(elapsed));
@@ -117,7 +120,7 @@ void clsChessApplication::DeliverMove(uint64_t now) {
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
-    } else if (State != StateEpd && Engine->Protocol == clsEngineInterface::Uci) {
+    } else if (Engine->Protocol == clsEngineInterface::Uci) {
         // A GUI waits for one answer to every go, also when the engine found no move: a mate or stalemate on
         // the board, or a stop that came before the first result.
         WriteLine(clsString("bestmove 0000"));

@@ -3,6 +3,7 @@
 // protocol, watches the running engine and delivers its moves.
 
 #include "app/clsstrictuci.h"
+#include "chess/clschesscore.h"
 #include "match/clsengineinterface.h"
 #include "match/clstourney.h"
 #include "nuvobase/clsprotected.h"
@@ -64,6 +65,21 @@ public:
     // Stops the engine and waits until its thread has ended, so that its position may be touched.
     void HaltEngine();
 
+    // \epd: seconds per position ("mm:ss" or minutes) and the file; starts the run in the command loop.
+    void StartEpdRun(const clsString& arguments);
+    // Sets the board to one line of the file under test and starts its search.
+    void TestPosition(const clsString& line);
+    // \play: one game between two Corvane engines with the given souls.
+    void PlayCommand(const clsString& arguments);
+    // One game from fen, first to move; +1 when first won, -1 when second won, 0 for anything else.
+    // Each engine thinks msPerMove of wall time; maxMoves counts single moves.
+    int PlaySelfGame(clsEngineInterface& first, clsEngineInterface& second, int64_t msPerMove,
+                     int64_t maxMoves, const clsString& fen);
+
+    // \learn: a population of engines plays itself for generations, the result file resumed if it exists.
+    void LearnPopulation(const clsString& file, int64_t generations, int64_t enginesCount, int64_t msPerMove,
+                         int64_t maxMoves);
+
     // The front ends and the console; each returns QuitResult to end the command loop.
     int HandleUci(const clsString& command, const clsString& arguments);
     int HandleXBoard(const clsString& command, const clsString& arguments, bool echo);
@@ -114,6 +130,10 @@ public:
     nuvobase::clsStrings LearnBookLines;
     // The UCI front end of -strictuci; null without the switch.
     std::unique_ptr<clsStrictUci> Strict;
+    // Reads the operations and the SAN of the line under test, whichever engine searches it.
+    std::unique_ptr<clsChessCore> EpdNotation;
+    // A quit read by a long command that reads input on its own: the command loop ends behind it.
+    bool QuitPending = false;
 
 protected:
     // Writes one line to Output.
@@ -126,6 +146,12 @@ private:
     void WatchSearch(uint64_t now);
     // Hands the move of a finished search to the protocol that asked for it.
     void DeliverMove(uint64_t now);
+    // Scores the answer to the line under test and starts the next one, or shows the results.
+    void EpdStep(const clsString& best);
+    // True while the search of a position under test has no move yet.
+    bool AwaitingEpdAnswer();
+    // True while lines of an EPD run wait for their answer.
+    bool EpdRunning() const;
     int Dispatch(const clsString& command, const clsString& arguments);
     int UciPosition(const clsString& arguments);
     int UciGo(const clsString& arguments);

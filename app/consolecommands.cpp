@@ -6,9 +6,14 @@
 #include "app/commandnumbers.h"
 #include "app/formulaconsole.h"
 
+#include "chess/random.h"
 #include "match/clsengineinterface.h"
 #include "nuvobase/asciichars.h"
 #include "nuvobase/clsxml.h"
+#include "match/clstourney.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace nvoChess {
 
@@ -132,6 +137,20 @@ void ShowJson(App& app, const clsString& arguments) {
     }
 }
 
+// \learn file generations engines_count ms_per_move max_moves
+void Learn(App& app, const clsString& arguments) {
+    int position = 0;
+    const clsString file = arguments.NextWord(' ', position);
+    int64_t numbers[4];
+    for (int64_t& number : numbers) number = ReadBounded(arguments.NextWord(' ', position), MaxCount);
+    if (*std::min_element(std::begin(numbers), std::end(numbers)) < 1) {
+        Remark(app, clsString("learn file generations engines_count ms_per_move max_moves"));
+        Remark(app, clsString("sample: \\learn learn.csv 100 20 60 170"));
+        return;
+    }
+    app.LearnPopulation(file, numbers[0], numbers[1], numbers[2], numbers[3]);
+}
+
 // The tournament of \tourney when none is named: a file in the working folder.
 constexpr const char* DefaultTourneyFile = "tourney.xml";
 
@@ -145,6 +164,26 @@ void StartTourney(App& app, const clsString& arguments) {
     app.Tourneys.back()->Start();
 }
 
+// Ten random souls, each played by the first player of the default tournament through the soul file.
+void TrySouls(App& app, const clsString&) {
+    constexpr int SoulCount = 10;
+    constexpr int32_t ValueLimit = 100;
+    const clsString text = app.Engine->GetSoulText();
+    int parameters = 1;
+    for (const char* c = text.Text(); *c; ++c) parameters += *c == '\t';
+    nuvobase::clsCInts souls[SoulCount];
+    for (nuvobase::clsCInts& soul : souls)
+        for (int p = 0; p < parameters; ++p) soul.Add(RandomBelow(ValueLimit));
+    for (int i = 0; i < SoulCount; ++i) {
+        (clsString(int64_t(i)) + "=" + souls[i].GetText("\t")).SaveToFile(clsTourney::SoulFile);
+        clsTourney tourney(1, clsString(DefaultTourneyFile), app.Output);
+        int64_t score = 0;
+        if (tourney.Start()) tourney.Wait();
+        if (!tourney.Players.empty()) score += tourney.Players.front()->GetScore();
+        Remark(app, clsString("=================> ") + clsString(int64_t(i)) + " = " + clsString(score));
+    }
+}
+
 void Nothing(App&, const clsString&) {}
 
 // Tested in this order, ignoring case.
@@ -152,11 +191,15 @@ const ConsoleCommand Commands[] = {
     {"\\", ToggleBoard},
     {"\\dbg", DebugScenario},
     {"\\loadsoul", LoadSoul},
+    {"\\epd", [](App& app, const clsString& arguments) { app.StartEpdRun(arguments); }},
     {"\\moves", PlayMoves},
     {"\\tourney", StartTourney},
     {"\\soul", Nothing},
     {"\\testsouls", Nothing},
     {"\\console", [](App& app, const clsString&) { RunFormulaConsole(app); }},
+    {"\\learnt", TrySouls},
+    {"\\learn", Learn},
+    {"\\play", [](App& app, const clsString& arguments) { app.PlayCommand(arguments); }},
     {"\\loadbook", LoadBook},
     {"\\savebook", SaveBook},
     {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},

@@ -97,6 +97,7 @@ bool clsTourney::Run() {
     Log(0, "        [(|) (|)]       \"IN MOTO L'OROLOGIO DEL BIANCO!\"");
     Log(0, "_________________________");
     if (Type == Learning) {
+        LearningRun();
         Log(0, "----------------- learning has finished");
     } else {
         PlayRounds();

@@ -41,6 +41,15 @@ public:
     void Log(int32_t gameId, const nuvobase::clsString& text);
     // Rewrites the log file with every line so far.
     void FlushLog();
+    // Generations of a learning tournament; tests set fewer.
+    static int32_t LearningGenerations;
+    // The file through which the pupil of a learning tournament takes up the soul of a candidate.
+    static constexpr const char* SoulFile = "soul.txt";
+
+    // Moves some of the player's soul parameters most of the way to those of the best candidate, within 0 and
+    // the pawn value of the player's engine.
+    void BreedTowards(clsPlayer& player, const clsPlayer& best);
+
     // The "TimeControl" tag of a time control.
     static nuvobase::clsString TimeControlTag(int32_t moves, int32_t gameMs, int32_t incrementMs);
 
@@ -75,6 +84,8 @@ private:
     void SetTags(clsTourneyGame& game, int position);
     // Marks the game as reported and logs its result.
     void Report(clsTourneyGame& game);
+    // Breeds candidate souls, each judged by a whole round loop of the pupil against the others.
+    void LearningRun();
 
     nuvobase::clsMutex LogLock; // guards LogLines: Stop logs from another thread
     std::atomic<bool> StopRequested{false};

@@ -1,5 +1,6 @@
 #include "search/clsembeddedplayer.h"
 
+#include "match/clstourney.h"
 #include "nuvobase/platform.h"
 
 using nuvobase::clsString;
@@ -14,6 +15,10 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
                                      clsTourneyGame* game)
     : clsEngineCorvane(&Table, name, output, game) {
     Table.ResizeTable(TableMb);
+    // A learning run hands its candidate soul to the player through a file; its numbers may be joined by
+    // tabs or by blanks.
+    clsString soul;
+    if (soul.LoadFromFile(clsTourney::SoulFile) > 0) LoadSoulText(soul.ReplaceAll("\t", " "));
     // Nothing to start and no handshake: the player is ready and working from the beginning.
     Ready = true;
     clsEngineInterface::Stopped = false;

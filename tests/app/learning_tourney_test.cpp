@@ -1,0 +1,133 @@
+// The learning tournament: candidate souls judged by whole round loops of the pupil, their log lines, the
+// breeding step, and the embedded player taking up the soul file.
+#include "xboard_fixture.h"
+
+#include "match/clstourney.h"
+#include "search/clsembeddedplayer.h"
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <unistd.h>
+
+namespace nvoChess {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The soul file lies in the working folder: each test works in a folder of its own.
+class ThreadedLearningTourneyTest : public XBoardTest {
+protected:
+    ThreadedLearningTourneyTest()
+        : Folder(fs::temp_directory_path() / ("corvane_learning_" + std::to_string(getpid()))),
+          Old(fs::current_path()) {
+        fs::create_directories(Folder);
+        fs::current_path(Folder);
+    }
+    ~ThreadedLearningTourneyTest() override {
+        fs::current_path(Old);
+        fs::remove_all(Folder);
+    }
+
+    static void WriteFile(const char* name, const std::string& text) { std::ofstream(name) << text; }
+
+    fs::path Folder, Old;
+};
+
+// A learning tournament of two embedded players with a tiny clock.
+constexpr const char* LearningFile = CORVANE_TEST_DATA "/embedded_pair.xml";
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::stringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+    return parts;
+}
+
+TEST_F(ThreadedLearningTourneyTest, GenerationsRankAndBreedTheCandidates) {
+    clsTourney::LearningGenerations = 2;
+    clsTourney tourney(1, clsString(LearningFile), &Captured.Output);
+    ASSERT_TRUE(tourney.Start());
+    tourney.Wait();
+    // The text of the log lines, behind id, time, round, game and "-".
+    std::vector<std::string> log;
+    for (const std::string& line : Written()) {
+        const std::vector<std::string> fields = Split(line, '\t');
+        if (fields.size() > 5 && fields[4] == "-") log.push_back(line.substr(line.find("-\t") + 2));
+    }
+    std::vector<std::string> generations, trials, ranks;
+    for (const std::string& text : log) {
+        if (text.rfind("# learning generation ", 0) == 0) generations.push_back(text);
+        if (text.rfind("player ", 0) == 0) trials.push_back(text);
+        if (text.size() > 1 && text[0] == '#' && isdigit(text[1])) ranks.push_back(text);
+    }
+    EXPECT_EQ(generations, (std::vector<std::string>{"# learning generation 0", "# learning generation 1"}));
+    ASSERT_EQ(trials.size(), 10u);
+    ASSERT_EQ(ranks.size(), 10u);
+    for (size_t g = 0; g < 2; ++g) {
+        std::map<std::string, int> scores;
+        for (size_t i = 0; i < 5; ++i) {
+            const std::vector<std::string> trial = Split(trials[g * 5 + i], '\t');
+            ASSERT_EQ(trial[0], "player " + std::to_string(i) + " score");
+            scores[std::to_string(i)] = std::stoi(trial[1]);
+        }
+        // Best first, each candidate once, with the score of its trial and sixteen values.
+        std::set<std::string> seen;
+        int previous = INT32_MAX;
+        for (size_t i = 0; i < 5; ++i) {
+            const std::vector<std::string> rank = Split(ranks[g * 5 + i], '\t');
+            ASSERT_EQ(rank.size(), 17u) << ranks[g * 5 + i];
+            const int score = std::stoi(rank[0].substr(1));
+            const std::string id = rank[1].substr(0, rank[1].find('='));
+            EXPECT_EQ(score, scores[id]);
+            EXPECT_LE(score, previous);
+            previous = score;
+            seen.insert(id);
+        }
+        EXPECT_EQ(seen.size(), 5u);
+    }
+    EXPECT_EQ(log.back(), "----------------- learning has finished");
+    std::ifstream soul(clsTourney::SoulFile);
+    const std::string text((std::istreambuf_iterator<char>(soul)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(text.substr(0, 2), "4=");
+    EXPECT_EQ(Split(text, '\t').size(), 16u);
+}
+
+TEST_F(ThreadedLearningTourneyTest, PupilReadsEitherFormOfTheSoulFile) {
+    const std::string expected = "1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16\t";
+    for (const char* soul : {"3=1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16",
+                             "name=1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16\n"}) {
+        WriteFile(clsTourney::SoulFile, soul);
+        clsEmbeddedPlayer player(clsString("pupil"), &Captured.Output, nullptr);
+        EXPECT_STREQ(player.GetSoulText().Text(), expected.c_str()) << soul;
+    }
+}
+
+struct BreedRow {
+    int32_t Player, Best, Expected;
+};
+
+TEST_F(ThreadedLearningTourneyTest, BreedingStepsFromThePlayerTowardsTheBest) {
+    // A step goes 100/105 of the way, cut toward zero, and stops when it would be 0; values stay within 0 and
+    // the pawn value, 105.
+    const BreedRow rows[] = {{0, 100, 99}, {100, 0, 1}, {50, 200, 105}, {30, 30, 30}};
+    clsTourney tourney(1, clsString("none.xml"), &Captured.Output);
+    clsEmbeddedPlayer engine(clsString("unit"), &Captured.Output, nullptr);
+    for (const BreedRow& row : rows) {
+        clsPlayer player, best;
+        player.Engine = &engine;
+        for (int i = 0; i < 16; ++i) {
+            player.Soul.Add(row.Player);
+            best.Soul.Add(row.Best);
+        }
+        // Each parameter is bred one time in eight: enough calls breed every one to its end.
+        for (int call = 0; call < 400; ++call) tourney.BreedTowards(player, best);
+        for (int i = 0; i < 16; ++i)
+            EXPECT_EQ(player.Soul.GetAt(i), row.Expected) << row.Player << " " << row.Best;
+    }
+}
+
+} // namespace
+} // namespace nvoChess
