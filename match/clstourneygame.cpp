@@ -270,9 +270,8 @@ clsString clsTourneyGame::PgnText() const {
     clsString text;
     for (int i = 0; i < Tags.Count; ++i)
         text += "[" + Tags.GetName(i) + " " + Tags.GetAt(i).Quote('"') + "]\r\n";
-    // PGN readers want every game closed by its result; an undecided game closes with "*".
-    const clsString result = ResultText();
-    return text + "\r\n" + MoveText + (result.IsEmpty() || result == "?" ? clsString("*") : result) + "\r\n";
+    // The result stands in its tag only: the move text ends with the last move.
+    return text + "\r\n" + MoveText;
 }
 
 void clsTourneyGame::SaveFiles() const {

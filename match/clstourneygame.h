@@ -56,7 +56,7 @@ public:
     void RequestAbort() { AbortRequested = true; }
     // side 0 white, 1 black, 2 neither. Lines about time forfeits also go to the console.
     void GameLog(int side, const nuvobase::clsString& text);
-    // The tags, an empty line, the moves and the result, lines ending in CR LF.
+    // The tags, an empty line and the moves, lines ending in CR LF.
     nuvobase::clsString PgnText() const;
     // Writes the log and the PGN beside PgnFile; nothing when PgnFile is empty.
     void SaveFiles() const;

@@ -1,5 +1,6 @@
 """Tournament files for the end-to-end tests, and readers of what a tournament leaves behind."""
 import os
+import re
 import subprocess
 
 from corvane_driver import BINARY
@@ -56,7 +57,13 @@ def read_game(path):
 
 def extracted_plies(path, *options):
     """The plies pgn-extract reads from a game file, or None when it finds no game there."""
-    done = subprocess.run([PGN_EXTRACT, "--quiet", "--plycount", *options, path], capture_output=True, timeout=60)
+    # A game file keeps its result in the Result tag alone; pgn-extract wants the move text closed by it.
+    with open(path, "rb") as game:
+        text = game.read()
+    match = re.search(rb'\[Result "([^"]*)"\]', text)
+    closing = match.group(1) if match and match.group(1) in (b"1-0", b"0-1", b"1/2-1/2") else b"*"
+    done = subprocess.run([PGN_EXTRACT, "--quiet", "--plycount", *options], input=text + b" " + closing + b"\r\n",
+                          capture_output=True, timeout=60)
     for line in done.stdout.decode(errors="replace").splitlines():
         if line.startswith("[PlyCount "):
             return int(line.split('"')[1])

@@ -185,13 +185,13 @@ TEST(GameRules, TheRefereeEndsAGameOfBareMaterialAtOnce) {
     }
 }
 
-TEST(GameRules, PgnTextQuotesTagsAndClosesWithTheResult) {
+TEST(GameRules, PgnTextQuotesTagsAndLeavesTheResultToItsTag) {
     clsTourneyGame game(1, 0, 1000, 0, nullptr, nullptr, clsString(), nullptr);
     game.Tags.SetValue("White", "A \"quoted\" name");
     game.MoveText = "1. e2e4 e7e5 ";
     game.SetCode(0x0200);
     EXPECT_STREQ(game.PgnText().Text(), "[White \"A \"\"quoted\"\" name\"]\r\n[Result \"1/2-1/2\"]\r\n"
-                                        "[Reason \"\"]\r\n\r\n1. e2e4 e7e5 1/2-1/2\r\n");
+                                        "[Reason \"\"]\r\n\r\n1. e2e4 e7e5 ");
 }
 
 TEST(ChildProcess, ArgumentsAreSplitAsAShellSplitsThem) {
