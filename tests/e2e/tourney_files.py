@@ -45,14 +45,14 @@ def results(lines):
 
 
 def read_game(path):
-    """The tags, the moves and the closing result of a PGN file written by a game."""
+    """The tags, the words of the move text other than move numbers, and the last of those words."""
     with open(path, newline="") as pgn:
         text = pgn.read()
     head, _, moves = text.partition("\r\n\r\n")
     tags = dict(line[1:-1].split(" ", 1) for line in head.split("\r\n") if line.startswith("["))
     words = moves.split()
-    plies = [word for word in words[:-1] if not word.endswith(".")]
-    return {name: value.strip('"') for name, value in tags.items()}, plies, words[-1] if words else ""
+    plies = [word for word in words if not word.endswith(".")]
+    return {name: value.strip('"') for name, value in tags.items()}, plies, plies[-1] if plies else ""
 
 
 def extracted_plies(path, *options):
