@@ -1,5 +1,6 @@
 """Runs the real corvane program the way a GUI or a script does, and reads what it answers."""
 import os
+import re
 import subprocess
 import sys
 import time
@@ -12,7 +13,9 @@ def run_script(lines, args=(), timeout=60, cwd=None):
     """Feeds all lines at once, closes the input and returns (exit code, output lines)."""
     text = "".join(line + "\n" for line in lines)
     done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout, cwd=cwd)
-    return ended_by_itself(done.returncode), done.stdout.decode(errors="replace").splitlines()
+    output = done.stdout.decode(errors="replace").splitlines()
+    no_sanitizer_report(output + done.stderr.decode(errors="replace").splitlines())
+    return ended_by_itself(done.returncode), output
 
 
 def ended_by_itself(code):
@@ -20,6 +23,15 @@ def ended_by_itself(code):
     if code < 0:
         raise AssertionError("corvane ended by signal %d" % -code)
     return code
+
+
+SANITIZER_REPORT = re.compile(r"^==\d+==ERROR: |^SUMMARY: \w+Sanitizer|: runtime error: ")
+
+
+def no_sanitizer_report(lines):
+    found = [l for l in lines if SANITIZER_REPORT.search(l)]
+    if found:
+        raise AssertionError("sanitizer report: %r" % found[:5])
 
 
 class Session:
@@ -66,6 +78,7 @@ class Session:
         self.pending += rest
         self.seen.extend(l.decode(errors="replace").rstrip("\r") for l in self.pending.split(b"\n") if l)
         self.pending = b""
+        no_sanitizer_report(self.seen)
         return code
 
 
