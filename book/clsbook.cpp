@@ -111,9 +111,15 @@ public:
             if ((byte & 0x80) == 0) return true;
         }
     }
+    // A counter cut by the end of the file keeps the bits it has; a key cut
+    // short reads as 0. Returns whether the entry was whole.
     bool Entry(clsBookEntry& entry) {
         uint64_t wins = 0, losses = 0, draws = 0;
-        bool complete = Number(wins) && Number(losses) && Number(draws) && Word64(entry.Key);
+        Number(wins);
+        Number(losses);
+        Number(draws);
+        const bool complete = Word64(entry.Key);
+        if (!complete) entry.Key = 0;
         entry.Wins = uint32_t(wins);
         entry.Losses = uint32_t(losses);
         entry.Draws = uint32_t(draws);
@@ -213,13 +219,16 @@ bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
     if (replace) Clear(false);
     for (uint32_t i = 0; i < count; ++i) {
         clsBookEntry read;
-        if (!reader.Entry(read)) return false;
-        if (!read.Reaches(limit)) continue;
-        auto* entry = new clsBookEntry(read);
-        if (clsPCollection::Add(entry) < 0) {
-            delete entry;
-            return false;
+        const bool complete = reader.Entry(read);
+        if (read.Reaches(limit)) {
+            auto* entry = new clsBookEntry(read);
+            if (clsPCollection::Add(entry) < 0) {
+                delete entry;
+                return false;
+            }
         }
+        // An entry cut by the end of the file is kept, and it is the last one.
+        if (!complete) return false;
     }
     return reader.Matches(Trailer, sizeof Trailer);
 }

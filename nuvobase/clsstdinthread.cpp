@@ -2,6 +2,8 @@
 
 #include "nuvobase/platform.h"
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 
 namespace nuvobase {
@@ -27,12 +29,11 @@ bool clsStdInThread::Run() {
         if (state == InputState::Idle) SleepMs(1);
         if (state == InputState::Ready) {
             long count = ReadInput(Fd, chunk, sizeof chunk);
-            if (count > 0) pending.append(chunk, count);
+            if (count > 0) TakeInput(pending, chunk, static_cast<size_t>(count));
             if (count == 0) state = InputState::Ended;
         }
-        bool atEnd = state == InputState::Ended;
-        QueueLines(pending, atEnd);
-        if (atEnd) {
+        if (state == InputState::Ended) {
+            QueueLine(pending.data(), pending.size());
             InputEnded = true;
             break;
         }
@@ -41,14 +42,17 @@ bool clsStdInThread::Run() {
     return true;
 }
 
-void clsStdInThread::QueueLines(std::string& pending, bool atEnd) {
-    size_t begin = 0;
-    for (size_t end; (end = pending.find('\n', begin)) != std::string::npos; begin = end + 1)
-        QueueLine(pending.data() + begin, end - begin);
-    pending.erase(0, begin);
-    if (atEnd) {
+void clsStdInThread::TakeInput(std::string& pending, const char* bytes, size_t count) {
+    const char* const end = bytes + count;
+    while (bytes < end) {
+        const char* lineFeed = static_cast<const char*>(std::memchr(bytes, '\n', end - bytes));
+        const char* lineEnd = lineFeed != nullptr ? lineFeed : end;
+        const size_t room = MaxLineBytes - pending.size();
+        pending.append(bytes, std::min(static_cast<size_t>(lineEnd - bytes), room));
+        if (lineFeed == nullptr) break;
         QueueLine(pending.data(), pending.size());
         pending.clear();
+        bytes = lineFeed + 1;
     }
 }
 

@@ -14,6 +14,10 @@ namespace nuvobase {
 
 class clsStdInThread : public clsThread {
 public:
+    // The longest line kept: hostile input without a line end must not grow
+    // the reader without limit.
+    static constexpr std::size_t MaxLineBytes = 1 << 20;
+
     // Reads the descriptor fd, standard input unless told otherwise.
     explicit clsStdInThread(int fd = 0);
     // Stops the reader and waits for it.
@@ -34,9 +38,10 @@ protected:
     clsProtectedStrings Lines;
 
 private:
-    // Queues the complete lines at the front of pending; at the end of input
-    // also the unfinished rest.
-    void QueueLines(std::string& pending, bool atEnd);
+    // Adds the bytes read to the unfinished line in pending and queues every
+    // line they complete. A line keeps its first MaxLineBytes; the rest up to
+    // its line end is dropped.
+    void TakeInput(std::string& pending, const char* bytes, std::size_t count);
     // Queues one line without its CR; an empty line is dropped.
     void QueueLine(const char* text, std::size_t length);
 

@@ -1,5 +1,6 @@
 """Runs the real corvane program the way a GUI or a script does, and reads what it answers."""
 import os
+import re
 import subprocess
 import sys
 import time
@@ -12,7 +13,25 @@ def run_script(lines, args=(), timeout=60, cwd=None):
     """Feeds all lines at once, closes the input and returns (exit code, output lines)."""
     text = "".join(line + "\n" for line in lines)
     done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout, cwd=cwd)
-    return done.returncode, done.stdout.decode(errors="replace").splitlines()
+    output = done.stdout.decode(errors="replace").splitlines()
+    no_sanitizer_report(output + done.stderr.decode(errors="replace").splitlines())
+    return ended_by_itself(done.returncode), output
+
+
+def ended_by_itself(code):
+    """The exit code; a program ended by a signal (a crash, or a sanitizer's abort) fails the test."""
+    if code < 0:
+        raise AssertionError("corvane ended by signal %d" % -code)
+    return code
+
+
+SANITIZER_REPORT = re.compile(r"^==\d+==ERROR: |^SUMMARY: \w+Sanitizer|: runtime error: ")
+
+
+def no_sanitizer_report(lines):
+    found = [l for l in lines if SANITIZER_REPORT.search(l)]
+    if found:
+        raise AssertionError("sanitizer report: %r" % found[:5])
 
 
 class Session:
@@ -54,11 +73,12 @@ class Session:
     def close(self, timeout=30):
         if self.process.poll() is None:
             self.process.stdin.close()
-        code = self.process.wait(timeout=timeout)
+        code = ended_by_itself(self.process.wait(timeout=timeout))
         rest = self.process.stdout.read() or b""
         self.pending += rest
         self.seen.extend(l.decode(errors="replace").rstrip("\r") for l in self.pending.split(b"\n") if l)
         self.pending = b""
+        no_sanitizer_report(self.seen)
         return code
 
 
@@ -73,6 +93,32 @@ def sync(session, timeout=30):
     session.send("isready")
     session.read_until(lambda l: l == "readyok", timeout)
     return session.seen[start:-1]
+
+
+def progress_session(args=(), cwd=None):
+    """A UCI session whose searches show their best move so far once a second: XBoard's post carries over."""
+    session = Session(args, cwd=cwd)
+    for line in ("xboard", "post", "uci"):
+        session.send(line)
+    session.read_until(lambda l: l == "uciok")
+    return session
+
+
+def shows_a_move(line):
+    """A progress line of a search that has a move to deliver."""
+    return line.startswith("currmove ") and len(line.split()) == 2
+
+
+def searched_move(session, timeout=120):
+    """go on a progress session, and stop once the search has shown a move; returns the search's lines, the
+    bestmove line last. However busy the machine, the move delivered is one the search has found."""
+    sync(session, timeout)
+    start = len(session.seen)
+    session.send("go")
+    session.read_until(shows_a_move, timeout)
+    session.send("stop")
+    session.read_until(lambda l: l.startswith("bestmove"), timeout)
+    return session.seen[start:]
 
 
 def bestmove_of(line):

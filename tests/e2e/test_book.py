@@ -4,9 +4,8 @@ import os
 import re
 import struct
 import tempfile
-import time
 
-from corvane_driver import Referee, Session, bestmove_of, check, run_script
+from corvane_driver import Referee, Session, bestmove_of, check, progress_session, run_script, searched_move
 
 CORVANE = ("-engine=corvane",)
 
@@ -72,7 +71,7 @@ def plays_and_lists(folder, keys):
     session.send("bk")
     session.read_until(lambda l: l.strip() == "no book moves found")
     session.send("e7e5")
-    time.sleep(0.5)
+    session.read_until(THINKING.match)  # a move found, shown by post
     session.send("?")
     move, nodes = engine_move(session)
     referee = Referee()
@@ -103,15 +102,17 @@ def plays_and_lists(folder, keys):
 STATISTICS = re.compile(r"^info string (\d+) ms \d+ Knps(, TT hits: .*)?$")
 
 
-def uci_move(session, moves, stop_after=None):
-    """Plays "go" on the position after moves; returns the best move, the ms and whether any node was searched."""
+def uci_move(session, moves, until_found=False):
+    """Plays "go" on the position after moves, stopped once a move is found if until_found; returns the best move,
+    the ms and whether any node was searched."""
     session.send("position startpos" + (" moves " + " ".join(moves) if moves else ""))
-    session.send("go")
-    if stop_after:
-        time.sleep(stop_after)
-        session.send("stop")
     start = len(session.seen)
-    move = bestmove_of(session.read_until(lambda l: l.startswith("bestmove ")))
+    if until_found:
+        line = searched_move(session)[-1]
+    else:
+        session.send("go")
+        line = session.read_until(lambda l: l.startswith("bestmove "))
+    move = bestmove_of(line)
     statistics = [m for m in map(STATISTICS.match, session.seen[start:]) if m]
     check(len(statistics) == 1, session.seen[start:])
     return move, int(statistics[0].group(1)), statistics[0].group(2) is not None
@@ -122,15 +123,13 @@ def default_book_over_uci(folder, keys):
     black_keys, _ = listing((), "e2e4")
     with open(os.path.join(folder, "corvane.cbk"), "wb") as f:
         f.write(book_bytes({keys["Pe2-e4"]: (5, 1, 2), black_keys["Pe7-e5"]: (1, 5, 2)}))
-    session = Session(CORVANE, cwd=folder)
-    session.send("uci")
-    session.read_until(lambda l: l == "uciok")
+    session = progress_session(CORVANE, cwd=folder)
     # A book move comes without a node searched, long before the search's allowance of over 7 s is used.
     for moves, expected in (([], "e2e4"), (["e2e4"], "e7e5")):
         move, ms, searched = uci_move(session, moves)
         check(move == expected and not searched and ms < 5000, "book move expected: %s %d %s" % (move, ms, searched))
     # Out of the book the engine searches, and "stop" brings its move.
-    move, _, searched = uci_move(session, ["a2a3"], stop_after=0.5)
+    move, _, searched = uci_move(session, ["a2a3"], until_found=True)
     referee = Referee()
     check(searched and move in referee.legal_moves(["a2a3"]), "search expected after 1.a3: %s" % move)
     referee.close()
@@ -143,9 +142,10 @@ def default_book_over_uci(folder, keys):
 
 
 def damaged_books(folder, keys):
-    whole = book_bytes({keys["Pe2-e4"]: (3, 1, 5), keys["Ng1-f3"]: (7, 0, 0)})
+    # The highest key is the last entry: of no position here, it is the one cut.
+    whole = book_bytes({keys["Pe2-e4"]: (3, 1, 5), keys["Ng1-f3"]: (7, 0, 0), 2**64 - 1: (1, 1, 1)})
     damaged = {
-        "cut.cbk": whole[:-10],                                     # cut inside the last entry
+        "cut.cbk": whole[:-10],                                     # cut inside the key of the last entry
         "header.cbk": whole[:20],                                   # cut in the header
         "version.cbk": whole[:6] + struct.pack("<I", 2) + whole[10:],
         "magic.cbk": b"XXXXX" + whole[5:],
@@ -159,21 +159,24 @@ def damaged_books(folder, keys):
             f.write(data)
         # The engine loads it at start, the console once more; the program plays on either way.
         session = Session(CORVANE + ("book=" + path,))
-        for line in ("\\loadbook " + path, "xboard", "new", "go"):
+        for line in ("\\loadbook " + path, "xboard", "post", "new", "go"):
             session.send(line)
-        time.sleep(0.3)
-        session.send("?")
-        move, _ = engine_move(session)
+        # A book move comes at once; a search is moved at once ("?") when it has shown a move found.
+        line = session.read_until(lambda l: THINKING.match(l) or l.startswith("move "))
+        if line.startswith("move "):
+            move = line.split()[1]
+        else:
+            session.send("?")
+            move, _ = engine_move(session)
         session.send("quit")
         check(session.close() == 0 and len(move) >= 4, "%s: %r" % (name, session.seen))
         # The load fails; a cut file keeps the complete entries before the cut.
         check([l for l in remarks(session.seen) if l.startswith("book ") or l.startswith("error loading")] ==
               ["error loading " + path], "%s: %r" % (name, session.seen))
     _, rows = listing(("book=" + os.path.join(folder, "cut.cbk"),))
-    # The one entry kept, and the same line again as the best entry.
-    listed = [r.split(" ", 1)[1] for r in rows if not r.endswith("???")]
-    first = "Pe2-e4 3 5 1" if keys["Pe2-e4"] < keys["Ng1-f3"] else "Ng1-f3 7 0 0"
-    check(len(listed) == 2 and listed[0].startswith(first), rows)
+    # The complete entries are kept and found (the cut one stays behind them with key 0).
+    listed = sorted(r.split(" ", 1)[1] for r in rows if not r.endswith("???") and not r.endswith("best entry"))
+    check(len(listed) == 2 and listed[0].startswith("Ng1-f3 7 0 0") and listed[1].startswith("Pe2-e4 3 5 1"), rows)
 
 
 if __name__ == "__main__":

@@ -2,9 +2,8 @@
 import os
 import re
 import tempfile
-import time
 
-from corvane_driver import check, run_script, Session
+from corvane_driver import check, progress_session, run_script, searched_move, Session
 
 START_BOARD = ["rnbqkbnr", "pppppppp", "--------", "--------", "--------", "--------", "PPPPPPPP", "RNBQKBNR"]
 AFTER_E2E4 = START_BOARD[:4] + ["----P---", "--------", "PPPP-PPP", "RNBQKBNR"]
@@ -38,12 +37,9 @@ def show_board():
     check(boards(with_moves) == [START_BOARD] and with_moves[10:] == ["__moves__", " ^^^"], with_moves)
     check(len(console(["\\ M"], ("-engine=corvane",))) == 10, "only a lower-case m lists the moves")
     check(len(console(["\\ m"])) == 10, "Vesko lists no moves")
-    session = Session(("-engine=corvane",))
-    for line in ("uci", "position startpos moves e2e4", "go"):
-        session.send(line)
-    time.sleep(0.3)
-    session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove "))
+    session = progress_session(("-engine=corvane",))
+    session.send("position startpos moves e2e4")
+    searched_move(session)
     session.send("\\ m")
     session.read_until(lambda l: l == "__moves__")
     start = len(session.seen)

@@ -1,7 +1,7 @@
 """Whole games as a GUI plays them: corvane over pipes against Debian's stockfish, every move it sends judged."""
 import time
 
-from corvane_driver import Referee, Session, bestmove_of, check, sync
+from corvane_driver import Referee, bestmove_of, check, progress_session, searched_move, sync
 
 ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 FULL_MOVES = 30
@@ -9,15 +9,19 @@ THINK_SECONDS = 0.05
 STOCKFISH_MS = 10
 
 
-def corvane_move(session, moves, think=THINK_SECONDS):
-    """What a GUI sends for one move: the game so far, go, and stop after a short think."""
+def corvane_move(session, moves, quick=True):
+    """What a GUI sends for one move: the game so far, go, and stop after a short think, or, when quick is
+    false, once the search has shown a move found."""
     session.send("position startpos moves " + " ".join(moves))
     sync(session)
     start = len(session.seen)
-    session.send("go")
-    time.sleep(think)
-    session.send("stop")
-    line = session.read_until(lambda l: l.startswith("bestmove"))
+    if quick:
+        session.send("go")
+        time.sleep(THINK_SECONDS)
+        session.send("stop")
+        line = session.read_until(lambda l: l.startswith("bestmove"))
+    else:
+        line = searched_move(session)[-1]
     sync(session)
     answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
     check(len(answers) == 1, "one go, one bestmove: %r" % answers)
@@ -25,9 +29,7 @@ def corvane_move(session, moves, think=THINK_SECONDS):
 
 
 def play(name, args, corvane_white, referee):
-    session = Session(args)
-    session.send("uci")
-    session.read_until(lambda l: l == "uciok")
+    session = progress_session(args)
     session.send("ucinewgame")
     sync(session)
     moves = []
@@ -39,9 +41,10 @@ def play(name, args, corvane_white, referee):
             move = corvane_move(session, moves)
             if move == "0000":
                 # A stop that comes before the first iteration has ended leaves the engine without a move:
-                # on a busy machine the search may not have run at all. A longer think must find one.
-                print("no move after %d ms at ply %d; thinking longer" % (THINK_SECONDS * 1000, ply))
-                move = corvane_move(session, moves, 1.0)
+                # on a busy machine the search may not have run at all. A search that has shown a move must
+                # deliver one.
+                print("no move after %d ms at ply %d; searching until a move is shown" % (THINK_SECONDS * 1000, ply))
+                move = corvane_move(session, moves, quick=False)
             check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
         else:
             move = referee.best_move(moves, STOCKFISH_MS)

@@ -3,19 +3,21 @@ import os
 import random
 import time
 
-from corvane_driver import Referee, Session, bestmove_of, check, sync
+from corvane_driver import Referee, Session, bestmove_of, check, progress_session, searched_move, sync
 
 ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 
 
-def search_answers(session, timeout=30, think=0.05):
-    """A short search still delivers exactly one move."""
+def search_answers(session, timeout=30, until_found=False):
+    """A search stopped at once, or once it has shown a move found, delivers exactly one move."""
     sync(session, timeout)  # the position is set before the search's time runs
     start = len(session.seen)
-    session.send("go")
-    time.sleep(think)
-    session.send("stop")
-    line = session.read_until(lambda l: l.startswith("bestmove"), timeout)
+    if until_found:
+        line = searched_move(session, timeout)[-1]
+    else:
+        session.send("go")
+        session.send("stop")
+        line = session.read_until(lambda l: l.startswith("bestmove"), timeout)
     after = sync(session, timeout)
     check(not any(l.startswith("bestmove") for l in after), "a second bestmove: %r" % after)
     check(sum(1 for l in session.seen[start:] if l.startswith("bestmove")) == 1, session.seen[start:])
@@ -28,7 +30,7 @@ def send_bytes(session, data):
 
 
 def hostile_lines(name, args, referee):
-    session = Session(args)
+    session = progress_session(args)
     rng = random.Random(6)
     # A line of a megabyte, as a command, as a FEN and as a move list.
     for line in ("x" * 1000000, "position fen " + "rnbqkbnr/" * 100000, "position startpos moves " + "e2" * 500000,
@@ -53,10 +55,10 @@ def hostile_lines(name, args, referee):
         search_answers(session)
     # Ten thousand moves: a knight shuffle that comes back to the start, and one move that never fits.
     session.send("position startpos moves " + " ".join(["g1f3 g8f6 f3g1 f6g8"] * 2500))
-    move = search_answers(session, timeout=120, think=0.3)
+    move = search_answers(session, timeout=120, until_found=True)
     check(move in referee.legal_moves([]), "%s after the shuffle: %s" % (name, move))
     session.send("position startpos moves " + " ".join(["a1a1"] * 10000) + " e2e4")
-    move = search_answers(session, timeout=120, think=0.3)
+    move = search_answers(session, timeout=120, until_found=True)
     check(move in referee.legal_moves(["e2e4"]), "%s after the failed moves: %s" % (name, move))
     session.send("quit")
     check(session.close() == 0, "%s: exit code" % name)
@@ -69,11 +71,39 @@ def binary_at_the_end():
     check(session.close() == 0, "exit code")
 
 
+def peak_memory_kib(session):
+    with open("/proc/%d/status" % session.process.pid) as status:
+        return next(int(l.split()[1]) for l in status if l.startswith("VmHWM:"))
+
+
+def endless_line():
+    # 100 MiB without a line end: the line keeps its first MiB, the rest is dropped, the next line is read as
+    # ever, and the program's memory stays near that of one fed nothing.
+    mib, unknown = 1 << 20, "Error (unknown command): "
+    plain = Session()
+    sync(plain)
+    baseline = peak_memory_kib(plain)
+    plain.send("quit")
+    check(plain.close() == 0, "exit code")
+    session = Session()
+    for _ in range(100):
+        send_bytes(session, b"x" * mib)
+    send_bytes(session, b"\nuci\n")
+    session.read_until(lambda l: l == "uciok", timeout=120)
+    check(unknown + "x" * mib in session.seen and session.seen[-2:] == ["id name Vesko", "uciok"],
+          [l[:80] for l in session.seen])
+    grown = peak_memory_kib(session) - baseline
+    check(grown < 32 * 1024, "memory grew by %d KiB" % grown)
+    session.send("quit")
+    check(session.close() == 0, "exit code")
+
+
 if __name__ == "__main__":
     referee = Referee()
     started = time.monotonic()
     for name, args in ENGINES.items():
         hostile_lines(name, args, referee)
     binary_at_the_end()
+    endless_line()
     referee.close()
     print("hostile: all checks passed in %.1f s" % (time.monotonic() - started))

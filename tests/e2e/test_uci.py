@@ -2,7 +2,8 @@
 import re
 import time
 
-from corvane_driver import Referee, Session, bestmove_of, check, run_script, sync
+from corvane_driver import (Referee, Session, bestmove_of, check, progress_session, run_script, searched_move, shows_a_move,
+                            sync)
 
 ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 START_LINE = {"Vesko": "info string moves 0/0 - time 7498/300000 ms",
@@ -13,18 +14,16 @@ LONE_KINGS = "8/8/8/8/8/8/8/K1k5 w - - 0 1"  # a1a2 is the only legal move
 
 
 def think(session, seconds=0.1):
-    """go, stop after a short think; returns the lines of the search, the bestmove line last."""
+    """go, and stop when the search has run at least seconds; returns the lines of the search, the bestmove line
+    last. The search may not have found a move yet."""
     sync(session)  # the position is set before the search's time runs
     start = len(session.seen)
     session.send("go")
+    sync(session)  # the search has started: its clock runs from here
     time.sleep(seconds)
     session.send("stop")
     session.read_until(lambda l: l.startswith("bestmove"))
-    return session.seen[start:]
-
-
-def played(session, seconds=0.1):
-    return bestmove_of(think(session, seconds)[-1])
+    return [l for l in session.seen[start:] if l != "readyok"]
 
 
 def identity():
@@ -37,7 +36,7 @@ def identity():
 
 
 def position_forms(name, args, referee):
-    session = Session(args)
+    session = progress_session(args)
     cases = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
              ("position moves e2e4", ["e2e4"], None),
              ("position startpos", [], None),
@@ -49,7 +48,7 @@ def position_forms(name, args, referee):
              ("position FEN " + LONE_KINGS + " moves", [], LONE_KINGS)]
     for line, moves, fen in cases:
         session.send(line)
-        move = played(session)
+        move = bestmove_of(searched_move(session)[-1])
         check(move in referee.legal_moves(moves, fen), "%s: %s answers %r to %r" % (name, move, line, moves))
     session.send("quit")
     check(session.close() == 0, "exit code")
@@ -155,7 +154,8 @@ def progress_with_post(referee):
     sync(session)
     start = len(session.seen)
     session.send("go")
-    time.sleep(2.5)
+    for _ in range(2):
+        session.read_until(shows_a_move)
     session.send("stop")
     best = bestmove_of(session.read_until(lambda l: l.startswith("bestmove")))
     lines = session.seen[start:]

@@ -121,7 +121,7 @@ def new_game_and_user_moves():
     session.send("new")
     session.send("time 1000")
     session.send("e2e4")
-    session.read_until(THINKING.match, timeout=5)
+    session.read_until(THINKING.match)
     reply = session.read_until(lambda l: l.startswith("move "))
     check(re.match(r"^move [a-h][1-8][a-h][1-8][qrbn]?$", reply), reply)
     check(not any(l.startswith("Illegal move") for l in session.seen), session.seen)

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <string>
 #include <thread>
 #include <unistd.h>
 
@@ -66,6 +67,14 @@ TEST_F(ThreadedStdIn, LinesComeOutWholeAndInOrderWithoutBlankOnes) {
     Send("quit\n");
     consumer.join();
     EXPECT_EQ(clsString("quit"), line);
+}
+
+TEST_F(ThreadedStdIn, OverlongLineKeepsItsFirstPartAndTheNextLineComesWhole) {
+    ASSERT_TRUE(Reader->Start());
+    const std::string overlong(3 * clsStdInThread::MaxLineBytes + 5, 'x');
+    Send((overlong + "\nnext\n").c_str());
+    EXPECT_EQ(std::string(clsStdInThread::MaxLineBytes, 'x'), Reader->ReadLine(true).Text());
+    EXPECT_EQ(clsString("next"), Reader->ReadLine(true));
 }
 
 TEST_F(ThreadedStdIn, EndOfInputEndsTheReader) {
