@@ -11,7 +11,7 @@ namespace {
 
 // Lines a script may run, jumps and the scripts it starts included, so that a loop that never ends still
 // returns.
-constexpr int MaxScriptLines = 100000;
+constexpr int MaxScriptLines = 20000;
 // Text the output list may collect; what a script prints beyond it is dropped.
 constexpr int MaxOutputBytes = 16 << 20;
 constexpr const char* RowIndexName = "$ROW_INDEX";
