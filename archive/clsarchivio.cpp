@@ -78,34 +78,46 @@ clsString clsArchivio::QuoteNames(const clsString& names) {
     return quoted;
 }
 
-bool clsArchivio::Query(const clsString& sql, clsRowSet& rows) const {
+sqlite3_stmt* clsArchivio::Prepare(const clsString& sql) const {
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     ProgressCount = 0;
     if (!Database || sqlite3_prepare_v2(Database, sql.Text(), -1, &statement, &tail) != SQLITE_OK ||
         !statement || !OnlyOneStatement(tail)) {
         sqlite3_finalize(statement);
-        return false;
+        return nullptr;
     }
+    return statement;
+}
+
+bool clsArchivio::ReadRows(sqlite3_stmt* statement, clsRowSet& rows, bool rowidFirst) const {
+    const int first = rowidFirst ? 1 : 0;
     const int columns = sqlite3_column_count(statement);
-    for (int i = 0; i < columns; i++) rows.Columns.Add(clsString(sqlite3_column_name(statement, i)));
+    for (int i = first; i < columns; i++) rows.Columns.Add(clsString(sqlite3_column_name(statement, i)));
     int step;
     while ((step = sqlite3_step(statement)) == SQLITE_ROW) {
-        std::vector<clsString>& row = rows.Rows.emplace_back(columns);
-        for (int i = 0; i < columns; i++) {
+        if (rowidFirst) rows.RowIds.push_back(sqlite3_column_int64(statement, 0));
+        std::vector<clsString>& row = rows.Rows.emplace_back(columns - first);
+        for (int i = first; i < columns; i++) {
+            clsString& cell = row[i - first];
             // Floats are written as the rest of the program writes numbers.
             if (sqlite3_column_type(statement, i) == SQLITE_FLOAT) {
-                row[i].FromDouble(sqlite3_column_double(statement, i), -1);
+                cell.FromDouble(sqlite3_column_double(statement, i), -1);
             } else {
                 const char* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
-                row[i].Assign(text, sqlite3_column_bytes(statement, i));
+                cell.Assign(text, sqlite3_column_bytes(statement, i));
             }
-            rows.Bytes += row[i].Size() + int64_t(sizeof(clsString));
+            rows.Bytes += cell.Size() + int64_t(sizeof(clsString));
         }
         if (rows.Bytes > MaxRowSetBytes) break;
     }
     sqlite3_finalize(statement);
     return step == SQLITE_DONE;
+}
+
+bool clsArchivio::Query(const clsString& sql, clsRowSet& rows) const {
+    sqlite3_stmt* statement = Prepare(sql);
+    return statement && ReadRows(statement, rows, false);
 }
 
 bool clsArchivio::Execute(const clsString& sql) {
@@ -137,14 +149,18 @@ bool clsArchivio::InsertRow(const clsString& table, const clsString& columns,
     return Execute(sql + ")");
 }
 
-int clsArchivio::OpenRowSet(const clsString& sql, int) {
+int clsArchivio::OpenRowSet(const clsString& sql, int mode) {
     int handle = 0;
     while (handle < RowSets.Count && RowSets.At(handle)) handle++;
     if (handle >= MaxRowSets) return -1;
     auto* rows = new clsRowSet;
-    if (!Query(sql, *rows)) {
-        delete rows;
-        return -1;
+    if (!(mode == ModeWritable && QueryWritable(sql, *rows))) {
+        delete rows; // the writable attempt may have read part of the rows
+        rows = new clsRowSet;
+        if (!Query(sql, *rows)) {
+            delete rows;
+            return -1;
+        }
     }
     if (handle < RowSets.Count)
         RowSets.Items[handle] = rows;

@@ -13,6 +13,7 @@
 #include "nuvobase/clsstrings.h"
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace velmora {
 
@@ -47,7 +48,9 @@ public:
                    std::initializer_list<clsSqlValue> values);
 
     // Runs one statement and keeps its rows. Returns the handle (0 or more), or -1 when the statement fails.
-    // Both modes give every row.
+    // Every mode gives every row; with ModeWritable the rows of a plain select from one table remember
+    // where they came from, so that SetFieldText and AddRow change the table too.
+    static constexpr int ModeWritable = 2;
     int OpenRowSet(const clsString& sql, int mode);
     // The rows of the set; -1 for a bad handle.
     int RowCount(int handle) const;
@@ -64,6 +67,21 @@ public:
     // Moves to the first row whose column holds value (ignoring ASCII case); its index, or -1 when none does.
     int FindInRowSet(int handle, const clsString& column, const clsString& value);
     void CloseRowSet(int handle);
+    // The rows of a handle, or null.
+    const clsRowSet* RowSet(int handle) const { return RowSetAt(handle); }
+    // The index of the current row; -1 past the last one or for a bad handle.
+    int RowIndex(int handle) const;
+    // Makes the row at index current; an index past the last row leaves the set at its end. False for a
+    // negative index or a bad handle.
+    bool MoveTo(int handle, int index);
+    // Appends a row, a copy of the row at copyOf or empty when there is no such row, and makes it current.
+    // Its index, or -1 for a bad handle.
+    int AddRow(int handle, int copyOf);
+    // Gives the column of the current row the text. False when there is no current row or no such column, or
+    // the table refused the value.
+    bool SetFieldText(int handle, const clsString& name, const clsString& text);
+    // Set when a script wrote into a row set.
+    bool Changed = false;
     // The first column of the first row; false when the statement fails or gives no row.
     bool SingleValue(const clsString& sql, clsString& value);
 
@@ -97,6 +115,14 @@ private:
     bool Execute(const clsString& sql);
     // Runs one statement into rows; false when it fails or its rows pass MaxRowSetBytes.
     bool Query(const clsString& sql, clsRowSet& rows) const;
+    // Prepares one statement alone; null when it fails or more follow it.
+    sqlite3_stmt* Prepare(const clsString& sql) const;
+    // Steps the prepared statement to its end into rows and finalizes it. With a rowid first, column 0 goes
+    // to RowIds.
+    bool ReadRows(sqlite3_stmt* statement, clsRowSet& rows, bool rowidFirst) const;
+    // Query for a plain select from one table, with the rowid of each row; false when the statement is no
+    // such select.
+    bool QueryWritable(const clsString& sql, clsRowSet& rows) const;
     clsRowSet* RowSetAt(int handle) const { return RowSets.At(handle); }
 };
 

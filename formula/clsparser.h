@@ -31,6 +31,9 @@ public:
     // Compute, in a state of its own with newState; code 18 when states are already nested MaxNestedStates
     // deep.
     int ComputeNested(const clsString& formula, clsString& result, bool translate, bool newState);
+    // Runs the lines of a script; what it prints is added to output. Returns the code of the last formula
+    // evaluated, 18 when states are nested too deep or the scripts run too many lines.
+    int RunScript(const nuvobase::clsStrings& lines, nuvobase::clsStrings& output);
     // The code of the last evaluation; text gets its message, with the formula from the error on.
     int GetErrorText(clsString& text) const;
     // Records an error in the current state; returns code.
@@ -63,6 +66,10 @@ public:
     clsString ValueField = "@0";
     nuvobase::clsStrings Options;
     nuvobase::clsCollection<int32_t> Functions; // upper-case name to code, sorted
+    // Lines the running scripts may still run: the outermost script sets it, the scripts that its formulas
+    // start share it, so that nested loops stay bounded as well.
+    int32_t ScriptLinesLeft = 0;
+    int32_t ScriptDepth = 0;
 
 private:
     // The outermost scope with CR, LF, CRLF, TAB, NULL and the rows of ZSYSVARS, and a second one above it.

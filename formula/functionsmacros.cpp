@@ -105,6 +105,14 @@ int Execute(clsFunctionCall& call) {
     return last != ErrorNone ? call.Fail(ErrorInMacro) : call.ResultText(joined);
 }
 
+// FSCRIPT: the text cut at CR alone into the lines of a script; the script's code is the result.
+int Script(clsFunctionCall& call) {
+    if (call.Count != 1) return call.ResultNumber(0);
+    nuvobase::clsStrings lines, output;
+    lines.Split(call.Text(0), '\r');
+    return call.ResultNumber(call.Parser.RunScript(lines, output));
+}
+
 } // namespace
 
 bool RunMacroFunction(clsFunctionCall& call, int& code) {
@@ -129,6 +137,9 @@ bool RunMacroFunction(clsFunctionCall& call, int& code) {
         return true;
     case FunctionFEXECUTE:
         code = Execute(call);
+        return true;
+    case FunctionFSCRIPT:
+        code = Script(call);
         return true;
     default:
         return false;

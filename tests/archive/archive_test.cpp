@@ -97,6 +97,36 @@ TEST(Archive, RowSets) {
 
 // Statements that fail, and statements that would reach a file or run without end, all take the failure
 // path; the tables stay as they were.
+// A writable row set changes its table only when each of its rows stands for one row of one table; the
+// others change in memory alone.
+TEST(Archive, WritableRowSets) {
+    const struct {
+        const char* Sql;
+        const char* After; // Name of the folder with Code 2 after the change
+    } cases[] = {
+        {"select Name from ZSYSFOLDERS where Code = 2", "changed"},
+        {"  SELECT\tName from ZSYSFOLDERS where Code = 2", "changed"},
+        {"select distinct Name from ZSYSFOLDERS where Code = 2", "User"},
+        {"select Name from ZSYSFOLDERS where Code = 2 group by Name", "User"},
+        {"select upper(Name) as Name from ZSYSFOLDERS where Code = 2", "User"},
+        {"select f.Name from ZSYSFOLDERS f join ZSYSOPTIONS o where f.Code = 2", "User"},
+        {"select Name from ZSYSFOLDERS where Code = 2 union select Name from ZSYSFOLDERS where 0", "User"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.Sql);
+        clsArchivio archive;
+        const int handle = archive.OpenRowSet(clsString(row.Sql), clsArchivio::ModeWritable);
+        ASSERT_GE(handle, 0);
+        EXPECT_TRUE(archive.SetFieldText(handle, clsString("Name"), clsString("changed")));
+        EXPECT_EQ(archive.FieldText(handle, clsString("Name")), "changed");
+        EXPECT_EQ(Single(archive, "select Name from ZSYSFOLDERS where Code = 2"), row.After);
+        // A copy of a written row reaches the table too.
+        EXPECT_EQ(archive.AddRow(handle, 0), 1);
+        EXPECT_EQ(Single(archive, "select count(*) from ZSYSFOLDERS where Name = 'changed'"),
+                  std::string(row.After) == "changed" ? "2" : "0");
+    }
+}
+
 TEST(Archive, BadStatements) {
     clsArchivio archive;
     char folder[] = "/tmp/corvane-archive-XXXXXX";

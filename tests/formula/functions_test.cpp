@@ -181,7 +181,64 @@ TEST_F(Formula, ListsAndMacros) {
             {"FEXECUTE('1+' & FCHAR(10) & '2')", "2", 0},
             {"FEXECUTE('1' & FCHAR(10) & '1+')", "", 18},
             {"FEXECUTE('1', 'PATCH', 'select 2 as Tipo, ''x'' as Testo')", "1\xA6x", 0},
+            // A script gives the code of its last formula as its result.
+            {"FSCRIPT('print 1') & FSCRIPT('print 1+') & FSCRIPT('a', 'b')", "0160", 0},
+            {"FSCRIPT('print 1+' & CR & 'print 2')", "0", 0},
+            {"FSCRIPT('print 1+' & CRLF & 'print 2')", "16", 0}, // LF opens the next line: no statement
+            {"FSCRIPT('next q' & CR & 'loop on q' & CR & 'print 1+')", "16", 0},
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'next z' & CR & 'seek z 0')", "0",
+             0},
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'seek q 0')", "18", 0},
+            // Loops that never end, one inside the other, share one bound.
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR &"
+             "'print FSCRIPT(''query q as ''''select 1'''''' & CR & ''loop on q'' & CR & ''seek q 0'')' & CR "
+             "&"
+             "'seek q 0')",
+             "18", 0},
+            {"FSCRIPT('query q as ''select''' & CR & 'loop on q' & CR & 'print 1+' & CR & 'next q')", "16",
+             0},
         });
+}
+
+// Scripts over a system table filled by insert into: each prints what it bound or set, and a script that
+// writes through set changes the table.
+TEST_F(Formula, Scripts) {
+    for (const auto& [id, name] : {std::tuple{1, "a"}, {2, "b"}, {3, "c"}})
+        ASSERT_TRUE(Archive.InsertRow(clsString("ZSYSPARS"), clsString("idPar,Name"), {id, name}));
+    const struct {
+        const char* Lines;  // CR between lines
+        const char* Output; // entries joined by |
+        int Code;
+    } scripts[] = {
+        {"query p as 'select idPar, Name from ZSYSPARS order by idPar'\rloop on p\r"
+         "printl p.$ROW_INDEX & ':' & p.idPar & '=' & p.Name\rnext p\rprint '.'\rclose p\rprint p.Name",
+         "0:1=a|1:2=b|2:3=c.c", 0},
+        // Without a loop, next goes back to the start; the first line knows no row of q yet.
+        {"query q as 'select Name from ZSYSPARS'\rprintl q.Name\rnext q", "|b|c", 0},
+        {"query r as 'select Name from ZSYSPARS'\rloop on r\rprint r.Name\rnext r 5\rset n = 'x' & 1\r"
+         "set n. = n & r.$ROW_INDEX",
+         "a|n=x1|n=x10", 0},
+        // The row that update made current stays current after the loop.
+        {"query p as 'select Name from ZSYSPARS where idPar > 1'\rloop on p\rupdate p\r"
+         "set p.Name = p.Name & '!'\rnext p\rset p.Name = 'last'",
+         "b!|c!|last", 0},
+        {"query p as 'select idPar, Name from ZSYSPARS where idPar = 1'\rloop on p\rcopy p\r"
+         "set p.idPar = p$.idPar + 10\rnew p\rset p.Name = 'new' & p$.idPar\rset p.Other = 1",
+         "11|new11|1", 0},
+    };
+    for (const auto& script : scripts) {
+        SCOPED_TRACE(script.Lines);
+        nuvobase::clsStrings lines, output;
+        lines.Split(clsString(script.Lines), '\r');
+        EXPECT_EQ(Parser.RunScript(lines, output), script.Code);
+        EXPECT_STREQ(output.Join("|", true).Text(), script.Output);
+    }
+    CheckCases(Parser, {
+                           {"FGET('select group_concat(ifnull(idPar, ''-'') || Name, '' '') from ZSYSPARS')",
+                            "1a 2b! 3last 11a -new11", 0},
+                           {"n & FGET('ZSYSPARS', 'Name', 'idPar = 11')", "x10a", 0},
+                       });
+    EXPECT_TRUE(Archive.Changed);
 }
 
 TEST_F(Formula, ParseNames) {
