@@ -5,6 +5,7 @@
 #include "chess/keys.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,7 +13,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <new>
+#include <cstdlib>
+#include <cstring>
+#include <type_traits>
 
 namespace nvoChess {
 
@@ -23,6 +26,10 @@ const unsigned char Trailer[6] = {'*', 'E', 'N', 'D', '*', 0};
 const uint32_t FormatVersion = 1;
 const int ReservedNumbers = 32;
 const size_t BufferSize = 1 << 16;
+// The fewest bytes an entry takes in a file: three one-byte counters and the key.
+const uint64_t SmallestEntryBytes = 3 + 8;
+
+static_assert(std::is_trivially_copyable_v<clsBookEntry>, "the book moves its entries as bytes");
 
 // Buffered writing of the format's numbers; remembers whether any write failed.
 class clsBookWriter {
@@ -74,6 +81,14 @@ public:
     }
     clsBookReader(const clsBookReader&) = delete;
     clsBookReader& operator=(const clsBookReader&) = delete;
+
+    // Bytes of the file not read yet; 0 when unknown.
+    uint64_t Remaining() const {
+        struct stat status;
+        if (File == nullptr || fstat(fileno(File), &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+        const uint64_t read = uint64_t(std::ftell(File)) - (Filled - Next);
+        return uint64_t(status.st_size) > read ? uint64_t(status.st_size) - read : 0;
+    }
 
     // Magic, version and count, then the reserved numbers, which are dropped.
     bool Header(uint32_t& count) {
@@ -175,7 +190,53 @@ FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& tempora
     return nullptr;
 }
 
+// Walks two lists in key order as a merge, handing each entry of the result to take: the smaller key
+// first, and for a key on both sides the left entry with the right one's counters added. Lists that are
+// out of order are walked the same way, entry by entry.
+template <class Take>
+void MergeWalk(const clsBookEntry* left, int leftCount, const clsBookEntry* right, int rightCount,
+               Take take) {
+    int l = 0, r = 0;
+    while (l < leftCount || r < rightCount) {
+        if (r == rightCount || (l < leftCount && right[r].Greater(left[l]))) {
+            take(left[l++]);
+        } else if (l == leftCount || left[l].Greater(right[r])) {
+            take(right[r++]);
+        } else {
+            clsBookEntry joined = left[l++];
+            joined.AddCounters(right[r++]);
+            take(joined);
+        }
+    }
+}
+
+int64_t MergedCount(const clsBookEntry* left, int leftCount, const clsBookEntry* right, int rightCount) {
+    int64_t count = 0;
+    MergeWalk(left, leftCount, right, rightCount, [&count](const clsBookEntry&) { ++count; });
+    return count;
+}
+
 } // namespace
+
+clsBook::~clsBook() {
+    std::free(Items);
+}
+
+void clsBook::Clear() {
+    std::free(Items);
+    Items = nullptr;
+    Count = Capacity = 0;
+}
+
+bool clsBook::Reserve(int64_t capacity) {
+    if (capacity <= Capacity) return true;
+    if (capacity > INT32_MAX) return false;
+    auto* grown = static_cast<clsBookEntry*>(std::realloc(Items, size_t(capacity) * sizeof(clsBookEntry)));
+    if (grown == nullptr) return false;
+    Items = grown;
+    Capacity = int32_t(capacity);
+    return true;
+}
 
 bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     nuvobase::clsString temporary;
@@ -187,7 +248,7 @@ bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     writer.Word32(uint32_t(CountReaching(limit)));
     for (int i = 0; i < ReservedNumbers; ++i) writer.Number(0);
     for (int i = 0; i < Count; ++i) {
-        const clsBookEntry& entry = *Items[i];
+        const clsBookEntry& entry = Items[i];
         if (!entry.Reaches(limit)) continue;
         writer.Number(entry.Wins);
         writer.Number(entry.Losses);
@@ -211,21 +272,19 @@ bool clsBook::Append(const nuvobase::clsString& file, int limit) {
 }
 
 // The header is checked whole before the book is touched. Its entry count
-// allocates nothing: entries are stored one by one as they are read.
+// reserves no more than the rest of the file can hold.
 bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
     clsBookReader reader(file.Text());
     uint32_t count = 0;
     if (!reader.Header(count)) return false;
-    if (replace) Clear(false);
+    if (replace) Clear();
+    Reserve(int64_t(Count) + int64_t(std::min<uint64_t>(count, reader.Remaining() / SmallestEntryBytes)));
     for (uint32_t i = 0; i < count; ++i) {
         clsBookEntry read;
         const bool complete = reader.Entry(read);
         if (read.Reaches(limit)) {
-            auto* entry = new clsBookEntry(read);
-            if (clsPCollection::Add(entry) < 0) {
-                delete entry;
-                return false;
-            }
+            if (Count == Capacity && !Reserve(int64_t(Capacity) * 5 / 4 + 1)) return false;
+            Items[Count++] = read;
         }
         // An entry cut by the end of the file is kept, and it is the last one.
         if (!complete) return false;
@@ -235,17 +294,17 @@ bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
 
 int clsBook::Add(clsBookEntry* entry) {
     if (entry == nullptr) return -1;
-    const int place = InsertPlace(*entry);
-    if (place < Count && Items[place]->Equal(*entry)) {
-        Items[place]->AddCounters(*entry);
-        delete entry;
+    const clsBookEntry added = *entry;
+    delete entry;
+    const int place = InsertPlace(added);
+    if (place < Count && Items[place].Equal(added)) {
+        Items[place].AddCounters(added);
         return place;
     }
-    if (clsPCollection::Add(entry) < 0) {
-        delete entry;
-        return -1;
-    }
-    std::rotate(Items + place, Items + Count - 1, Items + Count);
+    if (Count == Capacity && !Reserve(int64_t(Capacity) * 5 / 4 + 1)) return -1;
+    std::memmove(Items + place + 1, Items + place, sizeof(clsBookEntry) * size_t(Count - place));
+    Items[place] = added;
+    ++Count;
     return place;
 }
 
@@ -256,42 +315,23 @@ int clsBook::InsertPlace(const clsBookEntry& entry) const {
     int high = Count;
     while (high - low >= 9) {
         const int middle = (high + low) / 2;
-        if (entry.Greater(*Items[middle])) {
+        if (entry.Greater(Items[middle])) {
             low = middle;
-        } else if (entry.Equal(*Items[middle])) {
+        } else if (entry.Equal(Items[middle])) {
             return middle;
         } else {
             high = middle;
         }
     }
-    while (low < high && entry.Greater(*Items[low])) ++low;
+    while (low < high && entry.Greater(Items[low])) ++low;
     return low;
 }
 
 std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
     auto merged = std::make_unique<clsBook>();
-    const int64_t both = int64_t(Count) + other.Count;
-    if (both <= INT32_MAX) merged->Resize(int(both));
-    int left = 0;
-    int right = 0;
-    while (left < Count || right < other.Count) {
-        const clsBookEntry* fromLeft = left < Count ? Items[left] : nullptr;
-        const clsBookEntry* fromRight = right < other.Count ? other.Items[right] : nullptr;
-        clsBookEntry* made;
-        if (fromRight == nullptr || (fromLeft != nullptr && fromRight->Greater(*fromLeft))) {
-            made = new clsBookEntry(*fromLeft);
-            ++left;
-        } else if (fromLeft == nullptr || fromLeft->Greater(*fromRight)) {
-            made = new clsBookEntry(*fromRight);
-            ++right;
-        } else {
-            made = new clsBookEntry(*fromLeft);
-            made->AddCounters(*fromRight);
-            ++left;
-            ++right;
-        }
-        if (merged->clsPCollection::Add(made) < 0) delete made;
-    }
+    if (merged->Reserve(MergedCount(Items, Count, other.Items, other.Count)))
+        MergeWalk(Items, Count, other.Items, other.Count,
+                  [&merged](const clsBookEntry& entry) { merged->Items[merged->Count++] = entry; });
     return merged;
 }
 
@@ -310,52 +350,36 @@ int clsBook::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int r
 }
 
 void clsBook::AddSorted(clsBook& other) {
-    if (other.Count == 0) return;
-    const int64_t both = int64_t(Count) + other.Count;
-    if (both > INT32_MAX) return;
-    auto* joined = new (std::nothrow) clsBookEntry*[size_t(both)];
-    if (joined == nullptr) return;
-    int left = 0, right = 0, made = 0;
-    while (left < Count || right < other.Count) {
-        clsBookEntry* fromLeft = left < Count ? Items[left] : nullptr;
-        clsBookEntry* fromRight = right < other.Count ? other.Items[right] : nullptr;
-        if (fromRight == nullptr || (fromLeft != nullptr && fromRight->Greater(*fromLeft))) {
-            joined[made++] = fromLeft;
-            ++left;
-        } else if (fromLeft == nullptr || fromLeft->Greater(*fromRight)) {
-            joined[made++] = fromRight;
-            ++right;
-        } else {
-            fromLeft->AddCounters(*fromRight);
-            delete fromRight;
-            joined[made++] = fromLeft;
-            ++left;
-            ++right;
-        }
-    }
-    delete[] Items;
-    delete[] other.Items;
-    Items = joined;
+    AddSorted(other.Items, other.Count);
+    other.Clear();
+}
+
+// The book's entries move up by as many places as the merge adds entries, and the merge writes from the
+// front: its writing never overtakes the book's entries still to be read. Only the room the book needs is
+// taken.
+void clsBook::AddSorted(const clsBookEntry* entries, int count) {
+    if (count <= 0) return;
+    const int64_t merged = MergedCount(Items, Count, entries, count);
+    if (!Reserve(merged)) return;
+    const int shift = int(merged - Count);
+    if (Count > 0) std::memmove(Items + shift, Items, sizeof(clsBookEntry) * size_t(Count));
+    int made = 0;
+    MergeWalk(Items + shift, Count, entries, count,
+              [this, &made](const clsBookEntry& entry) { Items[made++] = entry; });
     Count = made;
-    Capacity = int32_t(both);
-    other.Items = nullptr;
-    other.Count = other.Capacity = 0;
 }
 
 const clsBookEntry* clsBook::Find(uint64_t key) const {
-    const clsBookEntry probe(key, 0, 0, 0);
-    clsBookEntry* const* begin = Items;
-    clsBookEntry* const* end = Items + Count;
-    clsBookEntry* const* found =
-        std::lower_bound(begin, end, &probe, [](const clsBookEntry* left, const clsBookEntry* right) {
-            return CompareBookEntries(left, right) < 0;
-        });
-    return found != end && CompareBookEntries(*found, &probe) == 0 ? *found : nullptr;
+    const clsBookEntry* begin = Items;
+    const clsBookEntry* end = Items + Count;
+    const clsBookEntry* found = std::lower_bound(
+        begin, end, key, [](const clsBookEntry& entry, uint64_t wanted) { return entry.Key < wanted; });
+    return found != end && found->Key == key ? found : nullptr;
 }
 
 int clsBook::CountReaching(int limit) const {
     return int(std::count_if(Items, Items + Count,
-                             [limit](const clsBookEntry* entry) { return entry->Reaches(limit); }));
+                             [limit](const clsBookEntry& entry) { return entry.Reaches(limit); }));
 }
 
 } // namespace nvoChess

@@ -25,13 +25,11 @@ public:
     void Flush();
 
 private:
-    struct clsTally {
-        uint64_t Key;
-        BookOutcome Outcome;
-    };
+    // Room for one more position: a batch grows up to the book's size and is joined when it has reached it.
+    void MakeRoom();
 
     clsBook& Book;
-    std::vector<clsTally> Tallies;
+    std::vector<clsBookEntry> Tallies; // one entry per position counted; folded by key when joined
 };
 
 } // namespace nvoChess

@@ -52,18 +52,12 @@ void clsBookEntry::AddCounters(const clsBookEntry& other) {
 clsBookEntryExt::clsBookEntryExt(const clsBookEntry& entry, const nuvobase::clsString& move)
     : clsBookEntry(entry), Move(move) {}
 
-bool clsBookEntryExt::Equal(const clsBookEntry& other) const {
+bool clsBookEntryExt::Equal(const clsBookEntryExt& other) const {
     return Score() == other.Score();
 }
 
-bool clsBookEntryExt::Greater(const clsBookEntry& other) const {
+bool clsBookEntryExt::Greater(const clsBookEntryExt& other) const {
     return Score() > other.Score();
-}
-
-int CompareBookEntries(const clsBookEntry* left, const clsBookEntry* right) {
-    if (left == nullptr || right == nullptr) return (left != nullptr) - (right != nullptr);
-    if (left->Equal(*right)) return 0;
-    return left->Greater(*right) ? 1 : -1;
 }
 
 } // namespace nvoChess

@@ -8,7 +8,7 @@ namespace nvoChess {
 
 // How the games went in which a move led to one position, counted for the side
 // that played that move. The book knows positions, not moves: transpositions
-// share one entry.
+// share one entry. Plain data, so that a book holds its entries in one array.
 class clsBookEntry {
 public:
     uint32_t Wins = 0;
@@ -18,13 +18,10 @@ public:
 
     clsBookEntry() = default;
     clsBookEntry(uint64_t key, uint32_t wins, uint32_t losses, uint32_t draws);
-    clsBookEntry(const clsBookEntry&) = default;
-    clsBookEntry& operator=(const clsBookEntry&) = default;
-    virtual ~clsBookEntry() = default;
 
     // The book order: keys compared as unsigned numbers.
-    virtual bool Equal(const clsBookEntry& other) const;
-    virtual bool Greater(const clsBookEntry& other) const;
+    bool Equal(const clsBookEntry& other) const;
+    bool Greater(const clsBookEntry& other) const;
 
     uint64_t Games() const;
     // Half the games, truncated: what the limit of saving and loading is compared with.
@@ -45,12 +42,17 @@ public:
 
     clsBookEntryExt(const clsBookEntry& entry, const nuvobase::clsString& move);
 
-    bool Equal(const clsBookEntry& other) const override;
-    bool Greater(const clsBookEntry& other) const override;
+    bool Equal(const clsBookEntryExt& other) const;
+    bool Greater(const clsBookEntryExt& other) const;
 };
 
 // Order of two entry pointers for searching and sorting: a null pointer comes
-// before everything, then the entries' own Equal and Greater decide.
-int CompareBookEntries(const clsBookEntry* left, const clsBookEntry* right);
+// before everything, then the entries' own Equal and Greater decide (keys for
+// book entries, scores for moves).
+template <class Entry> int CompareBookEntries(const Entry* left, const Entry* right) {
+    if (left == nullptr || right == nullptr) return (left != nullptr) - (right != nullptr);
+    if (left->Equal(*right)) return 0;
+    return left->Greater(*right) ? 1 : -1;
+}
 
 } // namespace nvoChess

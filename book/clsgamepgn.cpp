@@ -17,26 +17,36 @@ bool IsDigit(char c) {
     return std::isdigit(static_cast<unsigned char>(c)) != 0;
 }
 
-// The move text as one line: line ends become blanks, runs of blanks shrink, check and mate signs go.
+// The move text as one line: line ends become blanks, check and mate signs go, and every run of blanks
+// shrinks as two passes that halve it would leave it: n blanks become n / 4, rounded up. The signs go
+// after the runs have shrunk, so a sign between two runs keeps them apart. One pass in place.
 void CleanMoveText(clsString& moves) {
-    moves.ReplaceAll("\n", " ");
-    moves.ReplaceAll("\r", " ");
-    moves.ReplaceAll("  ", " ");
-    moves.ReplaceAll("  ", " ");
-    moves.ReplaceAll("+", "");
-    moves.ReplaceAll("#", "");
+    char* text = moves.Data();
+    const int size = moves.Size();
+    int kept = 0;
+    for (int i = 0; i < size;) {
+        const auto isBlank = [&](int at) { return text[at] == ' ' || text[at] == '\n' || text[at] == '\r'; };
+        if (!isBlank(i)) {
+            if (text[i] != '+' && text[i] != '#') text[kept++] = text[i];
+            ++i;
+            continue;
+        }
+        int run = 0;
+        for (; i < size && isBlank(i); ++i) ++run;
+        for (int blank = 0; blank < (run + 3) / 4; ++blank) text[kept++] = ' ';
+    }
+    moves.SetLength(kept);
 }
 
-// The next token from position: a number runs up to the next '.', anything else up to the next blank. The
-// position moves behind the separator; the token is trimmed of blanks and may be empty.
-clsString NextToken(const clsString& moves, int& position) {
+// The next token from position into token: a number runs up to the next '.', anything else up to the next
+// blank. The position moves behind the separator; the token is trimmed of blanks and may be empty.
+void NextToken(const clsString& moves, int& position, clsString& token) {
     const int start = position;
     int end = moves.Find(IsDigit(moves.Text()[start]) ? '.' : ' ', start);
     if (end < 0) end = moves.Size();
     position = end + 1;
-    clsString token = moves.Mid(start, end - start);
+    token.Assign(moves.Text() + start, end - start);
     token.Trim(' ', true);
-    return token;
 }
 
 // The nodes a generation at the root and a legality test of its moves use.
@@ -90,10 +100,11 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
     core.SetPosition(clsString());
     PlyCount = 0;
     bool replayEnded = false;
+    clsString token, comment;
     for (int position = 0; position < moves.Size();) {
         if (maxPlies != 0 && PlyCount >= maxPlies) return;
         const bool number = IsDigit(moves.Text()[position]);
-        const clsString token = NextToken(moves, position);
+        NextToken(moves, position, token);
         if (token.IsEmpty()) continue;
         if (number) {
             if (token == "1-0" || token == "0-1" || token == "1/2-1/2")
@@ -103,11 +114,11 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
             continue;
         }
         if (token.Text()[0] == '{') {
-            clsString comment = token;
+            comment = token;
             if (comment.Text()[comment.Size() - 1] != '}') {
                 int close = moves.Find('}', position);
                 if (close < 0) close = moves.Size();
-                comment.Append(' ').Append(moves.Mid(position, close - position));
+                comment.Append(' ').Append(moves.Text() + position, close - position);
                 position = close + 1;
             }
             comment.RemoveChar('{').RemoveChar('}').Trim(' ', true);

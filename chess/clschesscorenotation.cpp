@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
 
 #include "chess/bits.h"
 #include "chess/clschesscore.h"
@@ -97,37 +100,82 @@ clsString CoordinatesOf(const char* candidate) {
 
 } // namespace
 
+namespace {
+
+// The text SanToPattern works on: the trimmed SAN and the few marks it inserts, on the stack for any text a
+// move can have, since a PGN reader turns every move into a pattern.
+class clsPatternText {
+public:
+    explicit clsPatternText(const clsString& san) {
+        const char* text = san.Text();
+        int first = 0, last = san.Size();
+        while (first < last && text[first] == ' ') ++first;
+        while (last > first && text[last - 1] == ' ') --last;
+        if (last - first + InsertedMost > int(sizeof Local)) {
+            Large = std::make_unique<char[]>(size_t(last - first + InsertedMost));
+            Buffer = Large.get();
+        }
+        for (int i = first; i < last; ++i)
+            if (text[i] != '+' && text[i] != '#') Buffer[Length++] = text[i];
+    }
+
+    int Size() const { return Length; }
+    char At(int index) const { return index >= 0 && index < Length ? Buffer[index] : '\0'; }
+    bool Has(char c) const { return std::find(Buffer, Buffer + Length, c) != Buffer + Length; }
+    bool Is(std::string_view word) const {
+        return std::equal(Buffer, Buffer + Length, word.begin(), word.end(),
+                          [](char left, char right) { return LowerCase(left) == LowerCase(right); });
+    }
+    // An insertion behind the end changes nothing.
+    void Insert(int position, std::string_view text) {
+        if (position < 0 || position > Length) return;
+        std::memmove(Buffer + position + text.size(), Buffer + position, size_t(Length - position));
+        std::memcpy(Buffer + position, text.data(), text.size());
+        Length += int(text.size());
+    }
+    clsString Text() const { return clsString().Assign(Buffer, Length); }
+
+private:
+    // SanToPattern adds at most this many characters.
+    static constexpr int InsertedMost = 8;
+    char Local[32];
+    std::unique_ptr<char[]> Large;
+    char* Buffer = Local;
+    int Length = 0;
+};
+
+} // namespace
+
 clsString SanToPattern(const clsString& san) {
-    clsString s(san);
-    s.Trim().RemoveChar('+').RemoveChar('#');
-    if (s.IsEmpty()) return s;
-    if (s == "O-O") return clsString("Ke?-g?");
-    if (s == "O-O-O") return clsString("Ke?-c?");
-    if (At(s, 0) == 'O') return clsString();
-    const bool promotion = s.Find('=') >= 0;
+    clsPatternText s(san);
+    if (s.Size() == 0) return clsString();
+    if (s.Is("O-O")) return clsString("Ke?-g?");
+    if (s.Is("O-O-O")) return clsString("Ke?-c?");
+    if (s.At(0) == 'O') return clsString();
+    const bool promotion = s.Has('=');
     if (s.Size() == 2 || promotion)
-        s.Insert(0, 'P');
-    else if (!IsCapital(At(s, 0)))
-        s.Insert(0, '?');
+        s.Insert(0, "P");
+    else if (!IsCapital(s.At(0)))
+        s.Insert(0, "?");
     // The origin: "??" where SAN gives neither file nor rank, "?" for the one it leaves out.
-    if ((s.Size() == 3 && At(s, 1) != 'x') || (promotion && s.Size() <= 5)) {
+    if ((s.Size() == 3 && s.At(1) != 'x') || (promotion && s.Size() <= 5)) {
         s.Insert(1, "??");
-    } else if (At(s, 1) == 'x') {
+    } else if (s.At(1) == 'x') {
         s.Insert(1, "??");
     } else {
-        if (!IsFile(At(s, 1))) s.Insert(1, '?');
-        if (At(s, 2) == 'x' || !IsRank(At(s, 2))) s.Insert(2, '?');
+        if (!IsFile(s.At(1))) s.Insert(1, "?");
+        if (s.At(2) == 'x' || !IsRank(s.At(2))) s.Insert(2, "?");
     }
     int target = 4;
-    if (s.Size() < 3 || (At(s, 3) != 'x' && At(s, 3) != '-')) {
-        s.Insert(3, '-');
-    } else if (At(s, 3) == 'x') {
-        if (!IsCapital(At(s, 4))) s.Insert(4, '?');
+    if (s.Size() < 3 || (s.At(3) != 'x' && s.At(3) != '-')) {
+        s.Insert(3, "-");
+    } else if (s.At(3) == 'x') {
+        if (!IsCapital(s.At(4))) s.Insert(4, "?");
         target = 5;
     }
-    if (!IsFile(At(s, target))) s.Insert(target, '?');
-    if (!IsRank(At(s, target + 1))) s.Insert(target + 1, '?');
-    return s;
+    if (!IsFile(s.At(target))) s.Insert(target, "?");
+    if (!IsRank(s.At(target + 1))) s.Insert(target + 1, "?");
+    return s.Text();
 }
 
 bool clsChessCore::SetPosition(const clsString& fen) {

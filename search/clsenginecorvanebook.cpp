@@ -76,7 +76,8 @@ int clsEngineCorvane::GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& 
                 list.Add(new clsBookEntryExt(*entry, MoveText(move, true)));
         RestoreBoard(node);
     }
-    if (list.Count > 1) nuvobase::QuickSortPointers(list.Items, 0, list.Count - 1, CompareBookEntries);
+    if (list.Count > 1)
+        nuvobase::QuickSortPointers(list.Items, 0, list.Count - 1, CompareBookEntries<clsBookEntryExt>);
     return list.Count;
 }
 

@@ -3,7 +3,6 @@
 #include <sys/mman.h>
 
 #include <bit>
-#include <cstdlib>
 
 #include "nuvobase/platform.h"
 
@@ -14,8 +13,9 @@ clsEngineShare::~clsEngineShare() {
 }
 
 void clsEngineShare::FreeTable() {
-    std::free(TTSlots);
+    if (TTSlots != nullptr) munmap(TTSlots, TTMapped);
     TTSlots = nullptr;
+    TTMapped = 0;
     TTCount = 0;
     TTBytes = 0;
 }
@@ -29,8 +29,10 @@ clsTT* clsEngineShare::AllocateSlots(uint64_t n) {
     // table beyond the machine's memory fails here like any other allocation, and a smaller one is tried.
     const uint64_t physical = nuvobase::PhysicalMemoryBytes();
     if (physical != 0 && bytes > physical) return nullptr;
-    void* memory = nullptr;
-    if (posix_memalign(&memory, bytes >= LargePage ? LargePage : 64, bytes) != 0) return nullptr;
+    // Fresh anonymous pages read as zero, an empty table, and the system supplies them only as searches
+    // write to them: a process that never searches, such as one building books, holds no table memory.
+    void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) return nullptr;
     if (bytes >= LargePage) madvise(memory, bytes, MADV_HUGEPAGE); // only advice: failure changes nothing
     return static_cast<clsTT*>(memory);
 }
@@ -43,14 +45,16 @@ void clsEngineShare::ResizeTable(int64_t megabytes) {
     for (uint64_t n = std::bit_floor(TTBytes / sizeof(clsTT)); n > 1; n /= 2) {
         TTSlots = AllocateSlots(n);
         if (!TTSlots) continue;
+        TTMapped = n * sizeof(clsTT);
         TTCount = n / 2;
-        ClearTable();
         return;
     }
 }
 
 void clsEngineShare::ClearTable() {
-    for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
+    // Giving the pages back makes them read as zero again, and costs no writing of the whole table.
+    if (TTSlots != nullptr && madvise(TTSlots, TTMapped, MADV_DONTNEED) != 0)
+        for (uint64_t i = 0; i < TTCount; ++i) TTSlots[i] = clsTT{};
 }
 
 } // namespace nvoChess

@@ -66,7 +66,7 @@ public:
 
     // Frees the table and, for a positive size, allocates the largest power of
     // two of slots that fits into the megabytes, halving it while allocation
-    // fails; half of the slots are addressed and cleared. 0 means no table.
+    // fails; half of the slots are addressed. 0 means no table.
     void ResizeTable(int64_t megabytes);
     // Empties every slot in use, as a new table is.
     void ClearTable();
@@ -80,12 +80,14 @@ public:
     clsTT* TTSlots = nullptr;
 
 protected:
-    // Allocation of n slots, freed by std::free; null when it fails. Tests
-    // replace it.
+    // Allocation of n zeroed slots, mapped from the system and unmapped by the
+    // table; null when it fails. Tests replace it.
     virtual clsTT* AllocateSlots(uint64_t n);
 
 private:
     void FreeTable();
+
+    uint64_t TTMapped = 0; // bytes of the mapping behind TTSlots
 };
 
 } // namespace nvoChess

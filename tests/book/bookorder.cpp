@@ -32,9 +32,9 @@ TEST(BookOrder, CompareBookEntries) {
     EXPECT_EQ(CompareBookEntries(&low, &high), -1);
     EXPECT_EQ(CompareBookEntries(&high, &low), 1);
     EXPECT_EQ(CompareBookEntries(&high, &high), 0);
-    EXPECT_EQ(CompareBookEntries(nullptr, &low), -1);
-    EXPECT_EQ(CompareBookEntries(&low, nullptr), 1);
-    EXPECT_EQ(CompareBookEntries(nullptr, nullptr), 0);
+    EXPECT_EQ(CompareBookEntries<clsBookEntry>(nullptr, &low), -1);
+    EXPECT_EQ(CompareBookEntries<clsBookEntry>(&low, nullptr), 1);
+    EXPECT_EQ(CompareBookEntries<clsBookEntry>(nullptr, nullptr), 0);
 }
 
 // Random inserts against a map, in books small enough for the linear walk and
