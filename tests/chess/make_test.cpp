@@ -101,9 +101,20 @@ TEST(ChessMake, GameStatus) {
     EXPECT_EQ(WhiteMated, 0x1Au);
     EXPECT_EQ(BlackMated, 0x16u);
 
-    // After a game move the only answers may be en passant: that is no mate.
-    const auto core = CoreAt("8/3B4/p7/k2N4/p1p5/8/1P6/7K w - - 0 1");
-    ASSERT_TRUE(core->MakeMoveText(clsString("b2b4")));
-    EXPECT_EQ(core->GameStatus(), GameOn);
-    EXPECT_EQ(core->Perft(1, false), 2u);
+    // After a game move: the only answers may be en passant, which is no mate; a capture leaves too little.
+    const struct {
+        const char *Fen, *Move;
+        uint32_t Status;
+    } moves[] = {{"8/3B4/p7/k2N4/p1p5/8/1P6/7K w - - 0 1", "b2b4", GameOn},
+                 {"4k3/8/8/8/8/8/3r4/3NK3 w - - 0 1", "e1d2", InsufficientMaterial},
+                 {"4k3/8/8/8/8/8/3r4/2NNK3 w - - 0 1", "e1d2", GameOn},
+                 {"7k/8/6QK/8/8/8/8/8 w - - 0 1", "g6g7", BlackMated}};
+    for (const auto& c : moves) {
+        const auto core = CoreAt(c.Fen);
+        ASSERT_TRUE(core->MakeMoveText(clsString(c.Move))) << c.Fen;
+        EXPECT_EQ(core->GameStatus(), c.Status) << c.Fen;
+        if (c.Move == std::string("b2b4")) {
+            EXPECT_EQ(core->Perft(1, false), 2u);
+        }
+    }
 }

@@ -8,7 +8,6 @@
 
 #include <unistd.h>
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -25,7 +24,7 @@ uint64_t Bit(int index) {
     return uint64_t(1) << index;
 }
 
-const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+const char* Fen = "r3k2r/8/2n5/8/4P3/8/8/R3K2R w KQkq - 0 1";
 
 } // namespace
 
@@ -55,10 +54,9 @@ TEST(EngineInterface, SetClockMapsColoursBySide) {
     }
 }
 
-TEST(EngineInterface, SquaresAndTheirText) {
+TEST(EngineInterface, SquaresAndMoveTexts) {
     RecordingEngine engine;
     EXPECT_EQ(engine.TextToSquare("h1"), Bit(0));
-    EXPECT_EQ(engine.TextToSquare("a1"), Bit(7));
     EXPECT_EQ(engine.TextToSquare("a8"), Bit(63));
     EXPECT_EQ(engine.TextToSquare("e4xyz"), Bit(27));
     for (const char* bad : {"i9", "i1", "a9", "a0", "E2", "", "e", " e2", "2e"})
@@ -68,59 +66,38 @@ TEST(EngineInterface, SquaresAndTheirText) {
         EXPECT_EQ(text.Size(), 2);
         EXPECT_EQ(engine.TextToSquare(text), Bit(index)) << text.Text();
     }
-}
-
-TEST(EngineInterface, MakeMoveTextReadsSquaresAndPromotion) {
-    RecordingEngine engine;
     for (const char* text : {"e7e8=q", "e7e8q", "e2e4", "e2", "", "e7e8=", "zzzz"})
         EXPECT_TRUE(engine.MakeMoveText(text));
     using Move = RecordingEngine::Move;
-    const std::vector<Move> expected = {
-        {Bit(51), Bit(59), 'q'},
-        {Bit(51), Bit(59), 'q'},
-        {Bit(11), Bit(27), 0},
-        {Bit(11), 0, 0},
-        {0, 0, 0},
-        {Bit(51), Bit(59), 0},
-        {0, 0, 0},
-    };
-    EXPECT_EQ(engine.Moves, expected);
+    EXPECT_EQ(engine.Moves, (std::vector<Move>{{Bit(51), Bit(59), 'q'},
+                                               {Bit(51), Bit(59), 'q'},
+                                               {Bit(11), Bit(27), 0},
+                                               {Bit(11), 0, 0},
+                                               {0, 0, 0},
+                                               {Bit(51), Bit(59), 0},
+                                               {0, 0, 0}}));
 }
 
-TEST(EngineInterface, BoardTextOfAPosition) {
-    RecordingEngine engine;
-    engine.SetPosition("r3k2r/8/2n5/8/4P3/8/8/R3K2R b KQkq e3 0 1");
-    EXPECT_STREQ(engine.BoardText().Text(), "r---k--r\r\n--------\r\n--n-----\r\n--------\r\n"
-                                            "----P---\r\n--------\r\n--------\r\nR---K--R");
-    engine.SetPosition("");
-    EXPECT_TRUE(engine.BoardText().IsEmpty());
-}
-
-TEST(EngineInterface, InfoSpeaksTheDialectOfTheProtocol) {
+TEST(EngineInterface, RemarksAndTheBoardInTheDialectOfTheProtocol) {
     CapturedOutput captured;
     RecordingEngine engine(&captured.Output);
     engine.Info("hello");
-    engine.Protocol = clsEngineInterface::Uci;
-    engine.Info("there");
     engine.Protocol = 2;
     engine.Info("nobody");
-    EXPECT_EQ(captured.Text(), "# hello\ninfo string there\n");
-
+    engine.Protocol = clsEngineInterface::Uci;
+    engine.SetPosition(Fen);
+    EXPECT_STREQ(engine.BoardText().Text(), "r---k--r\r\n--------\r\n--n-----\r\n--------\r\n"
+                                            "----P---\r\n--------\r\n--------\r\nR---K--R");
+    engine.PrintBoard();
+    EXPECT_EQ(captured.Text(), "# hello\ninfo string r---k--r\ninfo string --------\ninfo string --n-----\n"
+                               "info string --------\ninfo string ----P---\ninfo string --------\n"
+                               "info string --------\ninfo string R---K--R\n"
+                               "info string white [" +
+                                   std::string(Fen) + "]\ninfo string \n");
+    engine.SetPosition("");
+    EXPECT_TRUE(engine.BoardText().IsEmpty());
     RecordingEngine silent;
     silent.Info("no output at all");
-}
-
-TEST(EngineInterface, PrintBoardWritesRanksSideAndFen) {
-    CapturedOutput captured;
-    RecordingEngine engine(&captured.Output);
-    engine.Protocol = clsEngineInterface::Uci;
-    engine.SetPosition(StartFen);
-    engine.PrintBoard();
-    EXPECT_EQ(captured.Text(), "info string rnbqkbnr\ninfo string pppppppp\ninfo string --------\n"
-                               "info string --------\ninfo string --------\ninfo string --------\n"
-                               "info string PPPPPPPP\ninfo string RNBQKBNR\n"
-                               "info string white [" +
-                                   std::string(StartFen) + "]\ninfo string \n");
 }
 
 namespace {
