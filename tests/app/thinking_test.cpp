@@ -15,10 +15,6 @@ using nvoChess::clsChessApplication;
 
 namespace {
 
-std::string Text(const clsString& text) {
-    return text.Text();
-}
-
 // An application whose replies and engine remarks go to a captured output.
 struct CapturedApplication {
     explicit CapturedApplication(const nuvobase::clsStrings& arguments = nuvobase::clsStrings())
@@ -67,21 +63,13 @@ TEST(MoveAllowance, SharesTheClockOverTheMovesLeft) {
             << row.Clock << " " << row.Control << " " << row.Move;
 }
 
-TEST(ThreadedStartThinking, FirstSearchAtTheStartValues) {
-    CapturedApplication app;
-    app.Application.Engine->MakeMoveText(clsString("e2e4"));
-    const std::string position = Text(app.Application.Engine->GetPosition());
-    EXPECT_EQ(app.Think(), 7498);
-    // At construction the engine speaks XBoard, so the remark has the XBoard mark.
-    const std::string text = app.Captured.Text();
-    EXPECT_NE(text.find("# moves 0/0 - time 7498/300000 ms\n"), std::string::npos) << text;
-    // The position searched is published.
-    EXPECT_EQ(Text(app.Application.GetFen()), position);
-}
-
 TEST(ThreadedStartThinking, TimeControlBookkeeping) {
     CapturedApplication app;
     clsChessApplication& a = app.Application;
+    // The first search at the start values; the position searched is published.
+    a.Engine->MakeMoveText(clsString("e2e4"));
+    EXPECT_EQ(app.Think(), 7498);
+    EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
     a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
     a.MovesPerControl = 40;
     a.BaseTimeMs = 60000;
@@ -94,7 +82,9 @@ TEST(ThreadedStartThinking, TimeControlBookkeeping) {
     a.Engine->MoveNumber = 45;
     EXPECT_EQ(app.Think(), 9728);
     EXPECT_EQ(a.EngineTimeMs, 360000);
+    // At construction the engine speaks XBoard, so the first remark has the XBoard mark.
     const std::string text = app.Captured.Text();
+    EXPECT_NE(text.find("# moves 0/0 - time 7498/300000 ms\n"), std::string::npos) << text;
     EXPECT_NE(text.find("info string moves 0/40 - time 8570/360000 ms\n"), std::string::npos) << text;
     EXPECT_NE(text.find("info string moves 5/40 - time 9728/360000 ms\n"), std::string::npos) << text;
 }

@@ -1,10 +1,15 @@
-// The XBoard front end driven line by line: replies, clocks, sides and the game's history.
+// The XBoard front end driven line by line: replies, clocks, sides and the game's history; and the console
+// commands as a user types them, whose replies the end-to-end console test checks: here the state behind
+// them.
 #include "xboard_fixture.h"
 
+#include "book/clsbookentry.h"
 #include "nuvobase/clsstring.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <unistd.h>
 
 namespace nvoChess {
 namespace {
@@ -142,6 +147,42 @@ TEST_F(XBoardTest, CountingAndBook) {
     EXPECT_EQ(std::string(App.GetFen().Text()), Position());
 
     EXPECT_EQ(Send("bk"), (Lines{" no book moves found", "", ""}));
+}
+
+using ConsoleTest = XBoardTest;
+
+// The board after the moves and the history that ignores them are checked end to end.
+TEST_F(ConsoleTest, MovesLeaveThePublishedPosition) {
+    const clsString published = App.GetFen();
+    Send("\\moves", "e2:e4");
+    EXPECT_NE(Position(), std::string(published.Text()));
+    EXPECT_TRUE(App.GetFen() == published);
+}
+
+TEST_F(ConsoleTest, BookLimitOnSave) {
+    // One folder per process: ctest runs the tests side by side.
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("corvane_console_test_" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string book = (folder / "b.cbk").string();
+    // Weights are half the games: 1, 3 and 5; a limit of 3 keeps the last two.
+    App.Engine->Book.Add(new clsBookEntry(11, 1, 1, 0));
+    App.Engine->Book.Add(new clsBookEntry(22, 2, 2, 2));
+    App.Engine->Book.Add(new clsBookEntry(33, 5, 5, 0));
+    EXPECT_EQ(Send("\\savebook", (book + " 3").c_str()), (Lines{"# wait...", "# book " + book + " saved"}));
+    App.Engine->Book.Clear();
+    EXPECT_EQ(Send("\\LOADBOOK", book.c_str()),
+              (Lines{"# wait...", "# book " + book + " loaded with 2 positions"}));
+    EXPECT_EQ(App.Engine->Book.Count, 2);
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(ConsoleTest, EngineSwitchKeepsStateAndSpeaksXBoard) {
+    App.State = clsChessApplication::StateEngineBlack;
+    App.Engine->Protocol = clsEngineInterface::Uci;
+    EXPECT_EQ(App.HandleUci(clsString("\\VESKO"), clsString()), 0);
+    EXPECT_EQ(App.Engine->Protocol, clsEngineInterface::XBoard);
+    EXPECT_EQ(App.State, clsChessApplication::StateEngineBlack);
 }
 
 } // namespace
