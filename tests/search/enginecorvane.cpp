@@ -1,3 +1,4 @@
+// Corvane behind the engine interface: its soul, its book, the search thread and the table it marks.
 #include "search/clsenginecorvane.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include <thread>
 
 #include "chess/keys.h"
+#include "match/capturedoutput.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
@@ -33,10 +35,18 @@ public:
     ~clsCommandLine() { clsEngineCorvane::CommandLine = nuvobase::clsStrings(); }
 };
 
+// The key of the position after the moves from the start, found by a plain core.
+uint64_t KeyAfter(std::initializer_list<const char*> moves) {
+    auto core = std::make_unique<clsChessCore>();
+    core->SetPosition(clsString());
+    for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(clsString(move))) << move;
+    return BoardKey(core->Board);
+}
+
 struct clsEngineFixture {
     explicit clsEngineFixture(const char* fen = nullptr, int64_t tableMb = 1) {
         Share.ResizeTable(tableMb);
-        Engine = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), nullptr);
+        Engine = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), &Captured.Output);
         if (fen) Engine->SetPosition(clsString(fen));
     }
     clsEngineCorvane* operator->() { return Engine.get(); }
@@ -47,7 +57,24 @@ struct clsEngineFixture {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return !Engine->IsRunning();
     }
+    // Waits until the running search has reached the depth; false if it ends or 20 s pass before.
+    bool WaitForDepth(int depth) {
+        for (int i = 0; i < 20000 && Engine->IsRunning() && Engine->SearchDepth.load() < depth; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return Engine->SearchDepth.load() >= depth;
+    }
 
+    void AddBookEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
+        Engine->Book.Add(new clsBookEntry(KeyAfter({move}), wins, losses, draws));
+    }
+    // The coordinate move that PlayBookMove put into BestMove, or empty text.
+    std::string PlayedBookMove() {
+        int score = 0;
+        if (!Engine->PlayBookMove()) return std::string();
+        return Engine->GetBestMoveText(true, score).Text();
+    }
+
+    CapturedOutput Captured;
     clsEngineShare Share;
     std::unique_ptr<clsEngineCorvane> Engine;
 };
@@ -166,8 +193,7 @@ TEST(ThreadedEngineCorvane, RandomWithTimedOrProportionalRunsUntilStopped) {
         clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
         e->Start();
         // Alone, -random would end after depth 2; with either option the search goes on.
-        for (int i = 0; i < 20000 && e->IsRunning() && e->SearchDepth.load() < 6; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        e.WaitForDepth(6);
         EXPECT_TRUE(e->IsRunning()) << option;
         EXPECT_TRUE(e->StopEngine());
         EXPECT_GE(e->SearchDepth, 6);
@@ -199,8 +225,9 @@ TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
 TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     clsEngineFixture e("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
     const clsString fen = e->GetPosition();
+    EXPECT_EQ(e->SetMaxDepth(2), 2); // no limit of this engine's search
     ASSERT_TRUE(e->Start());
-    while (e->SearchDepth.load() < 6) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ASSERT_TRUE(e.WaitForDepth(6));
     EXPECT_TRUE(e->StopEngine());
     EXPECT_FALSE(e->IsRunning());
     int score = 0;
@@ -271,4 +298,55 @@ TEST(EngineCorvane, PlayedMovesMarkTheTable) {
     clsEngineFixture without(nullptr, 0);
     ASSERT_TRUE(without->MakeMoveText(clsString("e2e4")));
     EXPECT_FALSE(without->IsWhiteToMove());
+}
+
+TEST(BookUse, EntriesOfThePositionSortedByScore) {
+    clsEngineFixture e;
+    e.AddBookEntry("e2e4", 3, 1, 0);                                    // score 750
+    e.AddBookEntry("d2d4", 1, 1, 0);                                    // score 500
+    e->Book.Add(new clsBookEntry(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9)); // not a move of this position
+    const clsString before = e->GetPosition();
+
+    nuvobase::clsPCollection<clsBookEntryExt> list;
+    ASSERT_EQ(e->GetBookEntries(list, true), 2);
+    EXPECT_EQ(list.At(0)->Move, "Pd2-d4");
+    EXPECT_EQ(list.At(1)->Move, "Pe2-e4");
+    EXPECT_EQ(list.At(1)->Key, KeyAfter({"e2e4"}));
+    EXPECT_EQ(list.At(1)->Wins, 3u);
+    EXPECT_EQ(list.At(1)->Losses, 1u);
+    EXPECT_EQ(list.At(1)->Draws, 0u);
+    EXPECT_EQ(e->GetPosition(), before);
+
+    // A transposition is a book move too: the position is looked up, not the move order.
+    ASSERT_TRUE(e->MakeMoveText(clsString("g1f3")));
+    ASSERT_TRUE(e->MakeMoveText(clsString("g8f6")));
+    e->Book.Add(new clsBookEntry(KeyAfter({"b1c3", "g8f6", "g1f3"}), 1, 0, 0));
+    ASSERT_EQ(e->GetBookEntries(list, true), 1);
+    EXPECT_EQ(list.At(0)->Move, "Nb1-c3");
+}
+
+TEST(BookUse, MovesAboveTheShareAreChosenUniformly) {
+    clsEngineFixture e;
+    EXPECT_EQ(e.PlayedBookMove(), ""); // empty book: the search runs
+    // Weights are the square roots of the games: 50, 50 and 2, a share of 0.0196, below 0.02.
+    e.AddBookEntry("e2e4", 2500, 0, 0); // the scores differ,
+    e.AddBookEntry("d2d4", 0, 2500, 0); // the weights do not
+    e.AddBookEntry("c2c4", 1, 1, 2);    // too rare to count
+    std::set<std::string> played;
+    for (int i = 0; i < 60; ++i) played.insert(e.PlayedBookMove());
+    EXPECT_EQ(played, (std::set<std::string>{"d2d4", "e2e4"}));
+}
+
+// The listing's lines are checked against the real program by the end-to-end book test; of equal
+// percentages the first listed is the best entry.
+TEST(BookUse, ListingNamesTheFirstOfEqualBestEntries) {
+    clsEngineFixture e;
+    e.AddBookEntry("e2e4", 3, 1, 2);
+    e.AddBookEntry("d2d4", 1, 0, 0); // 100.00%
+    e.AddBookEntry("c2c4", 1, 0, 0); // equal to d2d4 but listed behind it
+    e->ListBookMoves();
+    const std::string text = e.Captured.Text();
+    const std::string best = " Pd2-d4 1 0 0 100.00% <--- best entry\n";
+    ASSERT_GE(text.size(), best.size()) << text;
+    EXPECT_EQ(text.substr(text.size() - best.size()), best) << text;
 }
