@@ -52,7 +52,7 @@ TEST(ChessGenerate, PromotionsInOrder) {
 }
 
 TEST(ChessGenerate, EnPassantFromTheFenField) {
-    // Both pawns may take: the one on the a-side of the pushed pawn comes first, before any other capture.
+    // Both pawns may take: the one on the a-side comes first, before any other capture.
     const auto core = CoreAt("4k3/8/8/2PpP3/8/8/8/4K3 w - d6 0 1");
     core->Generate(-1);
     const Texts texts = ListTexts(*core, true);
@@ -70,12 +70,10 @@ TEST(ChessGenerate, EnPassantFromTheFenField) {
     EXPECT_EQ(fake.From, Square("d7"));
     EXPECT_EQ(fake.To, Square("d5"));
 
-    // Without the field there is no en passant.
+    // Without the field there is no en passant; black takes on a white double push.
     const auto none = CoreAt("4k3/8/8/2PpP3/8/8/8/4K3 w - - 0 1");
     none->Generate(-1);
     EXPECT_EQ(FindMove(*none, "c5d6"), nullptr);
-
-    // Black takes on a white double push.
     const auto black = CoreAt("4k3/8/8/8/3pP3/8/8/4K3 b - e3 0 1");
     black->Generate(-1);
     EXPECT_EQ(ListTexts(*black, true)[0], "Pd4xPe3");
@@ -83,8 +81,7 @@ TEST(ChessGenerate, EnPassantFromTheFenField) {
 
 // Which moves are legal is checked by the perft counts; these cases check records and orders.
 TEST(ChessGenerate, CaptureOrderOfSliders) {
-    // Captures are taken in the order of rays: for a rook h-side, up, a-side, down; for a bishop down-a,
-    // up-a, up-h, down-h.
+    // Rays in order: for a rook h-side, up, a-side, down; for a bishop down-a, up-a, up-h, down-h.
     const auto rook = CoreAt("4k3/8/8/3p4/8/8/8/2pRp1K1 w - - 0 1");
     rook->Generate(-1);
     const Texts rookTexts = ListTexts(*rook, true);

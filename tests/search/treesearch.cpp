@@ -60,19 +60,6 @@ bool SameBoard(const clsBoard& a, const clsBoard& b) {
 
 } // namespace
 
-TEST(TreeSearch, FixedDepthOneIsTheBestStaticValue) {
-    clsSearchFixture s(Start);
-    uint64_t nodes = 99;
-    // g1-f3 and b1-c3 are worth 111 each, more than any other first move.
-    EXPECT_EQ(s->SearchFixedDepth(1, nodes), 111);
-    EXPECT_EQ(nodes, 20u);
-    EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
-    EXPECT_EQ(nodes, 0u);
-    // A walk from the root has alpha 0: a position worse for the mover gives 0.
-    clsSearchFixture down("4k3/8/8/8/8/8/qq6/4K3 w - -");
-    EXPECT_EQ(down->SearchFixedDepth(1, nodes), 0);
-}
-
 TEST(TreeSearch, NodesWithoutMovesReplaceTheirAlpha) {
     struct {
         const char* fen;
@@ -103,8 +90,7 @@ TEST(TreeSearch, CutMarksTheParentsMove) {
     const int32_t best = s->WalkTree(2);
     EXPECT_TRUE(move->Flags & MoveRefuted);
     EXPECT_GE(best, 0);
-    // The first reply refuted: the node went no further than the first stage
-    // that had moves, Black's knight moves.
+    // The first reply refuted: the node went no further than its first stage with moves, the knights'.
     EXPECT_EQ(s->Node[2].Stage, 4);
     EXPECT_EQ(s->Node[2].CurMove, s->Node[2].Moves);
     for (clsMove* m = s->Node[2].Moves; m != s->Node[2].End(); ++m) EXPECT_EQ(m->Piece(), PieceKnight);
@@ -168,8 +154,7 @@ TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
 }
 
 TEST(TreeSearch, RandomChoice) {
-    // -proportional=100: every draw passes, so the first move in list order
-    // that is worth more than -940 is played.
+    // -proportional=100: every draw passes, so the first move in list order worth more than -940 is played.
     clsSearchFixture s(Start);
     s->BeginSearch();
     ASSERT_TRUE(s->PrepareRoot());
@@ -195,8 +180,7 @@ TEST(TreeSearch, RandomChoice) {
 }
 
 TEST(TreeSearch, TableCountsHitsWithoutCutting) {
-    // The same two passes at depth 4 with and without a table: the table's
-    // slots are never deep enough for a cut, so the walks are alike.
+    // With and without a table the walks are alike: its slots are never deep enough for a cut.
     clsSearchFixture with(Start, 1), without(Start, 0);
     for (clsSearchFixture* s : {&with, &without}) {
         (*s)->BeginSearch();
@@ -242,8 +226,7 @@ TEST(TreeSearch, UsableSlotStandsForTheNode) {
 
 namespace {
 
-// Plain minimax over every legal move, by recursion on the same nodes: the
-// value that the walk's alpha-beta must reproduce.
+// Plain minimax over every legal move, on the same nodes: the value the walk's alpha-beta must reproduce.
 int32_t Minimax(clsTreeSearch& s, int32_t depth) {
     clsSimpleNode* const node = s.Current;
     node->SavedBoard = s.Board;
@@ -300,9 +283,12 @@ TEST(TreeSearch, WalkAgreesWithMinimax) {
         }
 }
 
+// Values of whole walks are checked against minimax above.
 TEST(TreeSearch, FixedDepthIgnoresAnEarlierStop) {
     clsSearchFixture s(Start);
-    uint64_t nodes = 0;
+    uint64_t nodes = 99;
+    EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
+    EXPECT_EQ(nodes, 0u);
     const int32_t fresh = s->SearchFixedDepth(3, nodes);
     const uint64_t freshNodes = nodes;
     s->StopFlag = 1; // left by an earlier search
