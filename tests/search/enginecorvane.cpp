@@ -175,31 +175,24 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
                        "engine stopped\n");
 }
 
-TEST(ThreadedEngineCorvane, RandomAloneSearchesDepthTwo) {
-    clsCommandLine line({"-random"});
-    clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-    e->Start(); // may have ended already when it returns
-    ASSERT_TRUE(e.WaitForEnd());
-    EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
-
-    int score = 0;
-    const clsString move = e->GetBestMoveText(false, score);
-    EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
-}
-
-TEST(ThreadedEngineCorvane, RandomWithTimedOrProportionalRunsUntilStopped) {
-    for (const char* option : {"-timed", "-proportional"}) {
-        clsCommandLine line({"-random", option});
+TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportionalRunsOn) {
+    for (const char* option : {"", "-timed", "-proportional"}) {
+        SCOPED_TRACE(option);
+        clsCommandLine line = *option ? clsCommandLine({"-random", option}) : clsCommandLine({"-random"});
         clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
-        e->Start();
-        // Alone, -random would end after depth 2; with either option the search goes on.
-        e.WaitForDepth(6);
-        EXPECT_TRUE(e->IsRunning()) << option;
-        EXPECT_TRUE(e->StopEngine());
-        EXPECT_GE(e->SearchDepth, 6);
+        e->Start(); // may have ended already when it returns
+        if (!*option) {
+            ASSERT_TRUE(e.WaitForEnd());
+            EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
+        } else {
+            e.WaitForDepth(6);
+            EXPECT_TRUE(e->IsRunning());
+            EXPECT_TRUE(e->StopEngine());
+            EXPECT_GE(e->SearchDepth, 6);
+        }
         int score = 0;
         const clsString move = e->GetBestMoveText(false, score);
-        EXPECT_TRUE(e->MakeMoveText(move)) << option << " " << move.Text();
+        EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
     }
 }
 
