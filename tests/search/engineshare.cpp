@@ -118,8 +118,8 @@ TEST(EngineShare, StoreRules) {
     EXPECT_EQ(fresh.TTValue, 70);
     EXPECT_EQ(fresh.TTDepth, 1);
 
-    // A slot taken over after an earlier store keeps its flags and depth -1,
-    // which is never above what is left: it can't be stored to.
+    // A slot taken over after an earlier store keeps its flags and depth -1, which is never above what is
+    // left: it can't be stored to.
     clsTT taken = Slot(5, 3, 10, TTUsable);
     ASSERT_EQ(ProbeTT(taken, 6, 3), eProbe::Miss);
     StoreTT(taken, 44, 0);

@@ -20,8 +20,8 @@ TEST(Soul, TextForms) {
     EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[0])), "Simple5");
     EXPECT_EQ(soul.Text(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
 
-    // Each number is the word up to the next space: the empty word between two
-    // spaces is 0, so is what atoi can't read, and a missing number.
+    // Each number is the word up to the next space: the empty word between two spaces is 0, so is what atoi
+    // can't read, and a missing number.
     EXPECT_EQ(soul.LoadText(clsString("Mine=1 2 3  -4 x5 6\t7")), "Mine");
     EXPECT_EQ(soul.Text(), "1\t2\t3\t0\t-4\t0\t6\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
 
@@ -55,8 +55,8 @@ TEST(Soul, RandomizeDrawsBelow105) {
 }
 
 TEST(Soul, CrossBands) {
-    // All 0 crossed with all 100: 100 is the other's value, 50 the mean, 0 the
-    // own one, anything else a fresh draw. The bands are 60, 8, 30 and 2 in 100.
+    // All 0 crossed with all 100: 100 is the other's value, 50 the mean, 0 the own one, anything else a fresh
+    // draw. The bands are 60, 8, 30 and 2 in 100.
     int counts[4] = {};
     const int trials = 1000;
     for (int i = 0; i < trials; ++i) {
