@@ -104,20 +104,25 @@ TEST(EngineShare, ProbeRules) {
 }
 
 TEST(EngineShare, StoreRules) {
-    clsTT fresh = Slot(5, -1, -15000, 0);
-    StoreTT(fresh, 33, 2);
-    EXPECT_EQ(fresh.TTFlags, TTUsable);
-    EXPECT_EQ(fresh.TTValue, 33);
-    EXPECT_EQ(fresh.TTDepth, 2);
-
-    StoreTT(fresh, 50, 2); // equal depth: not written
-    EXPECT_EQ(fresh.TTValue, 33);
-    StoreTT(fresh, 60, 3); // deeper: not written either
-    EXPECT_EQ(fresh.TTValue, 33);
-    StoreTT(fresh, 70, 1); // the slot holds more depth than is left: written
-    EXPECT_EQ(fresh.TTValue, 70);
-    EXPECT_EQ(fresh.TTDepth, 1);
-
+    // A slot is written when it holds no more depth than is left; the path flag alone blocks a fresh slot; a
+    // played position holds depth 1000 and is overwritten by the search.
+    const struct {
+        clsTT Slot;
+        int32_t Value, Depth;
+        uint32_t Flags;
+        int32_t StoredValue, StoredDepth;
+    } rows[] = {{Slot(5, -1, -15000, 0), 33, 2, TTUsable, 33, 2},
+                {Slot(5, 2, 33, TTUsable), 50, 2, TTUsable, 33, 2},
+                {Slot(5, 2, 33, TTUsable), 60, 3, TTUsable, 33, 2},
+                {Slot(5, 2, 33, TTUsable), 70, 1, TTUsable, 70, 1},
+                {Slot(5, -1, -15000, TTOnPath), 44, 0, TTOnPath, -15000, -1},
+                {Slot(5, TTGameDepth, -52, TTGameHistory), 12, 2, TTUsable, 12, 2}};
+    for (auto row : rows) {
+        StoreTT(row.Slot, row.Value, row.Depth);
+        EXPECT_EQ(row.Slot.TTFlags, row.Flags) << row.Value;
+        EXPECT_EQ(row.Slot.TTValue, row.StoredValue) << row.Value;
+        EXPECT_EQ(row.Slot.TTDepth, row.StoredDepth) << row.Value;
+    }
     // A slot taken over after an earlier store keeps its flags and depth -1, which is never above what is
     // left: it can't be stored to.
     clsTT taken = Slot(5, 3, 10, TTUsable);
@@ -125,16 +130,4 @@ TEST(EngineShare, StoreRules) {
     StoreTT(taken, 44, 0);
     EXPECT_EQ(taken.TTValue, -15000);
     EXPECT_EQ(taken.TTDepth, -1);
-
-    // The path flag alone blocks a store into a fresh slot.
-    clsTT onPath = Slot(5, -1, -15000, TTOnPath);
-    StoreTT(onPath, 44, 0);
-    EXPECT_EQ(onPath.TTValue, -15000);
-
-    // A played position holds depth 1000 and is overwritten by the search.
-    clsTT game = Slot(5, TTGameDepth, -52, TTGameHistory);
-    StoreTT(game, 12, 2);
-    EXPECT_EQ(game.TTFlags, TTUsable);
-    EXPECT_EQ(game.TTValue, 12);
-    EXPECT_EQ(game.TTDepth, 2);
 }
