@@ -6,7 +6,6 @@
 #include "book/clsbookentry.h"
 #include "nuvobase/clsstring.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <unistd.h>
@@ -133,18 +132,7 @@ TEST_F(XBoardTest, OptionsDepthAndMemory) {
     EXPECT_EQ(App.Share.TTBytes, 0u);
 }
 
-TEST_F(XBoardTest, CountingAndBook) {
-    const Lines lines = Send("perft", "3 and more");
-    ASSERT_FALSE(lines.empty());
-    unsigned long long nodes = 0, ms = 0, rate = 0;
-    ASSERT_EQ(
-        std::sscanf(lines.back().c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate), 3)
-        << lines.back();
-    EXPECT_EQ(nodes, 8902u);
-    EXPECT_EQ(rate, nodes * 1000 / (ms + 1));
-    // The position does not change.
-    EXPECT_EQ(std::string(App.GetFen().Text()), Position());
-
+TEST_F(XBoardTest, BookWithoutEntries) {
     EXPECT_EQ(Send("bk"), (Lines{" no book moves found", "", ""}));
 }
 

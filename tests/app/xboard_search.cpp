@@ -6,6 +6,7 @@
 #include "search/clsenginecorvane.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 namespace nvoChess {
@@ -69,10 +70,16 @@ TEST_F(ThreadedXBoard, UserMoveDuringASearchStartsAnother) {
 
 TEST_F(ThreadedXBoard, CountingStopsTheSearchFirst) {
     Think();
-    const Lines lines = Send("perft", "2");
+    const Lines lines = Send("perft", "2 and more");
     EXPECT_FALSE(App.Engine->IsRunning());
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back().rfind("Nodes: 400, Time: ", 0), 0u) << lines.back();
+    unsigned long long nodes = 0, ms = 0, rate = 0;
+    ASSERT_EQ(
+        std::sscanf(lines.back().c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate), 3)
+        << lines.back();
+    EXPECT_EQ(nodes, 400u);
+    EXPECT_EQ(rate, nodes * 1000 / (ms + 1));
+    EXPECT_EQ(std::string(App.GetFen().Text()), App.Engine->GetPosition().Text()); // the board is as it was
 }
 
 struct SelfGameRow {
