@@ -85,11 +85,7 @@ protected:
     }
 
     // The files of game id, without their extension.
-    std::string Stem(int id) const {
-        std::ostringstream name;
-        name << "g" << id;
-        return (Folder / name.str()).string();
-    }
+    std::string Stem(int id) const { return (Folder / "g").string() + std::to_string(id); }
 
     std::filesystem::path Folder;
 };
@@ -135,18 +131,16 @@ TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints
         const std::string pgn = ReadFile(stem + ".pgn"), log = ReadFile(stem + ".log");
         EXPECT_NE(pgn.find("[Result \"" + std::string(row.Result) + "\"]\r\n"), std::string::npos) << pgn;
         EXPECT_NE(log.find("-\tnew match: 'White' vs 'Black'"), std::string::npos) << log;
-        std::ostringstream points;
-        points << "'White' result " << row.WhitePoints;
-        EXPECT_NE(log.find(points.str()), std::string::npos) << log;
+        EXPECT_NE(log.find("'White' result " + std::to_string(row.WhitePoints)), std::string::npos) << log;
     }
     // The position after 1...g8f6 stands for the fourth time after fourteen plies; the third time went on.
-    EXPECT_NE(ReadFile(Folder / "g1.pgn").find("\r\n\r\n1. g1f3 g8f6 2. f3g1 f6g8 3. g1f3"),
-              std::string::npos);
-    EXPECT_NE(ReadFile(Folder / "g1.pgn").find("7. g1f3 g8f6 "), std::string::npos);
-    EXPECT_EQ(ReadFile(Folder / "g1.pgn").find("8. "), std::string::npos);
+    const std::string repeated = ReadFile(Stem(1) + ".pgn");
+    EXPECT_NE(repeated.find("\r\n\r\n1. g1f3 g8f6 2. f3g1 f6g8 3. g1f3"), std::string::npos);
+    EXPECT_NE(repeated.find("7. g1f3 g8f6 "), std::string::npos);
+    EXPECT_EQ(repeated.find("8. "), std::string::npos);
     // A ponder move is cut off before the move reaches the referee and the file.
-    EXPECT_EQ(ReadFile(Folder / "g9.pgn").find("ponder"), std::string::npos);
-    EXPECT_NE(ReadFile(Folder / "g8.pgn").find("[Forfeit_ms \""), std::string::npos);
+    EXPECT_EQ(ReadFile(Stem(9) + ".pgn").find("ponder"), std::string::npos);
+    EXPECT_NE(ReadFile(Stem(8) + ".pgn").find("[Forfeit_ms \""), std::string::npos);
     EXPECT_NE(output.Text().find("#\tG8\tB\tBlack forfeits on time ("), std::string::npos);
     running.clear();
     int status = 0;
