@@ -127,14 +127,6 @@ TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
     }
 }
 
-TEST(VeskoCore, CountDepthIsCutAt124) {
-    TestBlock engine;
-    engine.SetFen("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1"); // mated: the count ends at once
-    engine.Count(200);
-    EXPECT_EQ(engine.Block->Depth, 124);
-    EXPECT_EQ(engine.Block->PlyCounts[0], 0u);
-}
-
 TEST(VeskoCore, PositionTextRoundTrip) {
     TestBlock engine;
     engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
@@ -150,13 +142,18 @@ TEST(VeskoCore, PositionTextRoundTrip) {
     EXPECT_EQ(engine.Fen(), "8/8/8/8/8/8/8/8 w - -");
 }
 
-TEST(VeskoCore, ReadsAFullUnterminatedTextField) {
+TEST(VeskoCore, HostileBlocksStayInBounds) {
     TestBlock engine;
     std::memset(engine.Block->Text, 'Q', sizeof engine.Block->Text);
     engine.Run(VeskoCommandSetPosition);
     EXPECT_EQ(engine.Fen(), "QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ w - -");
     engine.Count(2);
     EXPECT_EQ(engine.Block->PlyCounts[0], 0u); // white has no free square, black no men
+    // A count deeper than the node stack is cut; a mated side ends it at once.
+    engine.SetFen("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1");
+    engine.Count(200);
+    EXPECT_EQ(engine.Block->Depth, 124);
+    EXPECT_EQ(engine.Block->PlyCounts[0], 0u);
 }
 
 // Leaf values worked out by hand from the weights. White: Kh1 Rb6 pawns a2 c2 d2 h3 g6; black: Kh8 Na5
