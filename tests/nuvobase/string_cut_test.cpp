@@ -1,8 +1,7 @@
-// clsString: substrings, deleting, trimming, replacing and reading words.
+// clsString: substrings, deleting, trimming and replacing.
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "nuvobase/clsstring.h"
 #include "rows.h"
@@ -73,30 +72,4 @@ TEST(StringCut, ReplaceAll) {
     clsString self("abab");
     self.ReplaceAll(self.Text() + 2, "X");
     EXPECT_EQ(Bytes(self), "XX");
-}
-
-TEST(StringCut, NextWord) {
-    // The words NextWord returns, each with the position after it.
-    using List = std::vector<std::pair<std::string, int>>;
-    auto words = [](const char* text, char separator, bool quoted, bool skipEmpty) {
-        List words;
-        clsString s(text);
-        for (int position = 0; position >= 0;) {
-            clsString word = s.NextWord(separator, position, quoted, skipEmpty);
-            words.emplace_back(Bytes(word), position);
-        }
-        return words;
-    };
-    EXPECT_EQ(words("a b  c ", ' ', false, false), (List{{"a", 2}, {"b", 4}, {"", 5}, {"c", -1}}));
-    EXPECT_EQ(words("a b  c ", ' ', false, true), (List{{"a", 2}, {"b", 4}, {"c", -1}}));
-    EXPECT_EQ(words("x 'a b' \"c d\" e", ' ', true, false),
-              (List{{"x", 2}, {"'a b'", 8}, {"\"c d\"", 14}, {"e", -1}}));
-    EXPECT_EQ(words("x 'a b'", ' ', false, false), (List{{"x", 2}, {"'a", 5}, {"b'", -1}}));
-    EXPECT_EQ(words("it\"s x", ' ', true, false), (List{{"it\"s", 5}, {"x", -1}}));
-    EXPECT_EQ(words(",,", ',', false, true), (List{{"", -1}}));
-    EXPECT_EQ(words("", ',', false, false), (List{{"", -1}}));
-
-    int position = 7;
-    EXPECT_EQ(Bytes(clsString("abc").NextWord(' ', position)), "");
-    EXPECT_EQ(position, -1);
 }
