@@ -97,16 +97,14 @@ TEST(CList, AddCopiesAndGetAtReturnsValues) {
 }
 
 TEST(CList, SetTextCutsAndGetTextJoins) {
-    // SetText empties the list first; the last piece ends at the end of the text; trim trims both ends.
-    // Numbers are read as atoi and ToUInt64 read them, and written in decimal.
+    // SetText empties the list first; numbers are read as atoi and ToUInt64 read them.
     auto cut = [](auto list, const char* text, bool trim) {
         list.SetText(clsString(text), ',', trim);
         return clsString(list.Count, 1).Append(":").Append(list.GetText("|"));
     };
     clsCStrings old, texts;
     old.Add("old");
-    // GetText from first to last (-1 or beyond the end: the last), quoted on request; null elements are
-    // skipped with their separators.
+    // GetText from first to last (-1 or beyond the end: the last); null elements lose their separators.
     texts.SetText(clsString("a;b;it's;d"), ';', false);
     texts.Add(static_cast<clsString*>(nullptr));
     texts.Add("e");
@@ -121,8 +119,7 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
 }
 
 TEST(Strings, SetValueAndCaseInsensitiveLookups) {
-    // SetValue replaces the value and keeps the first spelling of the name; without replace a second entry
-    // of the same name is added, and lookups give the first.
+    // A replaced value keeps the first spelling of the name; without replace, lookups give the first entry.
     clsStrings table;
     CheckRows<int>({ROW(table.SetValue("Hash", "32"), 0), ROW(table.SetValue("Threads", "1"), 1),
                     ROW(table.SetValue("HASH", "64"), 0), ROW(table.Count, 2),
@@ -137,10 +134,7 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
 }
 
 TEST(Strings, SplitAndJoin) {
-    // The last entry runs to the end of the text, even an empty one. trim skips the leading spaces of an
-    // entry (so repeated spaces as separators make one cut) and trims names and values. Only with quoted
-    // does a separator inside single quotes stay in its entry. Mode 2 cuts name=value at the first '=';
-    // mode 3 keeps the whole entry as the value, named by what stands before the first '=' outside quotes.
+    // trim makes repeated spaces one cut; mode 3 names the whole entry by what precedes '=' outside quotes.
     CheckRows<std::string>(
         {TEXT(Split("a,b,,c", ','), "a|b||c"), TEXT(Split("d,", ','), "d|"), TEXT(Split("", ','), ""),
          TEXT(Split("  a , b c ,", ',', clsStrings::SplitPlain, true), "a|b c|"),

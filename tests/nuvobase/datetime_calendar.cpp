@@ -73,10 +73,7 @@ TEST(DateTime, TextsAndParse) {
                             TEXT(date.TimeText(), "04:05:06.007"), TEXT(clsDateTime().SortableDate(), ""),
                             TEXT(clsDateTime().Text(), "")});
 
-    // In order: two-digit years pivot at 40, three digits do not; '-' works as '/', and ddmmyy goes without
-    // marks; hour and minute end at ':', seconds and thousandths at a space, and '.' works as ':';
-    // the ISO-like form; a text without '/' (after the rules above) is a day number, but six characters
-    // read as ddmmyy; nothing, or nonsense.
+    // Two-digit years pivot at 40; a text without '/' is a day number, but six characters read as ddmmyy.
     CheckRows<std::string>(
         {ROW(Parsed("24/12/39"), "24/12/2039"), ROW(Parsed("24/12/40"), "24/12/1940"),
          ROW(Parsed("24/12/100"), "24/12/0100"), ROW(Parsed("24-12-99"), "24/12/1999"),

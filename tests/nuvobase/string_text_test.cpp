@@ -75,9 +75,7 @@ TEST(StringCut, ReplaceAllSizesTheBuffer) {
 }
 
 TEST(StringText, Presentation) {
-    // Unquote takes only a text enclosed in the quote asked for (either one by default) and keeps a single
-    // inner quote; UnescapeC reads octal only as three digits and leaves a backslash at the end; case
-    // changes touch ASCII letters only; Reverse moves a short last group to the front.
+    // UnescapeC reads octal only as three digits; case changes touch ASCII letters only.
     CheckRows<std::string>(
         {TEXT(clsString("it's").Quote('\''), "'it''s'"), TEXT(clsString().Quote('"'), "\"\""),
          TEXT(clsString("'it''s'").Unquote(), "it's"), TEXT(clsString("\"a\"\"b\"").Unquote(), "a\"b"),

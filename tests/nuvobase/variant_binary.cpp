@@ -37,9 +37,8 @@ clsString BufferOf(const Ints& bytes) {
 } // namespace
 
 TEST(VariantBinary, RecordsOfEveryClass) {
-    // The TypeCode byte, then numbers little-endian in 4 or 8 bytes (1.0 is 0x3FF0000000000000), a currency's
-    // Value in 8, a date-time's packed bytes most significant first, a text's length in the length form:
-    // a byte n, then n bytes of the length, low first and without leading zero bytes.
+    // The TypeCode byte, then numbers little-endian, a date-time's packed bytes most significant first, and
+    // a text's length as a byte n and n bytes of the length, low first.
     CheckRows<Ints>(
         {ROW(Record(clsVariantBool(true)), (Ints{'B', 1, 0, 0, 0})),
          ROW(Record(clsVariantInt(0x01020304)), (Ints{'C', 4, 3, 2, 1})),

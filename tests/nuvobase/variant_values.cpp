@@ -27,8 +27,7 @@ TEST(Variant, Conversions) {
     clsVariantString s("x");
     s.SetText(nullptr);
     EXPECT_TRUE(s.Value.IsEmpty());
-    // ToUInt64 skips the sign, atoi stops at the x; 12.5 cents round away from zero; a double clamps
-    // instead of overflowing. Assign reads the other through the getter of its own kind.
+    // ToUInt64 skips the sign, atoi stops at the x; Assign reads through the getter of its own kind.
     clsVariantInt i;
     clsVariantBool b;
     CheckRows<int64_t>(
@@ -42,8 +41,7 @@ TEST(Variant, Conversions) {
          ROW((i.Assign(clsVariantDouble(-7.8)), i.Value), -7), ROW((b.Assign(clsVariantInt(9)), b.Value), 1),
          ROW((b.Assign(clsVariantString("False")), b.Value), 0)});
 
-    // Into text: numbers in decimal, doubles through FromDouble(value, -1), bools as 1, a C string as text;
-    // a bool prints as the number it stores, and as true or false in SQL.
+    // A bool prints as the number it stores, and as true or false in SQL.
     CheckRows<std::string>(
         {TEXT(SetTo<clsVariantString>(int64_t{-9000000000}).Value, "-9000000000"),
          TEXT(SetTo<clsVariantString>(uint64_t{18446744073709551615u}).Value, "18446744073709551615"),
@@ -58,10 +56,8 @@ TEST(Variant, Conversions) {
 }
 
 TEST(Variant, Compare) {
-    // Numbers compare as doubles, whatever the other kind; a text compares with the other's text, ignoring
-    // ASCII case, so "5.0" is not 5. An emptied text (buffer kept) equals one that never had a buffer.
-    // Currencies compare at a common scale, without overflow at the ends of the range. Date-times compare
-    // by their packed bytes, and with a text through Parse.
+    // Numbers compare as doubles, texts as texts ("5.0" is not 5); currencies at a common scale, without
+    // overflow at the ends of the range; date-times by their packed bytes, or with a text through Parse.
     clsVariantString emptied("x");
     emptied.Value.SetLength(0);
     clsCurrency tenths(1.5, 1), cents(1.5), huge, tiny;
@@ -85,10 +81,7 @@ TEST(Variant, Compare) {
 }
 
 TEST(Variant, DateTimeAsNumberAndText) {
-    // The numeric getters give the packed word: year, month, day, hour, minute, milliseconds, high bytes
-    // first; an invalid word (30 February) gives the null date-time. Into text a date-time becomes its day
-    // number with the time of day as a fraction (see the date-time tests for 730883); a text reads through
-    // Parse.
+    // The numeric getters give the packed word; into text a date-time becomes its day number and fraction.
     const clsDateTime when(2001, 2, 3, 12, 0);
     const clsVariantDateTime t(when);
     EXPECT_EQ(t.GetUInt64(), 0x07D1'02'03'0C'00'0000ULL);
