@@ -18,6 +18,18 @@ def run_script(lines, args=(), timeout=60, cwd=None):
     return ended_by_itself(done.returncode), output
 
 
+def run_ok(lines, args=(), timeout=60, cwd=None):
+    """run_script for a run that must end with status 0; returns the output lines."""
+    code, output = run_script(lines, args, timeout, cwd)
+    check(code == 0, "exit code %d with %r: %r" % (code, args, output[-5:]))
+    return output
+
+
+def remarks(lines):
+    """The program's remarks without the protocol's mark ("info string " in UCI, "# " in XBoard)."""
+    return [re.sub(r"^(info string |# )", "", l) for l in lines]
+
+
 def ended_by_itself(code):
     """The exit code; a program ended by a signal (a crash, or a sanitizer's abort) fails the test."""
     if code < 0:
@@ -70,6 +82,13 @@ class Session:
                 time.sleep(0.005)
         raise AssertionError("no expected line within %s s; seen: %r" % (timeout, self.seen[-20:]))
 
+    def until(self, prefix, timeout=30):
+        return self.read_until(lambda l: l.startswith(prefix), timeout)
+
+    def quit(self, timeout=30):
+        self.send("quit")
+        check(self.close(timeout) == 0, "exit code after quit")
+
     def close(self, timeout=30):
         if self.process.poll() is None:
             self.process.stdin.close()
@@ -80,6 +99,10 @@ class Session:
         self.pending = b""
         no_sanitizer_report(self.seen)
         return code
+
+
+ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
+CORVANE = ("-engine=corvane",)
 
 
 def check(condition, message):
