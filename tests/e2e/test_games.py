@@ -1,31 +1,11 @@
 """Whole games as a GUI plays them: corvane over pipes against Debian's stockfish, every move it sends judged."""
 import time
 
-from corvane_driver import Referee, bestmove_of, check, progress_session, searched_move, sync
+from corvane_driver import ENGINES, Referee, answered_move, check, progress_session, sync
 
-ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 FULL_MOVES = 30
 THINK_SECONDS = 0.05
 STOCKFISH_MS = 10
-
-
-def corvane_move(session, moves, quick=True):
-    """What a GUI sends for one move: the game so far, go, and stop after a short think, or, when quick is
-    false, once the search has shown a move found."""
-    session.send("position startpos moves " + " ".join(moves))
-    sync(session)
-    start = len(session.seen)
-    if quick:
-        session.send("go")
-        time.sleep(THINK_SECONDS)
-        session.send("stop")
-        line = session.read_until(lambda l: l.startswith("bestmove"))
-    else:
-        line = searched_move(session)[-1]
-    sync(session)
-    answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
-    check(len(answers) == 1, "one go, one bestmove: %r" % answers)
-    return bestmove_of(line)
 
 
 def play(name, args, corvane_white, referee):
@@ -38,19 +18,19 @@ def play(name, args, corvane_white, referee):
         if not legal:
             break  # mate or stalemate
         if (ply % 2 == 0) == corvane_white:
-            move = corvane_move(session, moves)
+            # What a GUI sends for one move: the game so far, go, and stop after a short think.
+            session.send("position startpos moves " + " ".join(moves))
+            move = answered_move(session, THINK_SECONDS)
             if move == "0000":
-                # A stop that comes before the first iteration has ended leaves the engine without a move:
-                # on a busy machine the search may not have run at all. A search that has shown a move must
-                # deliver one.
+                # A stop that comes before the first iteration has ended leaves the engine without a move: on a busy
+                # machine the search may not have run at all. A search that has shown a move must deliver one.
                 print("no move after %d ms at ply %d; searching until a move is shown" % (THINK_SECONDS * 1000, ply))
-                move = corvane_move(session, moves, quick=False)
+                move = answered_move(session, until_found=True, timeout=120)
             check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
         else:
             move = referee.best_move(moves, STOCKFISH_MS)
         moves.append(move)
-    session.send("quit")
-    check(session.close() == 0, "%s: exit code" % name)
+    session.quit()
     return len(moves)
 
 
