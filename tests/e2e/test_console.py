@@ -156,74 +156,51 @@ HELP = ["sample of commands", "compute             : (1 + 2) * 3 / 4",
         "(return value string -> S)", "(return value 64 bit -> H)", "to exit the console : exit"]
 
 
-def formula_console(lines, cwd=None):
-    """The console's output for the typed lines, up to its last line, and what came after it."""
-    output = run_ok(["xboard", "\\console", *lines, "ping 7", "quit"], cwd=cwd)
-    check("# back to xboard mode" in output, output[-5:])
-    end = output.index("# back to xboard mode")
-    return output[:end], output[end + 1:]
-
-
-def answers(output):
-    """The typed lines' (result, state) pairs, behind the samples and the help."""
-    body = output[output.index(HELP[-1]) + 1:]
-    pairs = []
-    while body:
-        result = []
-        while not body[0].startswith("\t["):
-            result.append(body.pop(0))
-        state = body.pop(0)
-        check(state.endswith("]"), state)
-        pairs.append(("\n".join(result), state[2:-1]))
-    return pairs
-
-
-def start_and_results():
+def formula_lines(folder):
     value = 0x0000000000081234
     smeared = value & ~((value * 0x0101010101010101) & MASK) & MASK
-    typed = {
-        "(1 + 2) * 3 / 4": ("2.25", "Ok"),
-        "FHEX(255)": ("00000000000000FF", "Ok"),
-        "FBIN(31)": ("11111", "Ok"),
-        "F64(0xffff00000000ffff)": ("\n".join(board(0xffff00000000ffff)) + "\n", "Ok"),
-        "FGET('select count(*) from ZSYSFOLDERS')": ("6", "Ok"),
-        "FGET('select count(*) from ZSYSOPTIONS')": ("1", "Ok"),
-        "FGET('select count(*) from sqlite_master')": ("19", "Ok"),
-        "FSET('X',0x%x) + 0x0" % value: (str(value), "Ok"),
-        "S & '!'": ("%d!" % value, "Ok"),
-        "FHEX(H) & ' ' & DP": ("%016X %d" % (value, smeared), "Ok"),  # read from the text of S
-        "FSET('Y', 0x%x)" % value: (str(value), "Ok"),
-        "DP": (str(smeared), "Ok"),
-        "1 +": (" ", "Missing some parameter or bad )(: +"),
-        "nothing": (" ", "Unknown variable: nothing"),
-    }
-    output, after = formula_console(list(typed) + ["ExIt"])
-    boards = [output[i * 9:i * 9 + 8] for i in range(8)]
-    check(boards == [board(v) for v in samples()], output[:72])
+    # (typed, result, state); the errors of hostile lines, whose result is None, are known by the state's start.
+    typed = [
+        ("F64(0xffff00000000ffff)", "\n".join(board(0xffff00000000ffff)) + "\n", "Ok"),
+        ("FGET('select count(*) from ZSYSOPTIONS')", "1", "Ok"),
+        ("FGET('select count(*) from sqlite_master')", "19", "Ok"),
+        ("FSET('X',0x%x) + 0x0" % value, str(value), "Ok"),
+        ("S & '!'", "%d!" % value, "Ok"),
+        ("FHEX(H) & ' ' & DP", "%016X %d" % (value, smeared), "Ok"),  # read from the text of S
+        ("FSET('Y', 0x%x)" % value, str(value), "Ok"),
+        ("DP", str(smeared), "Ok"),
+        ("nothing", " ", "Unknown variable: nothing"),
+        ("(" * 10000 + "1" + ")" * 10000, None, "clsParser error"),
+        (",".join(["1"] * 600), None, "Missing operator or too many parameters"),
+        ("+".join(["1"] * 300000), "300000", "Ok"),
+        ("'unclosed", None, 'Missing last "'),
+        ("\x01\x02\x7f\xff(", None, "Unknown function"),
+        # The archive stays as it is, and no file comes of it.
+        ("FGET('select 1; drop table ZSYSFOLDERS')", None, "Error in Function"),
+        ("FGET('attach database ''x.db'' as x')", None, "Error in Function"),
+        ("FGET('vacuum into ''y.db''')", None, "Error in Function"),
+        ("FGET('select ''a;b''')", "a;b", "Ok"),
+        ("FGET('select count(*) from ZSYSFOLDERS')", "6", "Ok"),
+    ]
+    output = run_ok(["xboard", "\\console", *[line for line, _, _ in typed], "ExIt", "ping 7", "quit"], cwd=folder)
+    check("# back to xboard mode" in output, output[-5:])
+    end = output.index("# back to xboard mode")
+    check("pong 7" in output[end:], output[end:])
+    check([output[i * 9:i * 9 + 8] for i in range(8)] == [board(v) for v in samples()], output[:72])
     check(all(output[i * 9 + 8] == "" for i in range(8)), "a board ends with its own line feed")
     check(output[72:81] == HELP, output[72:81])
-    got = answers(output)
-    check(got == list(typed.values()), got)
-    check("pong 7" in after, after)
-
-
-def bad_input(folder):
-    deep = "(" * 10000 + "1" + ")" * 10000
-    typed = [deep, ",".join(["1"] * 600), "+".join(["1"] * 300000), "'unclosed", "\x01\x02\x7f\xff(",
-             "FGET('select 1; drop table ZSYSFOLDERS')", "FGET('attach database ''x.db'' as x')",
-             "FGET('vacuum into ''y.db''')", "FGET('select ''a;b''')",
-             "FGET('select count(*) from ZSYSFOLDERS')", "exit"]
-    output, after = formula_console(typed, cwd=folder)
-    got = answers(output)
-    check([state.split(":")[0] for _, state in got] ==
-          ["clsParser error", "Missing operator or too many parameters", "Ok", 'Missing last "', "Unknown function",
-           "Error in Function", "Error in Function", "Error in Function", "Ok", "Ok"], got)
-    check(got[2][0] == "300000" and got[8][0] == "a;b" and got[9][0] == "6", got)
-    check(os.listdir(folder) == [], os.listdir(folder))
-    check("pong 7" in after, after)
-
-
-def formula_end_of_input():
+    # Each typed line's result, then its state between "\t[" and "]".
+    body = output[81:end]
+    for line, result, state in typed:
+        close = next(i for i, l in enumerate(body) if l.startswith("\t["))
+        got, got_state, body = "\n".join(body[:close]), body[close], body[close + 1:]
+        check(got_state.endswith("]"), got_state)
+        if result is None:
+            check(got_state[2:-1].split(":")[0] == state, (line[:40], got_state))
+        else:
+            check((got, got_state[2:-1]) == (result, state), (line[:40], got, got_state))
+    check(body == [] and os.listdir(folder) == [], (body, os.listdir(folder)))
+    # The end of the input ends the console too.
     output = run_ok(["xboard", "\\console", "1+1"])
     check(output[-4:] == ["2", "\t[Ok]", "# back to xboard mode", "# end"], output[-4:])
 
@@ -233,11 +210,9 @@ if __name__ == "__main__":
     moves()
     quiet_and_unknown()
     engines_and_scenario()
-    start_and_results()
-    formula_end_of_input()
+    with tempfile.TemporaryDirectory() as folder:
+        formula_lines(folder)
     with tempfile.TemporaryDirectory() as folder:
         books_and_souls(folder)
         json_file(folder)
-    with tempfile.TemporaryDirectory() as folder:
-        bad_input(folder)
     print("console: all checks passed")
