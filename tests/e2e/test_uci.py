@@ -1,15 +1,17 @@
-"""UCI transcripts against the real program, for both of its engines, with stockfish judging the moves."""
+"""UCI transcripts against the real program, for both of its engines, and whole games against Debian's stockfish as
+a GUI plays them, with stockfish judging the moves."""
 import re
 import time
 
-from corvane_driver import (ENGINES, Referee, Session, bestmove_of, check, progress_session, run_ok, searched_move,
-                            shows_a_move, sync)
+from corvane_driver import (ENGINES, Referee, Session, answered_move, bestmove_of, check, progress_session, run_ok,
+                            searched_move, shows_a_move, sync)
 
 START_LINE = {"Vesko": "info string moves 0/0 - time 7498/300000 ms",
               # Corvane takes the move number from the FEN.
               "Corvane": "info string moves 1/0 - time 7498/300000 ms"}
 MATE_IN_ONE = "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"
 NO_MOVES = ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")  # mated, stalemated
+FULL_MOVES, THINK_SECONDS, STOCKFISH_MS = 30, 0.05, 10
 LONE_KINGS = "8/8/8/8/8/8/8/K1k5 w - - 0 1"  # a1a2 is the only legal move
 POSITIONS = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
              ("position moves e2e4", ["e2e4"], None),
@@ -177,6 +179,33 @@ def end_of_input():
     check(time.monotonic() - started < 5, "quit during a search took too long")
 
 
+def game(name, args, corvane_white, referee):
+    """A whole game as a GUI plays it against stockfish, every move corvane sends judged; returns its plies."""
+    session = progress_session(args)
+    session.send("ucinewgame")
+    sync(session)
+    moves = []
+    for ply in range(2 * FULL_MOVES):
+        legal = referee.legal_moves(moves)
+        if not legal:
+            break  # mate or stalemate
+        if (ply % 2 == 0) == corvane_white:
+            # What a GUI sends for one move: the game so far, go, and stop after a short think.
+            session.send("position startpos moves " + " ".join(moves))
+            move = answered_move(session, THINK_SECONDS)
+            if move == "0000":
+                # A stop that comes before the first iteration has ended leaves the engine without a move: on a busy
+                # machine the search may not have run at all. A search that has shown a move must deliver one.
+                print("no move after %d ms at ply %d; searching until a move is shown" % (THINK_SECONDS * 1000, ply))
+                move = answered_move(session, until_found=True, timeout=120)
+            check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
+        else:
+            move = referee.best_move(moves, STOCKFISH_MS)
+        moves.append(move)
+    session.quit()
+    return len(moves)
+
+
 if __name__ == "__main__":
     referee = Referee()
     identity()
@@ -184,6 +213,9 @@ if __name__ == "__main__":
         position_forms(name, args, referee)
         go_and_stop(name, args)
         mate_in_one(name, args)
+        for corvane_white in (True, False):
+            plies = game(name, args, corvane_white, referee)
+            print("%s as %s: %d plies" % (name, "white" if corvane_white else "black", plies))
     go_words(referee)
     progress_with_post(referee)
     quiet_words()
