@@ -47,7 +47,7 @@ class UciPlayer:
         self.session.send("position startpos moves " + " ".join(moves))
         start = len(self.session.seen)
         self.session.send("go " + clock.go_words())
-        line = self.session.read_until(lambda l: l.startswith("bestmove"), timeout)
+        line = self.session.until("bestmove", timeout)
         return bestmove_of(line), self.session.seen[start:]
 
     def close(self):

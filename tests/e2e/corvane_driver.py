@@ -140,7 +140,7 @@ def searched_move(session, timeout=120):
     session.send("go")
     session.read_until(shows_a_move, timeout)
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"), timeout)
+    session.until("bestmove", timeout)
     return session.seen[start:]
 
 
@@ -186,23 +186,28 @@ class Referee:
         self.position(moves, fen)
         start = len(self.session.seen)
         self.session.send("go perft 1")
-        self.session.read_until(lambda l: l.startswith("Nodes searched"))
+        self.session.until("Nodes searched")
         return {l.split(":")[0] for l in self.session.seen[start:] if l.endswith(": 1")}
 
-    def fen(self, moves):
-        self.position(moves)
+    def shown(self, field, moves, fen=None):
+        """A field of stockfish's display of the position reached by moves, Checkers the last one it shows."""
+        self.position(moves, fen)
+        sync(self.session)  # nothing of an earlier display is left to read
+        start = len(self.session.seen)
         self.session.send("d")
-        return self.session.read_until(lambda l: l.startswith("Fen:")).split(":", 1)[1].strip()
+        self.session.until("Checkers:")
+        return next(l for l in self.session.seen[start:] if l.startswith(field + ":")).split(":", 1)[1].strip()
+
+    def fen(self, moves):
+        return self.shown("Fen", moves)
 
     def in_check(self, moves, fen=None):
-        self.position(moves, fen)
-        self.session.send("d")
-        return self.session.read_until(lambda l: l.startswith("Checkers:")).split(":", 1)[1].strip() != ""
+        return self.shown("Checkers", moves, fen) != ""
 
     def best_move(self, moves, think_ms):
         self.position(moves)
         self.session.send("go movetime %d" % think_ms)
-        return bestmove_of(self.session.read_until(lambda l: l.startswith("bestmove")))
+        return bestmove_of(self.session.until("bestmove"))
 
     def close(self):
         self.session.send("quit")

@@ -36,8 +36,7 @@ def fault_tournament(folder):
             engines.append(engine("Off", "uci", fake, active="yes"))
     ini = write(os.path.join(folder, "faults.xml"), tourney_xml("faults", "gauntlet", folder, engines, 20000,
                                                                 threads=4))
-    code, lines = play(ini, timeout=500)
-    check(code == 0, "the program ends with status 0 once the tournament has ended")
+    lines = play(ini, timeout=500)
     check(lines.count("# end") == 1, "one # end")
     numbered = [line.split("\t")[5:7] for line in lines if line.split("\t")[5:6] != ["result"] and "\tengine " in line]
     check([n for n, _ in numbered] == ["engine 1", "engine 2", "engine 3", "engine 5", "engine 6", "engine 7",
@@ -92,14 +91,7 @@ def bad_files(folder):
     session.quit(timeout=120)  # while a tournament runs
 
 
-def main():
-    folder = tempfile.mkdtemp(prefix="corvane_tourney_")
-    try:
+if __name__ == "__main__":
+    with tempfile.TemporaryDirectory(prefix="corvane_tourney_", ignore_cleanup_errors=True) as folder:
         bad_files(folder)
         fault_tournament(folder)
-    finally:
-        shutil.rmtree(folder, ignore_errors=True)
-
-
-if __name__ == "__main__":
-    main()
