@@ -57,7 +57,10 @@ class Session:
         self.seen = []
 
     def send(self, line):
-        self.process.stdin.write((line + "\n").encode())
+        self.send_bytes((line + "\n").encode())
+
+    def send_bytes(self, data):
+        self.process.stdin.write(data)
         self.process.stdin.flush()
 
     def read_until(self, predicate, timeout=30):

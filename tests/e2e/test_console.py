@@ -61,8 +61,8 @@ def moves():
     # Every form of the command, a word that is no legal move leaving the board as it was, one board per word;
     # the moves do not enter the game: undo goes back to the start, not to the move before.
     forms = ["\\moves e2e4", "\\moves e2:e4", "\\MOVES e2e4", "\\moves :e2::e4:"]
-    output = console([line for form in forms for line in (form, "new")])
-    check(boards(output) == [AFTER_E2E4] * len(forms), output)
+    output = console([line for form in forms for line in (form, "new", "\\moves")])
+    check(boards(output) == [AFTER_E2E4, START_BOARD] * len(forms), output)
     output = console(["\\moves", "\\moves e2e4 e2e4 e7e5", "undo", "\\"])
     shown = boards(output)
     check(len(shown) == 5 and shown[0] == shown[4] == START_BOARD and shown[1] == shown[2] == AFTER_E2E4

@@ -5,10 +5,6 @@ import time
 
 from corvane_driver import ENGINES, Referee, Session, answered_move, check, progress_session, sync
 
-def send_bytes(session, data):
-    session.process.stdin.write(data)
-    session.process.stdin.flush()
-
 
 def hostile_lines(name, args, referee):
     session = progress_session(args)
@@ -25,8 +21,8 @@ def hostile_lines(name, args, referee):
     for _ in range(50):
         line = bytes(rng.randrange(256) for _ in range(rng.randrange(1, 300)))
         # Not a console command: some of those are tools that take over the input.
-        send_bytes(session, line.lstrip(b"\\") + b"\n")
-    send_bytes(session, b"position fen \x00\xff\x01 moves \x00e2e4\n")
+        session.send_bytes(line.lstrip(b"\\") + b"\n")
+    session.send_bytes(b"position fen \x00\xff\x01 moves \x00e2e4\n")
     sync(session)
     # FENs of garbage: whatever position the engine makes of them, a search still ends with one answer.
     for fen in ("zz//??/ 9 q KQkqKQ e9 -1 x", "8/8/8/8/8/8/8/8 w - - 0 1", "kkkkkkkk/8/8/8/8/8/8/KKKKKKKK b",
@@ -47,7 +43,7 @@ def hostile_lines(name, args, referee):
 def binary_at_the_end():
     # Input that ends inside a line of binary bytes ends the program cleanly.
     session = Session()
-    send_bytes(session, os.urandom(5000).replace(b"\n", b" "))
+    session.send_bytes(os.urandom(5000).replace(b"\n", b" "))
     check(session.close() == 0, "exit code")
 
 
@@ -66,8 +62,8 @@ def endless_line():
     plain.quit()
     session = Session()
     for _ in range(100):
-        send_bytes(session, b"x" * mib)
-    send_bytes(session, b"\nuci\n")
+        session.send_bytes(b"x" * mib)
+    session.send_bytes(b"\nuci\n")
     session.read_until(lambda l: l == "uciok", timeout=120)
     check(unknown + "x" * mib in session.seen and session.seen[-2:] == ["id name Vesko", "uciok"],
           [l[:80] for l in session.seen])
