@@ -41,7 +41,8 @@ void clsChessApplication::TestPosition(const clsString& line) {
     HaltEngine();
     Engine->Info(clsString("testing: ") + line);
     SetBoard(line);
-    EpdNotation->SetPosition(line);
+    // Vesko reads no EPD operations: the board that reads the moves of the line fills the engine's fields.
+    EpdNotation->SetPosition(line, &Engine->EpdFields);
     StartThinking();
 }
 
@@ -58,7 +59,7 @@ bool clsChessApplication::AwaitingEpdAnswer() {
 
 void clsChessApplication::EpdStep(const clsString& best) {
     const auto coordinates = [this](const char* operation) {
-        return EpdNotation->SanToCoordinates(EpdNotation->EpdFields.GetValue(clsString(operation)), false);
+        return EpdNotation->SanToCoordinates(Engine->EpdFields.GetValue(clsString(operation)), false);
     };
     const clsString bestMove = coordinates("bm"), avoidMove = coordinates("am");
     // A search that found no move (a mate or stalemate on the board) has no answer to pass with.

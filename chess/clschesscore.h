@@ -45,7 +45,6 @@ public:
     std::atomic<uint8_t> StopFlag{0}; // raised by any thread, read by the search
     uint8_t PerftDivide = 0;
     nuvobase::clsString StartFen;
-    nuvobase::clsStrings EpdFields; // the operations of the last EPD line, key and value
     int32_t MoveNumber = 0;
     int32_t HalfMoveClock = 0;
     // Perft below the root may count without making every move; off, it walks every move as the root does.
@@ -83,8 +82,9 @@ public:
     int32_t SetMaxDepth(int32_t depth);
 
     // --- notation
-    // Any text gives some position; fields that are absent leave the counters as they were. Always true.
-    bool SetPosition(const nuvobase::clsString& fen);
+    // Any text gives some position; fields that are absent leave the counters as they were. The operations
+    // of an EPD line, key and value, replace what epdFields held, when it is given. Always true.
+    bool SetPosition(const nuvobase::clsString& fen, nuvobase::clsStrings* epdFields = nullptr);
     // FEN without the two counters.
     nuvobase::clsString GetPosition() const;
     // "e2e4" or, long, "Pe2-e4", "Pe4xPd5"; promotions end in "=q". "------" for no move.
@@ -108,8 +108,6 @@ protected:
     virtual void WriteLine(const nuvobase::clsString& line);
 
 private:
-    void ReadEpdOperations(const nuvobase::clsString& operations);
-
     // The walk's node is the current one; the fields of the generator work on it.
     void PrepareNode(clsSimpleNode& node);
     bool Emit(uint64_t to);

@@ -98,6 +98,18 @@ clsString CoordinatesOf(const char* candidate) {
     return result;
 }
 
+// "bm Nf3; id \"x\";": each piece up to a ";", trimmed, is a key up to its first space and the value behind
+// it.
+void ReadEpdOperations(const clsString& operations, nuvobase::clsStrings& fields) {
+    fields.Clear();
+    for (int position = 0; position >= 0;) {
+        clsString piece = operations.NextWord(';', position);
+        piece.Trim();
+        const clsString key = piece.BeforeChar(' ');
+        if (!key.IsEmpty()) fields.SetValue(key, piece.AfterChar(' '), false);
+    }
+}
+
 } // namespace
 
 namespace {
@@ -178,7 +190,7 @@ clsString SanToPattern(const clsString& san) {
     return s.Text();
 }
 
-bool clsChessCore::SetPosition(const clsString& fen) {
+bool clsChessCore::SetPosition(const clsString& fen, nuvobase::clsStrings* epdFields) {
     Board = clsBoard();
     StartFen = DefaultFen;
     const clsString& text = fen.IsEmpty() ? StartFen : fen;
@@ -220,7 +232,7 @@ bool clsChessCore::SetPosition(const clsString& fen) {
         *counter = FieldNumber(field);
         position = next;
     }
-    ReadEpdOperations(position < 0 ? clsString() : text.From(position));
+    if (epdFields) ReadEpdOperations(position < 0 ? clsString() : text.From(position), *epdFields);
 
     Board.EnPassant = TextToSquare(enPassant.Text());
     Board.Occupied = Board.Mine | Board.Theirs;
@@ -233,18 +245,6 @@ bool clsChessCore::SetPosition(const clsString& fen) {
     ComputeMaterial();
     ResetNodes();
     return true;
-}
-
-// "bm Nf3; id \"x\";": each piece up to a ";", trimmed, is a key up to its first space and the value behind
-// it.
-void clsChessCore::ReadEpdOperations(const clsString& operations) {
-    EpdFields.Clear();
-    for (int position = 0; position >= 0;) {
-        clsString piece = operations.NextWord(';', position);
-        piece.Trim();
-        const clsString key = piece.BeforeChar(' ');
-        if (!key.IsEmpty()) EpdFields.SetValue(key, piece.AfterChar(' '), false);
-    }
 }
 
 clsString clsChessCore::GetPosition() const {

@@ -151,7 +151,7 @@ public:
     int32_t OpponentIncrementMs = 0;
     nuvobase::clsMutex ResultLock; // guards the best move of the engine's search
     uint32_t Protocol = XBoard;
-    nuvobase::clsStrings EpdFields;
+    nuvobase::clsStrings EpdFields; // the operations of the last EPD line set, key and value
     nuvobase::clsStrings SearchFlags;
     int32_t MoveNumber = 0;
     int32_t HalfMoveClock = 0;

@@ -158,7 +158,7 @@ int clsEngineCorvane::SearchFixedDepth(int depth, int64_t& nodes) {
 }
 
 bool clsEngineCorvane::SetPosition(const clsString& fen) {
-    clsChessCore::SetPosition(fen);
+    clsChessCore::SetPosition(fen, &EpdFields);
     // The counters of the FEN belong to the engine's side of the game.
     clsEngineInterface::MoveNumber = clsChessCore::MoveNumber;
     clsEngineInterface::HalfMoveClock = clsChessCore::HalfMoveClock;

@@ -97,6 +97,14 @@ TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
     EXPECT_NE(shared, leftBook.At(0));
     EXPECT_NE(shared, rightBook.At(0));
 
+    // In place, the book growing only by the keys it lacked; the book given up is left empty.
+    clsBook into, from;
+    Fill(into, left);
+    Fill(from, right);
+    into.AddSorted(from);
+    EXPECT_EQ(Contents(into), Contents(both));
+    EXPECT_EQ(from.Count, 0);
+
     clsBook empty, otherEmpty;
     EXPECT_EQ(empty.Merge(otherEmpty)->Count, 0);
     EXPECT_EQ(Contents(*empty.Merge(leftBook)), Contents(left));

@@ -71,23 +71,26 @@ TEST(ChessNotation, CountersStayWhenAbsent) {
 }
 
 TEST(ChessNotation, EpdOperations) {
-    const auto core = CoreAt("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm Nf3; id \"x\";");
-    ASSERT_EQ(core->EpdFields.Count, 2);
-    EXPECT_EQ(std::string(core->EpdFields.GetName(0).Text()), "bm");
-    EXPECT_EQ(std::string(core->EpdFields.GetAt(0).Text()), "Nf3");
-    EXPECT_EQ(std::string(core->EpdFields.GetName(1).Text()), "id");
-    EXPECT_EQ(std::string(core->EpdFields.GetAt(1).Text()), "\"x\"");
+    const auto core = CoreAt("");
+    nuvobase::clsStrings fields;
+    core->SetPosition(clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm Nf3; id \"x\";"),
+                      &fields);
+    ASSERT_EQ(fields.Count, 2);
+    EXPECT_EQ(std::string(fields.GetName(0).Text()), "bm");
+    EXPECT_EQ(std::string(fields.GetAt(0).Text()), "Nf3");
+    EXPECT_EQ(std::string(fields.GetName(1).Text()), "id");
+    EXPECT_EQ(std::string(fields.GetAt(1).Text()), "\"x\"");
     EXPECT_EQ(core->GetPosition(), clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"));
     // After the counters; a key without value; a piece without key is dropped.
-    core->SetPosition(clsString("4k3/8/8/8/8/8/8/4K3 b - - 5 60  am Kd1 Kf1 ;noop; ; "));
-    ASSERT_EQ(core->EpdFields.Count, 2);
+    core->SetPosition(clsString("4k3/8/8/8/8/8/8/4K3 b - - 5 60  am Kd1 Kf1 ;noop; ; "), &fields);
+    ASSERT_EQ(fields.Count, 2);
     EXPECT_EQ(core->MoveNumber, 60);
-    EXPECT_EQ(std::string(core->EpdFields.GetValue(clsString("AM")).Text()), "Kd1 Kf1");
-    EXPECT_EQ(std::string(core->EpdFields.GetName(1).Text()), "noop");
-    EXPECT_TRUE(core->EpdFields.GetAt(1).IsEmpty());
+    EXPECT_EQ(std::string(fields.GetValue(clsString("AM")).Text()), "Kd1 Kf1");
+    EXPECT_EQ(std::string(fields.GetName(1).Text()), "noop");
+    EXPECT_TRUE(fields.GetAt(1).IsEmpty());
     // The next position forgets them.
-    core->SetPosition(clsString(""));
-    EXPECT_EQ(core->EpdFields.Count, 0);
+    core->SetPosition(clsString(""), &fields);
+    EXPECT_EQ(fields.Count, 0);
 }
 
 TEST(ChessNotation, MoveTexts) {

@@ -47,7 +47,7 @@ class UciPlayer:
         self.session.send("position startpos moves " + " ".join(moves))
         start = len(self.session.seen)
         self.session.send("go " + clock.go_words())
-        line = self.session.read_until(lambda l: l.startswith("bestmove"), timeout)
+        line = self.session.until("bestmove", timeout)
         return bestmove_of(line), self.session.seen[start:]
 
     def close(self):
@@ -112,7 +112,8 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
     moves, faults (corvane's illegal moves and time losses) and overruns (corvane's time beyond its announced
     allowance, ms)."""
     clock = Clock(base_ms, increment_ms)
-    moves, faults, overruns = [], [], []
+    game = dict(result="*", moves=[], faults=[], overruns=[])
+    moves, faults = game["moves"], game["faults"]
     if isinstance(corvane, PolyglotPlayer):
         corvane.new_game(clock, corvane_side)
     else:
@@ -121,13 +122,12 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
     seen = {}
     while len(moves) < max_plies:
         side = len(moves) % 2
+        lost = "0-1" if side == 0 else "1-0"
         if is_drawn(referee.fen(moves), seen):
-            return dict(result="1/2-1/2", moves=moves, faults=faults, overruns=overruns)
+            return dict(game, result="1/2-1/2")
         legal = referee.legal_moves(moves)
         if not legal:
-            mated = referee.in_check(moves)
-            return dict(result=("0-1" if side == 0 else "1-0") if mated else "1/2-1/2", moves=moves, faults=faults,
-                        overruns=overruns)
+            return dict(game, result=lost if referee.in_check(moves) else "1/2-1/2")
         player = corvane if side == corvane_side else opponent
         started = time.monotonic()
         # Generous: a move that does not come is a fault of its own, not a hang of the test.
@@ -137,11 +137,10 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
             # Only a draw can be claimed here: a mate ends the game before the mated side is asked.
             if move != "1/2-1/2":
                 faults.append("result %s announced at ply %d" % (move, len(moves)))
-            return dict(result=move, moves=moves, faults=faults, overruns=overruns)
-        if player is corvane:
-            allowed = [int(m.group(1)) for m in map(ALLOWANCE.match, lines) if m]
-            if allowed:
-                overruns.append(elapsed - allowed[-1])
+            return dict(game, result=move)
+        allowed = [int(m.group(1)) for m in map(ALLOWANCE.match, lines) if m]
+        if player is corvane and allowed:
+            game["overruns"].append(elapsed - allowed[-1])
         if move not in legal:
             faults.append("illegal %r after %s" % (move, " ".join(moves)))
             break
@@ -149,7 +148,6 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
             # Only corvane's losses are faults; on a busy machine stockfish may lose on time as well.
             if player is corvane:
                 faults.append("time lost at ply %d" % len(moves))
-            return dict(result="0-1" if side == 0 else "1-0", moves=moves, faults=faults, overruns=overruns)
+            return dict(game, result=lost)
         moves.append(move)
-    return dict(result="*", moves=moves, faults=faults, overruns=overruns)
-
+    return game

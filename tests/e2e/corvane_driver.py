@@ -18,6 +18,18 @@ def run_script(lines, args=(), timeout=60, cwd=None):
     return ended_by_itself(done.returncode), output
 
 
+def run_ok(lines, args=(), timeout=60, cwd=None):
+    """run_script for a run that must end with status 0; returns the output lines."""
+    code, output = run_script(lines, args, timeout, cwd)
+    check(code == 0, "exit code %d with %r: %r" % (code, args, output[-5:]))
+    return output
+
+
+def remarks(lines):
+    """The program's remarks without the protocol's mark ("info string " in UCI, "# " in XBoard)."""
+    return [re.sub(r"^(info string |# )", "", l) for l in lines]
+
+
 def ended_by_itself(code):
     """The exit code; a program ended by a signal (a crash, or a sanitizer's abort) fails the test."""
     if code < 0:
@@ -45,7 +57,10 @@ class Session:
         self.seen = []
 
     def send(self, line):
-        self.process.stdin.write((line + "\n").encode())
+        self.send_bytes((line + "\n").encode())
+
+    def send_bytes(self, data):
+        self.process.stdin.write(data)
         self.process.stdin.flush()
 
     def read_until(self, predicate, timeout=30):
@@ -70,6 +85,13 @@ class Session:
                 time.sleep(0.005)
         raise AssertionError("no expected line within %s s; seen: %r" % (timeout, self.seen[-20:]))
 
+    def until(self, prefix, timeout=30):
+        return self.read_until(lambda l: l.startswith(prefix), timeout)
+
+    def quit(self, timeout=30):
+        self.send("quit")
+        check(self.close(timeout) == 0, "exit code after quit")
+
     def close(self, timeout=30):
         if self.process.poll() is None:
             self.process.stdin.close()
@@ -80,6 +102,10 @@ class Session:
         self.pending = b""
         no_sanitizer_report(self.seen)
         return code
+
+
+ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
+CORVANE = ("-engine=corvane",)
 
 
 def check(condition, message):
@@ -117,8 +143,26 @@ def searched_move(session, timeout=120):
     session.send("go")
     session.read_until(shows_a_move, timeout)
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"), timeout)
+    session.until("bestmove", timeout)
     return session.seen[start:]
+
+
+def answered_move(session, think_seconds=0, until_found=False, timeout=30):
+    """go on the position set, and stop after think_seconds or, if until_found, once the search has shown a move;
+    checks that the search delivers exactly one move, even when the stop comes right behind the go."""
+    sync(session, timeout)  # the position is set before the search's time runs
+    start = len(session.seen)
+    if until_found:
+        line = searched_move(session, timeout)[-1]
+    else:
+        session.send("go")
+        time.sleep(think_seconds)
+        session.send("stop")
+        line = session.until("bestmove", timeout)
+    sync(session, timeout)
+    answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
+    check(len(answers) == 1, "one go, one bestmove: %r" % answers)
+    return bestmove_of(line)
 
 
 def bestmove_of(line):
@@ -145,23 +189,28 @@ class Referee:
         self.position(moves, fen)
         start = len(self.session.seen)
         self.session.send("go perft 1")
-        self.session.read_until(lambda l: l.startswith("Nodes searched"))
+        self.session.until("Nodes searched")
         return {l.split(":")[0] for l in self.session.seen[start:] if l.endswith(": 1")}
 
-    def fen(self, moves):
-        self.position(moves)
+    def shown(self, field, moves, fen=None):
+        """A field of stockfish's display of the position reached by moves, Checkers the last one it shows."""
+        self.position(moves, fen)
+        sync(self.session)  # nothing of an earlier display is left to read
+        start = len(self.session.seen)
         self.session.send("d")
-        return self.session.read_until(lambda l: l.startswith("Fen:")).split(":", 1)[1].strip()
+        self.session.until("Checkers:")
+        return next(l for l in self.session.seen[start:] if l.startswith(field + ":")).split(":", 1)[1].strip()
+
+    def fen(self, moves):
+        return self.shown("Fen", moves)
 
     def in_check(self, moves, fen=None):
-        self.position(moves, fen)
-        self.session.send("d")
-        return self.session.read_until(lambda l: l.startswith("Checkers:")).split(":", 1)[1].strip() != ""
+        return self.shown("Checkers", moves, fen) != ""
 
     def best_move(self, moves, think_ms):
         self.position(moves)
         self.session.send("go movetime %d" % think_ms)
-        return bestmove_of(self.session.read_until(lambda l: l.startswith("bestmove")))
+        return bestmove_of(self.session.until("bestmove"))
 
     def close(self):
         self.session.send("quit")

@@ -23,11 +23,9 @@ def main():
     parser.add_argument("--line", default="cycle", choices=sorted(LINES))
     for fault in ("crash", "hang", "illegal", "resign", "draw", "claim-win"):
         parser.add_argument("--" + fault, type=int, default=0)
-    parser.add_argument("--garbage", action="store_true")
-    parser.add_argument("--ponder", action="store_true")
-    parser.add_argument("--no-handshake", action="store_true")
+    for switch in ("garbage", "ponder", "no-handshake", "exit"):
+        parser.add_argument("--" + switch, action="store_true")
     parser.add_argument("--slow-start", type=float, default=0)
-    parser.add_argument("--exit", action="store_true")
     options = parser.parse_args()
     if options.exit:
         return 0
@@ -37,10 +35,7 @@ def main():
         return 0
     if options.slow_start:
         time.sleep(options.slow_start)
-    line = LINES[options.line]
-    moves = []
-    own_moves = 0
-    uci = False
+    line, moves, own_moves, uci = LINES[options.line], [], 0, False
 
     def say(text):
         sys.stdout.write(text + "\n")

@@ -1,13 +1,17 @@
-"""The opening book through the real program: a .cbk file written here, byte by byte from the file format,
-is what Corvane plays from, lists and saves again; damaged files never stop it."""
+"""The opening book through the real program: a .cbk file written here, byte by byte from the file format, is what
+Corvane plays from, lists and saves again; damaged files never stop it. Books built from PGN folders, merged and
+converted, with the files left and the words said."""
 import os
 import re
 import struct
 import tempfile
 
-from corvane_driver import Referee, Session, bestmove_of, check, progress_session, run_script, searched_move
+from corvane_driver import CORVANE, Referee, Session, bestmove_of, check, progress_session, remarks, run_ok, searched_move
 
-CORVANE = ("-engine=corvane",)
+HEADER = struct.Struct("<6sII32x")  # magic, version, count
+THINKING = re.compile(r"^(\d+) (-?\d+) +(\d+) (\d+) ")
+STATISTICS = re.compile(r"^info string (\d+) ms \d+ Knps(, TT hits: .*)?$")
+GAME = '[Event "x"]\n[Result "1-0"]\n\n1. e4 e5 2. Nf3 Nc6 1-0\n'
 
 
 def varint(number):
@@ -23,41 +27,56 @@ def book_bytes(entries):
     """entries: {key: (wins, losses, draws)}, written in ascending key order."""
     body = b"".join(varint(w) + varint(l) + varint(d) + struct.pack("<Q", key)
                     for key, (w, l, d) in sorted(entries.items()))
-    return b"NVOBK\0" + struct.pack("<II", 1, len(entries)) + bytes(32) + body + b"*END*\0"
+    return HEADER.pack(b"NVOBK\0", 1, len(entries)) + body + b"*END*\0"
 
 
-def remarks(lines):
-    """The program's remarks without the protocol's prefix ("info string " at start, as for UCI)."""
-    return [l[len("info string "):] if l.startswith("info string ") else l for l in lines]
+def entries(path):
+    """(key, wins, losses, draws) of a .cbk file."""
+    data = open(path, "rb").read()
+    at, found = HEADER.size, []
+
+    def number():
+        nonlocal at
+        value = shift = 0
+        while True:
+            at, byte = at + 1, data[at]
+            value, shift = value | (byte & 0x7F) << shift, shift + 7
+            if byte < 0x80:
+                return value
+
+    for _ in range(HEADER.unpack_from(data)[2]):
+        counters = (number(), number(), number())
+        found.append(struct.unpack_from("<Q", data, at) + counters)
+        at += 8
+    return found
+
+
+def write_book(path, entries_by_key):
+    with open(path, "wb") as f:
+        f.write(book_bytes(entries_by_key))
+    return path
 
 
 def listing(args, moves=""):
     """The keys the program gives the positions after each legal move, and the listing's lines."""
-    code, lines = run_script(["uci", "position startpos" + (" moves " + moves if moves else ""), "\\listbook", "quit"],
-                             CORVANE + args)
-    check(code == 0, "exit code %d" % code)
+    lines = run_ok(["uci", "position startpos" + (" moves " + moves if moves else ""), "\\listbook", "quit"],
+                   CORVANE + args)
     rows = [l for l in remarks(lines) if re.match(r"^[0-9A-F]{16} ", l)]
     keys = {row.split()[1]: int(row.split()[0], 16) for row in rows if not row.endswith("best entry")}
     return keys, rows
 
 
-THINKING = re.compile(r"^(\d+) (-?\d+) +(\d+) (\d+) ")
-
-
 def engine_move(session, timeout=60):
     """The next "move" line's move and the nodes of the thinking lines (post) before it."""
     start = len(session.seen)
-    line = session.read_until(lambda l: l.startswith("move "), timeout)
-    nodes = [int(m.group(4)) for m in map(THINKING.match, session.seen[start:]) if m]
-    return line.split()[1], nodes
+    line = session.until("move ", timeout)
+    return line.split()[1], [int(m.group(4)) for m in map(THINKING.match, session.seen[start:]) if m]
 
 
-def plays_and_lists(folder, keys):
+def plays_and_lists(folder, keys, referee):
     # e4 alone is a book move: d4's one game against e4's 9000 is too rare to count (a share of the square
     # roots below 0.02).
-    path = os.path.join(folder, "open.cbk")
-    with open(path, "wb") as f:
-        f.write(book_bytes({keys["Pe2-e4"]: (3000, 1000, 5000), keys["Pd2-d4"]: (0, 0, 1)}))
+    path = write_book(os.path.join(folder, "open.cbk"), {keys["Pe2-e4"]: (3000, 1000, 5000), keys["Pd2-d4"]: (0, 0, 1)})
     args = ("book=" + path,)
     session = Session(CORVANE + args)
     for line in ("xboard", "post", "new", "bk"):
@@ -74,79 +93,60 @@ def plays_and_lists(folder, keys):
     session.read_until(THINKING.match)  # a move found, shown by post
     session.send("?")
     move, nodes = engine_move(session)
-    referee = Referee()
     check(nodes and max(nodes) > 0 and move in referee.legal_moves(["e2e4", "e7e5"]),
           "search expected after 1.e4 e5: %s %r" % (move, nodes))
-    referee.close()
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
 
     _, rows = listing(args)
     # Wins, draws, losses; 1.e4 scores (5000 + 2 * 3000) * 500 / 9000 = 611, shown as 61.10 %.
     check("Pe2-e4 3000 5000 1000 61.10%" in [r.split(" ", 1)[1] for r in rows], rows)
     check(rows[-1].endswith("Pe2-e4 3000 5000 1000 61.10% <--- best entry"), rows)
     check(sum(r.endswith("???") for r in rows) == 18, rows)
-
-    # Loaded and saved by the console, the book comes back as the same bytes.
+    # Loaded and saved by the console, the book comes back as the same bytes. The limit keeps positions of at least
+    # that weight: 1.d4's one game has weight 0.
     copy = os.path.join(folder, "copy.cbk")
-    code, lines = run_script(["\\loadbook " + path, "\\savebook " + copy, "quit"], CORVANE)
-    lines = remarks(lines)
-    check(code == 0 and "book %s loaded with 2 positions" % path in lines and "book %s saved" % copy in lines, lines)
+    lines = remarks(run_ok(["\\loadbook " + path, "\\savebook " + copy, "\\loadbook %s 1" % path, "quit"], CORVANE))
+    check(["book %s loaded with 2 positions" % path, "book %s saved" % copy, "book %s loaded with 1 positions" % path]
+          == [l for l in lines if l.startswith("book ")], lines)
     with open(path, "rb") as a, open(copy, "rb") as b:
         check(a.read() == b.read(), "saved book differs from the loaded one")
-    # The limit keeps positions of at least that weight: 1.d4's one game has weight 0.
-    code, lines = run_script(["\\loadbook %s 1" % path, "quit"], CORVANE)
-    check(code == 0 and "book %s loaded with 1 positions" % path in remarks(lines), lines)
 
 
-STATISTICS = re.compile(r"^info string (\d+) ms \d+ Knps(, TT hits: .*)?$")
-
-
-def uci_move(session, moves, until_found=False):
-    """Plays "go" on the position after moves, stopped once a move is found if until_found; returns the best move,
-    the ms and whether any node was searched."""
-    session.send("position startpos" + (" moves " + " ".join(moves) if moves else ""))
-    start = len(session.seen)
-    if until_found:
-        line = searched_move(session)[-1]
-    else:
-        session.send("go")
-        line = session.read_until(lambda l: l.startswith("bestmove "))
-    move = bestmove_of(line)
-    statistics = [m for m in map(STATISTICS.match, session.seen[start:]) if m]
-    check(len(statistics) == 1, session.seen[start:])
-    return move, int(statistics[0].group(1)), statistics[0].group(2) is not None
-
-
-def default_book_over_uci(folder, keys):
+def default_book_over_uci(folder, keys, referee):
     # "corvane.cbk" in the working folder is the book when none is named: 1.e4 for White, 1...e5 against it.
     black_keys, _ = listing((), "e2e4")
-    with open(os.path.join(folder, "corvane.cbk"), "wb") as f:
-        f.write(book_bytes({keys["Pe2-e4"]: (5, 1, 2), black_keys["Pe7-e5"]: (1, 5, 2)}))
+    write_book(os.path.join(folder, "corvane.cbk"), {keys["Pe2-e4"]: (5, 1, 2), black_keys["Pe7-e5"]: (1, 5, 2)})
     session = progress_session(CORVANE, cwd=folder)
-    # A book move comes without a node searched, long before the search's allowance of over 7 s is used.
-    for moves, expected in (([], "e2e4"), (["e2e4"], "e7e5")):
-        move, ms, searched = uci_move(session, moves)
-        check(move == expected and not searched and ms < 5000, "book move expected: %s %d %s" % (move, ms, searched))
-    # Out of the book the engine searches, and "stop" brings its move.
-    move, _, searched = uci_move(session, ["a2a3"], until_found=True)
-    referee = Referee()
-    check(searched and move in referee.legal_moves(["a2a3"]), "search expected after 1.a3: %s" % move)
-    referee.close()
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    # A book move comes without a node searched, long before the search's allowance of over 7 s is used; out of the
+    # book the engine searches, and "stop" brings its move.
+    for moves, expected in (([], "e2e4"), (["e2e4"], "e7e5"), (["a2a3"], None)):
+        session.send("position startpos" + (" moves " + " ".join(moves) if moves else ""))
+        start = len(session.seen)
+        if expected:
+            session.send("go")
+            move = bestmove_of(session.until("bestmove "))
+        else:
+            move = bestmove_of(searched_move(session)[-1])
+        statistics = [m for m in map(STATISTICS.match, session.seen[start:]) if m]
+        check(len(statistics) == 1, session.seen[start:])
+        ms, searched = int(statistics[0].group(1)), statistics[0].group(2) is not None
+        if expected:
+            check(move == expected and not searched and ms < 5000, "book move expected: %s %d %s" % (move, ms, searched))
+        else:
+            check(searched and move in referee.legal_moves(moves), "search expected after 1.a3: %s" % move)
+    session.quit()
     # The option "book" names another book, and the default one is then not read.
     for args, listed in (((), 1), (("book=none.cbk",), 0)):
-        code, lines = run_script(["\\listbook", "quit"], CORVANE + args, cwd=folder)
-        check(code == 0 and sum(not l.endswith("???") and " Pe2-e4 " in l for l in lines) == 2 * listed, lines)
+        lines = run_ok(["\\listbook", "quit"], CORVANE + args, cwd=folder)
+        check(sum(not l.endswith("???") and " Pe2-e4 " in l for l in lines) == 2 * listed, lines)
 
 
 def damaged_books(folder, keys):
     # The highest key is the last entry: of no position here, it is the one cut.
     whole = book_bytes({keys["Pe2-e4"]: (3, 1, 5), keys["Ng1-f3"]: (7, 0, 0), 2**64 - 1: (1, 1, 1)})
     damaged = {
-        "cut.cbk": whole[:-10],                                     # cut inside the key of the last entry
-        "header.cbk": whole[:20],                                   # cut in the header
+        "cut.cbk": whole[:-10],  # cut inside the key of the last entry
+        "header.cbk": whole[:20],  # cut in the header
         "version.cbk": whole[:6] + struct.pack("<I", 2) + whole[10:],
         "magic.cbk": b"XXXXX" + whole[5:],
         "empty.cbk": b"",
@@ -168,22 +168,82 @@ def damaged_books(folder, keys):
         else:
             session.send("?")
             move, _ = engine_move(session)
-        session.send("quit")
-        check(session.close() == 0 and len(move) >= 4, "%s: %r" % (name, session.seen))
-        # The load fails; a cut file keeps the complete entries before the cut.
+        session.quit()
+        check(len(move) >= 4, "%s: %r" % (name, session.seen))
+        # The load fails.
         check([l for l in remarks(session.seen) if l.startswith("book ") or l.startswith("error loading")] ==
               ["error loading " + path], "%s: %r" % (name, session.seen))
     _, rows = listing(("book=" + os.path.join(folder, "cut.cbk"),))
-    # The complete entries are kept and found (the cut one stays behind them with key 0).
+    # A cut file keeps and finds the complete entries before the cut (the cut one stays behind them with key 0).
     listed = sorted(r.split(" ", 1)[1] for r in rows if not r.endswith("???") and not r.endswith("best entry"))
     check(len(listed) == 2 and listed[0].startswith("Ng1-f3 7 0 0") and listed[1].startswith("Pe2-e4 3 5 1"), rows)
 
 
+def console(folder, commands):
+    return [l for l in remarks(run_ok(list(commands) + ["quit"], cwd=folder)) if l != "end"]
+
+
+def write(path, text):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w") as out:
+        out.write(text)
+
+
+def build_merge_convert(folder):
+    check(console(folder, ["\\buildbooks", "\\mergebooks books"]) == [
+        "buildbooks path_of_pgn_files moves_count [type]", "buildbooks d:\\games d:\\corvane\\corvane.cbk 10",
+        "type: 0=book, 1=extract FEN", 'NB: use "path" if you want to use path with embedded spaces',
+        "mergebooks books_path new_book.cbk [limit]", "merge .cbk book files into new_book.cbk file"], "help")
+    # Sub-folders are walked, hidden names skipped, a quoted path may hold blanks; Vesko lends a Corvane.
+    games = os.path.join(folder, "my games")
+    write(os.path.join(games, "a.b.pgn"), GAME)
+    write(os.path.join(games, "deep", "c.pgn"), GAME + GAME.replace("1-0", "0-1"))
+    write(os.path.join(games, ".hidden.pgn"), GAME)
+    write(os.path.join(games, ".old", "d.pgn"), GAME)
+    said = console(folder, ['\\buildbooks "my games" 3 1'])
+    check(said[-1] == "3 games parsed!", said)
+    check(sorted(l for l in said if l.startswith("saving book")) == [
+        "saving book 'my games/a.b.cbk' with 3 positions", "saving book 'my games/deep/c.cbk' with 3 positions"], said)
+    check(any(l.startswith("reading file 1 of 2 : my games/") for l in said), said)
+    check(not os.path.exists(os.path.join(games, ".hidden.cbk")), "hidden file read")
+    check(os.path.exists(os.path.join(games, "a.b.txt")), "no table")
+    # White won once and black once: the three positions stand at one win and one loss each.
+    check([e[1:] for e in entries(os.path.join(games, "deep", "c.cbk"))] == [(1, 1, 0)] * 3, "counters")
+
+    # Shared positions fold; the new book is left out of a second run; a cut book merges as far as it reads.
+    books = os.path.join(folder, "books")
+    os.makedirs(os.path.join(books, "sub"))
+    built = open(os.path.join(games, "a.b.cbk"), "rb").read()
+    for name, data in (("a.cbk", built), ("sub/c.cbk", open(os.path.join(games, "deep", "c.cbk"), "rb").read()),
+                       ("cut.cbk", built[:HEADER.size + 11 + 5])):
+        with open(os.path.join(books, name), "wb") as out:
+            out.write(data)
+    for _ in range(2):
+        said = console(folder, ["\\mergebooks books books\\all.cbk"])
+    merged = entries(os.path.join(books, "all.cbk"))
+    whole_keys = sorted(e[0] for e in entries(os.path.join(books, "a.cbk")))
+    check(len(merged) == 4 and sorted(e[0] for e in merged if e[0]) == whole_keys, merged)
+    # Two whole books and, from the cut one, the entry before the damage (one key counted once more) and the
+    # entry whose key the cut fell in, kept under key 0 with the counters read before it.
+    check(sorted(e[1] + e[2] + e[3] for e in merged) == [1, 3, 3, 4], merged)
+    check(said[-1] == "done" and "saving 4 positions in books\\all.cbk" in said, said)
+
+    os.makedirs(os.path.join(folder, "pgn"))
+    with open(os.path.join(folder, "pgn", "x.cbk"), "wb") as out:
+        out.write(built)
+    said = console(folder, ["\\cvbooks"])
+    check(said[-1] == "ok" and os.path.exists(os.path.join(folder, "pgn", "x.cb3")), said)
+
+
 if __name__ == "__main__":
+    referee = Referee()
     with tempfile.TemporaryDirectory() as folder:
         keys, _ = listing(())
         check(len(keys) == 20 and keys["Pe2-e4"] != keys["Pd2-d4"], keys)
-        plays_and_lists(folder, keys)
-        default_book_over_uci(folder, keys)
+        plays_and_lists(folder, keys, referee)
+        default_book_over_uci(folder, keys, referee)
         damaged_books(folder, keys)
+    with tempfile.TemporaryDirectory() as folder:
+        build_merge_convert(folder)
+    referee.close()
     print("book: all checks passed")

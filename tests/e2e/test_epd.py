@@ -1,21 +1,24 @@
-"""EPD test runs through the real program: a suite of known answers scored to the exact result line, and files
-that hold no usable positions."""
+"""Files of positions run through the real program: an EPD suite of known answers scored to the exact result line,
+files that hold no usable positions, and perft over a file with both engines."""
 import os
+import shutil
 import tempfile
 
-from corvane_driver import Session, check, run_script
+from corvane_driver import CORVANE, Session, check, run_ok
 
-CORVANE = ("-engine=corvane",)
 RESULTS = "info string test results: "
+PERFT_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..", "shared", "data",
+                          "perft", "standard-d3.txt")
 
-# (line, passes): mates in one that any search finds, and avoided moves.
+# (line, verdict): mates in one that any search finds, and avoided moves. A verdict that starts with a blank
+# follows whatever move was found; None is a failed test.
 SUITE = [
-    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Ra8#; id \"white mates\";", True),
-    ("r5k1/8/8/8/8/8/5PPP/6K1 b - - bm Ra1+; id \"black mates\";", True),
-    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - am Ra8#;", False),
-    ("3qk3/8/8/8/8/8/8/3RK3 w - - am Rd2;", True),
-    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - id \"no operation\";", False),
-    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Qz9;", False),
+    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Ra8#; id \"white mates\";", "a1a8 ok ---> score : 1"),
+    ("r5k1/8/8/8/8/8/5PPP/6K1 b - - bm Ra1+; id \"black mates\";", "a8a1 ok ---> score : 2"),
+    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - am Ra8#;", "a1a8 bad!"),
+    ("3qk3/8/8/8/8/8/8/3RK3 w - - am Rd2;", " ok ---> score : 3"),
+    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - id \"no operation\";", None),
+    ("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Qz9;", None),
 ]
 
 # Lines that give no position or no move to search; none may stop the run.
@@ -24,22 +27,21 @@ BROKEN = ["xyz", "8/8/8/8 w - - bm Qa1;", "8/8/8/8/8/8/8/8 w - - bm Ke2;", "kkkk
 
 
 def epd_run(folder, name, lines, args=()):
-    path = os.path.join(folder, name)
-    with open(path, "w", newline="") as f:
+    with open(os.path.join(folder, name), "w", newline="") as f:
         f.write("\r\n".join(lines) + "\r\n\r\n")
-    code, output = run_script(["\\epd 0:01 " + name], args, timeout=120, cwd=folder)
-    check(code == 0, "exit code %d" % code)
-    return output
+    return run_ok(["\\epd 0:01 " + name], args, timeout=120, cwd=folder)
 
 
 def suite(folder):
     output = epd_run(folder, "suite.epd", [line for line, _ in SUITE], CORVANE)
     check(output[0] == "info string time 1000 ms - file suite.epd", output)
-    verdicts = [l for l in output if l.startswith("info string move ")]
-    check([" ok ---> score : " in v for v in verdicts] == [passes for _, passes in SUITE], verdicts)
-    check(verdicts[0] == "info string move a1a8 ok ---> score : 1", verdicts)
-    check(verdicts[1] == "info string move a8a1 ok ---> score : 2", verdicts)
-    check(verdicts[2] == "info string move a1a8 bad!", verdicts)
+    verdicts = [l[len("info string move "):] for l in output if l.startswith("info string move ")]
+    check(len(verdicts) == len(SUITE), verdicts)
+    for verdict, (line, expected) in zip(verdicts, SUITE):
+        if expected is None:
+            check(" ok ---> score : " not in verdict, (line, verdict))
+        else:
+            check(verdict.endswith(expected) if expected[0] == " " else verdict == expected, (line, verdict))
     check(output[-2:] == [RESULTS + "3/6 50%", "info string end"], output)
 
 
@@ -48,28 +50,42 @@ def broken(folder):
     output = epd_run(folder, "broken.epd", BROKEN)
     check(output[-2] == RESULTS + "0/%d 00%%" % len(BROKEN), output)
     check(sum(l.startswith("info string testing: ") for l in output) == len(BROKEN), output)
+    open(os.path.join(folder, "empty.epd"), "w").close()
     for missing in ("none.epd", "empty.epd"):
-        open(os.path.join(folder, "empty.epd"), "w").close()
-        code, output = run_script(["\\epd 0:01 " + missing, "isready"], cwd=folder)
+        output = run_ok(["\\epd 0:01 " + missing, "isready"], cwd=folder)
         check(output == ["info string no positions to test in '%s'" % missing, "readyok", "info string end"], output)
-
-
-def long_file(folder):
     # A file of 100000 positions is read at once; the program keeps answering and quits at once.
     with open(os.path.join(folder, "long.epd"), "w") as f:
         f.write("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm e4;\n" * 100000)
     session = Session(cwd=folder)
     session.send("\\epd 0:01 long.epd")
-    session.read_until(lambda l: l.startswith("info string testing: "), 120)
+    session.until("info string testing: ", 120)
     session.send("isready")
     session.read_until(lambda l: l == "readyok", 60)
-    session.send("quit")
-    check(session.close(60) == 0, "exit code")
+    session.quit(60)
+
+
+def perft_file(folder):
+    """Every position of the depth-3 file counts as expected, with either engine."""
+    with open(PERFT_FILE) as source:
+        fens = [line.split(",")[0] for line in source if line.strip()]
+    for engine in ("vesko", "corvane"):
+        path = shutil.copy(PERFT_FILE, os.path.join(folder, engine + ".txt"))
+        output = run_ok(["\\" + engine, "\\perftfile " + path + " 3", "quit"], timeout=300)
+        check("starting perft from perft line 0" in output, output[:5])
+        with open(os.path.join(folder, engine + ".out.txt"), newline="") as result:
+            lines = result.read().split("\r\n")
+        check(lines[-1] == "" and len(lines) == len(fens) + 1, (engine, len(lines)))
+        for fen, line in zip(fens, lines):
+            check(line.startswith(fen + "\t[TIME_MS=") and line.endswith("]\t[STATUS=OK]"), (engine, line))
 
 
 if __name__ == "__main__":
     with tempfile.TemporaryDirectory() as folder:
         suite(folder)
         broken(folder)
-        long_file(folder)
+        if os.path.exists(PERFT_FILE):
+            perft_file(folder)
+        else:
+            print("epd: perft file skipped, no shared perft data at " + PERFT_FILE)
     print("epd: all checks passed")

@@ -2,7 +2,6 @@
 corvane program itself over XBoard. Every game ends on the board or by a fault of the other program, never
 by a forfeit or an illegal move of the embedded player; pgn-extract reads every game file and confirms every mate."""
 import os
-import shutil
 import sys
 import tempfile
 
@@ -21,13 +20,11 @@ def main():
         if not os.path.exists(program) or not os.path.exists(PGN_EXTRACT):
             print("skipped: %s is not installed" % program)
             return
-    folder = tempfile.mkdtemp(prefix="corvane_gauntlet_")
-    try:
+    with tempfile.TemporaryDirectory(prefix="corvane_gauntlet_", ignore_cleanup_errors=True) as folder:
         engines = [engine("Corvane", "embedded")] + [engine(*opponent) for opponent in OPPONENTS]
         ini = write(os.path.join(folder, "gauntlet.xml"),
                     tourney_xml("gauntlet", "gauntlet", folder, engines, 6000, increment_ms=200))
-        code, lines = play(ini, timeout=580)
-        check(code == 0, "the tournament ends the program")
+        lines = play(ini, timeout=580)
         found = results(lines)
         check(sorted(found) == list(range(1, 7)), "six games: %r" % found)
         for game_id, (result, reason, white, black, pgn) in sorted(found.items()):
@@ -40,8 +37,6 @@ def main():
             check(extracted_plies(pgn) == len(plies), "pgn-extract reads all %d plies of game %d" % (len(plies), game_id))
             if reason == "mate":
                 check(extracted_plies(pgn, "-M") == len(plies), "pgn-extract finds the mate of game %d" % game_id)
-    finally:
-        shutil.rmtree(folder, ignore_errors=True)
 
 
 if __name__ == "__main__":

@@ -3,30 +3,7 @@ import os
 import random
 import time
 
-from corvane_driver import Referee, Session, bestmove_of, check, progress_session, searched_move, sync
-
-ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
-
-
-def search_answers(session, timeout=30, until_found=False):
-    """A search stopped at once, or once it has shown a move found, delivers exactly one move."""
-    sync(session, timeout)  # the position is set before the search's time runs
-    start = len(session.seen)
-    if until_found:
-        line = searched_move(session, timeout)[-1]
-    else:
-        session.send("go")
-        session.send("stop")
-        line = session.read_until(lambda l: l.startswith("bestmove"), timeout)
-    after = sync(session, timeout)
-    check(not any(l.startswith("bestmove") for l in after), "a second bestmove: %r" % after)
-    check(sum(1 for l in session.seen[start:] if l.startswith("bestmove")) == 1, session.seen[start:])
-    return bestmove_of(line)
-
-
-def send_bytes(session, data):
-    session.process.stdin.write(data)
-    session.process.stdin.flush()
+from corvane_driver import ENGINES, Referee, Session, answered_move, check, progress_session, sync
 
 
 def hostile_lines(name, args, referee):
@@ -39,35 +16,34 @@ def hostile_lines(name, args, referee):
         sync(session)
     session.send("go" + " infinite" * 100)
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"))
+    session.until("bestmove")
     # Binary lines, NUL and control bytes included.
     for _ in range(50):
         line = bytes(rng.randrange(256) for _ in range(rng.randrange(1, 300)))
         # Not a console command: some of those are tools that take over the input.
-        send_bytes(session, line.lstrip(b"\\") + b"\n")
-    send_bytes(session, b"position fen \x00\xff\x01 moves \x00e2e4\n")
+        session.send_bytes(line.lstrip(b"\\") + b"\n")
+    session.send_bytes(b"position fen \x00\xff\x01 moves \x00e2e4\n")
     sync(session)
     # FENs of garbage: whatever position the engine makes of them, a search still ends with one answer.
     for fen in ("zz//??/ 9 q KQkqKQ e9 -1 x", "8/8/8/8/8/8/8/8 w - - 0 1", "kkkkkkkk/8/8/8/8/8/8/KKKKKKKK b",
                 "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR/8/8/8 w KQkq - 0 1", "9/9/9/9/9/9/9/9 w",
                 "p7/8/8/8/8/8/8/P7 w - - 99999999999 -5", " ", "fen fen fen"):
         session.send("position fen " + fen)
-        search_answers(session)
+        answered_move(session)
     # Ten thousand moves: a knight shuffle that comes back to the start, and one move that never fits.
     session.send("position startpos moves " + " ".join(["g1f3 g8f6 f3g1 f6g8"] * 2500))
-    move = search_answers(session, timeout=120, until_found=True)
+    move = answered_move(session, until_found=True, timeout=120)
     check(move in referee.legal_moves([]), "%s after the shuffle: %s" % (name, move))
     session.send("position startpos moves " + " ".join(["a1a1"] * 10000) + " e2e4")
-    move = search_answers(session, timeout=120, until_found=True)
+    move = answered_move(session, until_found=True, timeout=120)
     check(move in referee.legal_moves(["e2e4"]), "%s after the failed moves: %s" % (name, move))
-    session.send("quit")
-    check(session.close() == 0, "%s: exit code" % name)
+    session.quit()
 
 
 def binary_at_the_end():
     # Input that ends inside a line of binary bytes ends the program cleanly.
     session = Session()
-    send_bytes(session, os.urandom(5000).replace(b"\n", b" "))
+    session.send_bytes(os.urandom(5000).replace(b"\n", b" "))
     check(session.close() == 0, "exit code")
 
 
@@ -83,19 +59,17 @@ def endless_line():
     plain = Session()
     sync(plain)
     baseline = peak_memory_kib(plain)
-    plain.send("quit")
-    check(plain.close() == 0, "exit code")
+    plain.quit()
     session = Session()
     for _ in range(100):
-        send_bytes(session, b"x" * mib)
-    send_bytes(session, b"\nuci\n")
+        session.send_bytes(b"x" * mib)
+    session.send_bytes(b"\nuci\n")
     session.read_until(lambda l: l == "uciok", timeout=120)
     check(unknown + "x" * mib in session.seen and session.seen[-2:] == ["id name Vesko", "uciok"],
           [l[:80] for l in session.seen])
     grown = peak_memory_kib(session) - baseline
     check(grown < 32 * 1024, "memory grew by %d KiB" % grown)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
 
 
 if __name__ == "__main__":

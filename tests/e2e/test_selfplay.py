@@ -4,30 +4,27 @@ import os
 import re
 import tempfile
 
-from corvane_driver import Referee, Session, check, run_script
+from corvane_driver import CORVANE, Referee, Session, check, run_ok
 
 MOVE = re.compile(r"^[a-h][1-8][a-h][1-8][nbrq]?$")
-
-
-def play():
-    code, output = run_script(["\\play 50 16"], timeout=120)
-    check(code == 0, "exit code %d" % code)
-    words = output[0].split()
-    check(len(words) == 17 and words[-1] == "0", output)
-    referee = Referee()
-    for i, move in enumerate(words[:-1]):
-        check(MOVE.match(move) and move in referee.legal_moves(words[:i]), "move %d: %s" % (i, output[0]))
-    referee.close()
-    for help_case in ("\\play 0 10", "\\play 100"):
-        code, output = run_script([help_case])
-        check(output[0] == "info string \\play ms_per_move max_moves file.pgn [soulA soulB]", output)
-
-
 OPENINGS = "ficsgamesdb_2014_standard2000_nomovetimes_1286521.txt"
 BALANCED = ["rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1",
             "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2"]
 SIMPLE5 = "7 20 20 5 5 8 8 10 10 20 5 1 5 15 5 10".split()
 NAMES = {"'ORIGINAL'", "'The Barbarian'", "'Take a Pebble'"}
+# Two embedded players with a tiny clock.
+PAIR = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "embedded_pair.xml")
+
+
+def play():
+    words = run_ok(["\\play 50 16"], timeout=120)[0].split()
+    check(len(words) == 17 and words[-1] == "0", words)
+    referee = Referee()
+    for i, move in enumerate(words[:-1]):
+        check(MOVE.match(move) and move in referee.legal_moves(words[:i]), "move %d: %s" % (i, words))
+    referee.close()
+    for help_case in ("\\play 0 10", "\\play 100"):
+        check(run_ok([help_case])[0] == "info string \\play ms_per_move max_moves file.pgn [soulA soulB]", help_case)
 
 
 def write_openings(folder, fens):
@@ -36,10 +33,8 @@ def write_openings(folder, fens):
         f.write("".join("3\t2\t1\t%s\r\n" % fen for fen in fens))
 
 
-def learn_lines(folder, command, args=("-engine=corvane",)):
-    code, output = run_script([command], args, timeout=300, cwd=folder)
-    check(code == 0, "exit code %d" % code)
-    return output
+def learn_lines(folder, command):
+    return run_ok([command], CORVANE, timeout=300, cwd=folder)
 
 
 def blocks(path):
@@ -81,31 +76,29 @@ def learn(folder):
 
 def learn_input(folder):
     write_openings(folder, BALANCED)
-
-    def resume(lines, generations, members):
-        with open(os.path.join(folder, "r.csv"), "w", newline="") as f:
-            f.write("".join(l + "\r\n" for l in lines))
-        return learn_lines(folder, "\\learn r.csv %d %d 20 6" % (generations, members))
-    # One member plays nobody: its name, score and soul come back in the next block, points as commas.
+    # One member plays nobody: its name, score and soul come back in the next block, points as commas. Damaged
+    # files are said to be so, and the run goes on.
     soul = [str(n) for n in range(1, 17)]
-    resume(["4\t1\t'L.A. Nights'\t5\t" + "\t".join(soul) + "\t", ""], 6, 1)
-    check(blocks(os.path.join(folder, "r.csv"))[-1] == [["5", "1", "'L,A, Nights'", "5"] + soul], "dots")
-    check(os.path.exists(os.path.join(folder, "r.005.csv")), "no file of generation 5")
-    # Damaged files are said to be so, and the run goes on.
-    cases = [(["2\t1\t'Clotho'\t1\t7\t20"], 3, 1, "incomplete line in r.csv"),
-             (["2\t1\t'Clotho'\tabc" + "\tx" * 16 + "\t"], 3, 1, "text in a number field of r.csv, read as 0"),
-             (["2\t1\t'Clotho'\t0" + "\t1" * 16 + "\t"], 3, 2, "has 1 lines for 2 members")]
-    for lines, generations, members, remark in cases:
-        output = resume(lines, generations, members)
-        check(any(remark in l for l in output) and output[-1] == "info string end", output)
+    cases = [("4\t1\t'L.A. Nights'\t5\t" + "\t".join(soul) + "\t\r\n", 6, 1, None),
+             ("2\t1\t'Clotho'\t1\t7\t20", 3, 1, "incomplete line in r.csv"),
+             ("2\t1\t'Clotho'\tabc" + "\tx" * 16 + "\t", 3, 1, "text in a number field of r.csv, read as 0"),
+             ("2\t1\t'Clotho'\t0" + "\t1" * 16 + "\t", 3, 2, "has 1 lines for 2 members")]
+    for text, generations, members, remark in cases:
+        with open(os.path.join(folder, "r.csv"), "w", newline="") as f:
+            f.write(text + "\r\n")
+        output = learn_lines(folder, "\\learn r.csv %d %d 20 6" % (generations, members))
+        check(remark is None or any(remark in l for l in output) and output[-1] == "info string end", output)
+        if remark is None:
+            check(blocks(os.path.join(folder, "r.csv"))[-1] == [["5", "1", "'L,A, Nights'", "5"] + soul], "dots")
+            check(os.path.exists(os.path.join(folder, "r.005.csv")), "no file of generation 5")
     # A stop or a quit typed during a long run ends it after the generation under way.
     for word in ("stop", "quit"):
-        session = Session(("-engine=corvane",), cwd=folder)
+        session = Session(CORVANE, cwd=folder)
         session.send("\\learn %s.csv 100 2 20 4" % word)
         session.read_until(lambda l: "GENERATION 1" in l, 120)
         session.send(word)
         if word == "stop":
-            session.read_until(lambda l: l.startswith("info string learning stopped before generation "), 300)
+            session.until("info string learning stopped before generation ", 300)
             session.send("isready")
             session.read_until(lambda l: l == "readyok", 300)
             session.send("quit")
@@ -119,10 +112,6 @@ def learn_input(folder):
     check(output[0] == "info string can't load book file: " + OPENINGS, output)
     for line in ("\\learn a 1 1 0 1", "\\learn u.csv 2 82 20 6"):
         check(len(learn_lines(folder, line)) in (2, 3), line)
-
-
-# Two embedded players with a tiny clock.
-PAIR = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "embedded_pair.xml")
 
 
 def soul_trials(folder):
@@ -140,10 +129,7 @@ def soul_trials(folder):
 
 if __name__ == "__main__":
     play()
-    with tempfile.TemporaryDirectory() as folder:
-        learn(folder)
-    with tempfile.TemporaryDirectory() as folder:
-        learn_input(folder)
-    with tempfile.TemporaryDirectory() as folder:
-        soul_trials(folder)
+    for scenario in (learn, learn_input, soul_trials):
+        with tempfile.TemporaryDirectory() as folder:
+            scenario(folder)
     print("selfplay: all checks passed")

@@ -1,48 +1,40 @@
-"""The program's shell: unknown words, quit, and the end of the input."""
-import time
+"""The program's shell: start-up options, unknown words, quit and the end of the input."""
+from corvane_driver import Session, check, run_ok
 
-from corvane_driver import check, run_script, Session
-
-
-def unknown_words_and_quit():
-    code, lines = run_script(["foo", "quit"])
-    check(code == 0, "exit code %d" % code)
-    check("Error (unknown command): foo" in lines, lines)
-    # Nothing after quit is read.
-    code, lines = run_script(["quit", "bar"])
-    check(code == 0 and not any("bar" in l for l in lines), lines)
+UNKNOWN = "Error (unknown command): "
+PLAIN_UCI = ["id name Vesko", "uciok", "info string end"]
 
 
-def blank_lines():
-    # An empty line never reaches a handler; a line of blanks does, with an empty command.
-    code, lines = run_script(["", "   ", "quit"])
-    check(code == 0, "exit code %d" % code)
-    errors = [l for l in lines if l.startswith("Error (unknown command):")]
-    check(errors == ["Error (unknown command): "], lines)
+def start_up_options():
+    # -load runs its command before the first input line is read: its answer comes first.
+    lines = run_ok(["uci", "quit"], ["-load=no-such-soul.txt"])
+    check(len(lines) == 4 and "soul" in lines[0].lower() and lines[1:] == PLAIN_UCI, lines)
+    # With -use=tourney (any case) the program runs the tournament of -ini, reads no commands and ends by
+    # itself once the tournament has ended: at once for a file that does not exist.
+    lines = run_ok(["uci", "quit"], ["-use=TOURNEY", "-ini=no-such-tourney.xml"])
+    check(lines and "tourney" in lines[0].lower() and "# file not found: no-such-tourney.xml" in lines
+          and not any(l.startswith("id name") for l in lines), lines)
+    for args in (["-load="], ["-ini=x.xml"], ["-use=games", "-ini=x.xml"], ["memory=abc"], ["memory="]):
+        check(run_ok(["uci", "quit"], args) == PLAIN_UCI, args)
 
 
-def end_of_input():
-    started = time.monotonic()
-    code, lines = run_script([], timeout=20)
-    check(code == 0, "exit code %d at once on empty input" % code)
-    code, lines = run_script(["foo"], timeout=20)
-    check(code == 0 and "Error (unknown command): foo" in lines, lines)
-    check(time.monotonic() - started < 15, "end of input took too long")
-
-
-def answers_while_input_stays_open():
+def words_and_end_of_input():
+    # An empty line never reaches a handler, a line of blanks does, with an empty command; nothing after quit
+    # is read.
+    lines = run_ok(["", "   ", "foo", "quit", "bar"])
+    check([l for l in lines if l.startswith(UNKNOWN)] == [UNKNOWN, UNKNOWN + "foo"], lines)
+    check(not any("bar" in l for l in lines), lines)
+    # The end of the input ends the program, at once.
+    run_ok([], timeout=20)
+    check(UNKNOWN + "foo" in run_ok(["foo"], timeout=20), "no answer before the end of the input")
     session = Session()
-    session.send("hello")
-    session.read_until(lambda l: l == "Error (unknown command): hello")
-    session.send("again")
-    session.read_until(lambda l: l == "Error (unknown command): again")
-    session.send("quit")
-    check(session.close() == 0, "exit code after quit")
+    for word in ("hello", "again"):
+        session.send(word)
+        session.read_until(lambda l: l == UNKNOWN + word)
+    session.quit()
 
 
 if __name__ == "__main__":
-    unknown_words_and_quit()
-    blank_lines()
-    end_of_input()
-    answers_while_input_stays_open()
+    start_up_options()
+    words_and_end_of_input()
     print("spine: all checks passed")

@@ -1,16 +1,27 @@
-"""UCI transcripts against the real program, for both of its engines, with stockfish judging the moves."""
+"""UCI transcripts against the real program, for both of its engines, and whole games against Debian's stockfish as
+a GUI plays them, with stockfish judging the moves."""
 import re
 import time
 
-from corvane_driver import (Referee, Session, bestmove_of, check, progress_session, run_script, searched_move, shows_a_move,
-                            sync)
+from corvane_driver import (ENGINES, Referee, Session, answered_move, bestmove_of, check, progress_session, run_ok,
+                            searched_move, shows_a_move, sync)
 
-ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 START_LINE = {"Vesko": "info string moves 0/0 - time 7498/300000 ms",
               # Corvane takes the move number from the FEN.
               "Corvane": "info string moves 1/0 - time 7498/300000 ms"}
 MATE_IN_ONE = "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"
+NO_MOVES = ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")  # mated, stalemated
+FULL_MOVES, THINK_SECONDS, STOCKFISH_MS = 30, 0.05, 10
 LONE_KINGS = "8/8/8/8/8/8/8/K1k5 w - - 0 1"  # a1a2 is the only legal move
+POSITIONS = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
+             ("position moves e2e4", ["e2e4"], None),
+             ("position startpos", [], None),
+             # A move that fails is skipped and the next one is tried.
+             ("position startpos moves e2e4 e2e4 e7e5", ["e2e4", "e7e5"], None),
+             ("position startpos   moves   g1f3    g8f6  ", ["g1f3", "g8f6"], None),
+             ("position fen " + LONE_KINGS, [], LONE_KINGS),
+             ("position " + LONE_KINGS, [], LONE_KINGS),
+             ("position FEN " + LONE_KINGS + " moves", [], LONE_KINGS)]
 
 
 def think(session, seconds=0.1):
@@ -22,36 +33,24 @@ def think(session, seconds=0.1):
     sync(session)  # the search has started: its clock runs from here
     time.sleep(seconds)
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"))
+    session.until("bestmove")
     return [l for l in session.seen[start:] if l != "readyok"]
 
 
 def identity():
     for args, name in (([], "Vesko"), (["-engine=CORVANE"], "Corvane"), (["-engine=foo"], "Vesko"),
                        (["-engine=corvane", "-engine=vesko"], "Corvane"), (["-protocol=xboard"], "Vesko")):
-        code, lines = run_script(["uci", "quit"], args)
-        check(code == 0, "exit code %d with %s" % (code, args))
         # No author line, no options: the name and uciok, and the closing remark.
-        check(lines == ["id name " + name, "uciok", "info string end"], (args, lines))
+        check(run_ok(["uci", "quit"], args) == ["id name " + name, "uciok", "info string end"], args)
 
 
 def position_forms(name, args, referee):
     session = progress_session(args)
-    cases = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
-             ("position moves e2e4", ["e2e4"], None),
-             ("position startpos", [], None),
-             # A move that fails is skipped and the next one is tried.
-             ("position startpos moves e2e4 e2e4 e7e5", ["e2e4", "e7e5"], None),
-             ("position startpos   moves   g1f3    g8f6  ", ["g1f3", "g8f6"], None),
-             ("position fen " + LONE_KINGS, [], LONE_KINGS),
-             ("position " + LONE_KINGS, [], LONE_KINGS),
-             ("position FEN " + LONE_KINGS + " moves", [], LONE_KINGS)]
-    for line, moves, fen in cases:
+    for line, moves, fen in POSITIONS:
         session.send(line)
         move = bestmove_of(searched_move(session)[-1])
         check(move in referee.legal_moves(moves, fen), "%s: %s answers %r to %r" % (name, move, line, moves))
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
 
 
 def go_and_stop(name, args):
@@ -62,8 +61,8 @@ def go_and_stop(name, args):
     session.send("position startpos")
     lines = think(session, 0.2)
     # The allowance, the statistics, the move: nothing else in plain UCI.
-    check(len(lines) == 3 and lines[0] == START_LINE[name], "%s: %r" % (name, lines))
-    check(lines[1].startswith("info string ") and lines[2].startswith("bestmove "), "%s: %r" % (name, lines))
+    check(len(lines) == 3 and lines[0] == START_LINE[name] and lines[1].startswith("info string ")
+          and lines[2].startswith("bestmove "), "%s: %r" % (name, lines))
     elapsed = int(re.search(r"(\d+) ms", lines[1]).group(1))
     check(150 <= elapsed < 5000, "%s: elapsed %d ms" % (name, elapsed))
     # A second stop delivers nothing more.
@@ -76,26 +75,18 @@ def go_and_stop(name, args):
     check(lines[0] == "info string moves %s - time %d/%d ms" % (number, (left - 50) // 40, left),
           "%s: second allowance %r after %d ms" % (name, lines[0], elapsed))
     check(sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
-
-
-def answers_during_search(name, args):
-    session = Session(args)
-    session.send("position startpos")
+    # The program answers during a search, which goes on.
+    start = len(session.seen)
     session.send("go")
-    session.read_until(lambda l: l.startswith("info string moves"))
-    asked = time.monotonic()
-    before = sync(session, timeout=5)
-    check(time.monotonic() - asked < 2, "%s: readyok took too long" % name)
-    check(not any(l.startswith("bestmove") for l in before), "%s: search ended early: %r" % (name, before))
+    session.until("info string moves")
+    # Both answers come before the move: the search is still running when they are given.
+    sync(session, timeout=5)
     session.send("uci")
     session.read_until(lambda l: l == "uciok", timeout=5)
-    check(not any(l.startswith("bestmove") for l in session.seen), "%s: %r" % (name, session.seen))
+    check(not any(l.startswith("bestmove") for l in session.seen[start:]), "%s: search ended early" % name)
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"))
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.until("bestmove")
+    session.quit()
 
 
 def mate_in_one(name, args):
@@ -104,18 +95,15 @@ def mate_in_one(name, args):
     started = time.monotonic()
     session.send("go")
     # Well before the deadline of 7498 ms, and without a stop.
-    line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
-    check(line == "bestmove a1a8", "%s: %r" % (name, line))
+    check(session.until("bestmove", timeout=6) == "bestmove a1a8", "%s: %r" % (name, session.seen))
     check(time.monotonic() - started < 6, "%s: mate took too long" % name)
-    # Mated or stalemated: the engine has no move, and the GUI still gets its one answer at once.
-    for fen in ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"):
+    # No move: the GUI still gets its one answer at once.
+    for fen in NO_MOVES:
         session.send("position fen " + fen)
         session.send("go")
-        line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
-        check(line == "bestmove 0000", "%s: %r for %s" % (name, line, fen))
+        check(session.until("bestmove", timeout=6) == "bestmove 0000", "%s: %r for %s" % (name, session.seen, fen))
         check(not any(l.startswith("bestmove") for l in sync(session)), "a second answer")
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
 
 
 def go_words(referee):
@@ -123,33 +111,27 @@ def go_words(referee):
     session = Session()
     session.send("position startpos")
     session.send("go depth 3 movetime 100")
-    move = bestmove_of(session.read_until(lambda l: l.startswith("bestmove"), timeout=6))
-    check(move in referee.legal_moves([]), move)
+    check(bestmove_of(session.until("bestmove", timeout=6)) in referee.legal_moves([]), session.seen)
     # The limit stays for later searches; a ponder search is a normal one and its move comes unasked.
     session.send("go ponder")
-    line = session.read_until(lambda l: l.startswith("bestmove"), timeout=6)
+    line = session.until("bestmove", timeout=6)
     check(not line.split()[2:], "no ponder word: %r" % line)
     # Infinite lasts until stop; the clock words of go do not change the allowance.
     session.send("go infinite wtime 1000 btime 1000 winc 5 binc 5 movestogo 3 nodes 10 mate 2 bogus")
-    allowance = session.read_until(lambda l: l.startswith("info string moves"))
-    numbers = re.match(r"info string moves 0/0 - time (-?\d+)/(-?\d+) ms$", allowance)
-    check(numbers and int(numbers.group(1)) == (int(numbers.group(2)) - 50) // 40, allowance)
-    check(int(numbers.group(2)) > 299000, allowance)
+    numbers = re.match(r"info string moves 0/0 - time (-?\d+)/(-?\d+) ms$", session.until("info string moves"))
+    check(numbers and int(numbers.group(1)) == (int(numbers.group(2)) - 50) // 40, session.seen[-1])
+    check(int(numbers.group(2)) > 299000, session.seen[-1])
     time.sleep(0.3)
     check(not any(l.startswith("bestmove") for l in sync(session)), "infinite ended by itself")
     session.send("stop")
-    session.read_until(lambda l: l.startswith("bestmove"))
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.until("bestmove")
+    session.quit()
 
 
 def progress_with_post(referee):
     # Only XBoard's post sets Post; back in UCI a search then shows its best move once a second, and once more
-    # when it is delivered.
-    session = Session()
-    for line in ("xboard", "post", "uci"):
-        session.send(line)
-    session.read_until(lambda l: l == "uciok")
+    # when it is delivered: the move, then the statistics, then the move itself.
+    session = progress_session()
     session.send("position startpos moves e2e4")
     sync(session)
     start = len(session.seen)
@@ -157,16 +139,12 @@ def progress_with_post(referee):
     for _ in range(2):
         session.read_until(shows_a_move)
     session.send("stop")
-    best = bestmove_of(session.read_until(lambda l: l.startswith("bestmove")))
+    best = bestmove_of(session.until("bestmove"))
     lines = session.seen[start:]
     shown = [l.split()[1] for l in lines if l.startswith("currmove ")]
-    check(len(shown) >= 3 and shown[-1] == best, lines)
-    legal = referee.legal_moves(["e2e4"])
-    check(all(move in legal for move in shown), shown)
-    # The delivery shows the move, then the statistics, then the move itself.
+    check(len(shown) >= 3 and shown[-1] == best and set(shown) <= referee.legal_moves(["e2e4"]), lines)
     check(lines[-3] == "currmove " + best and lines[-2].startswith("info string "), lines)
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
 
 
 def quiet_words():
@@ -181,26 +159,50 @@ def quiet_words():
           and re.search(r"PopCount (en|dis)abled$", banner[0]), banner)
     session.send("foo bar")
     check(sync(session) == ["Error (unknown command): foo"], session.seen[-3:])
-    session.send("quit")
-    check(session.close() == 0, "exit code")
+    session.quit()
     # xboard prints nothing; from there on the remarks have the XBoard mark.
-    code, lines = run_script(["xboard"])
-    check(code == 0 and lines == ["# end"], lines)
+    check(run_ok(["xboard"]) == ["# end"], "xboard")
 
 
 def end_of_input():
     # The input ends with a search running: it ends at its deadline and delivers its move, then the program.
     started = time.monotonic()
-    code, lines = run_script(["position startpos moves e2e4", "go"], timeout=60)
+    lines = run_ok(["position startpos moves e2e4", "go"], timeout=60)
     took = time.monotonic() - started
-    check(code == 0 and lines[-1] == "info string end", lines)
-    check(sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
+    check(lines[-1] == "info string end" and sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
     check(7.4 < took < 30, "took %.1f s" % took)
     # quit during a search ends at once, without a move.
     started = time.monotonic()
-    code, lines = run_script(["position startpos", "go", "quit"], timeout=60)
-    check(code == 0 and not any(l.startswith("bestmove") for l in lines), lines)
+    lines = run_ok(["position startpos", "go", "quit"], timeout=60)
+    check(not any(l.startswith("bestmove") for l in lines), lines)
     check(time.monotonic() - started < 5, "quit during a search took too long")
+
+
+def game(name, args, corvane_white, referee):
+    """A whole game as a GUI plays it against stockfish, every move corvane sends judged; returns its plies."""
+    session = progress_session(args)
+    session.send("ucinewgame")
+    sync(session)
+    moves = []
+    for ply in range(2 * FULL_MOVES):
+        legal = referee.legal_moves(moves)
+        if not legal:
+            break  # mate or stalemate
+        if (ply % 2 == 0) == corvane_white:
+            # What a GUI sends for one move: the game so far, go, and stop after a short think.
+            session.send("position startpos moves " + " ".join(moves))
+            move = answered_move(session, THINK_SECONDS)
+            if move == "0000":
+                # A stop that comes before the first iteration has ended leaves the engine without a move: on a busy
+                # machine the search may not have run at all. A search that has shown a move must deliver one.
+                print("no move after %d ms at ply %d; searching until a move is shown" % (THINK_SECONDS * 1000, ply))
+                move = answered_move(session, until_found=True, timeout=120)
+            check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
+        else:
+            move = referee.best_move(moves, STOCKFISH_MS)
+        moves.append(move)
+    session.quit()
+    return len(moves)
 
 
 if __name__ == "__main__":
@@ -209,8 +211,10 @@ if __name__ == "__main__":
     for name, args in ENGINES.items():
         position_forms(name, args, referee)
         go_and_stop(name, args)
-        answers_during_search(name, args)
         mate_in_one(name, args)
+        for corvane_white in (True, False):
+            plies = game(name, args, corvane_white, referee)
+            print("%s as %s: %d plies" % (name, "white" if corvane_white else "black", plies))
     go_words(referee)
     progress_with_post(referee)
     quiet_words()

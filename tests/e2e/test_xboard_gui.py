@@ -1,7 +1,6 @@
-"""Whole games in a real GUI: Debian's xboard, on a virtual screen, plays the program against phalanx, once
-with each of the program's engines: Corvane with white, Vesko with black. Every game must end by the rules
-of chess, and every move the program made must be legal: xboard referees the moves as they come, and
-pgn-extract replays the saved games once more on its own."""
+"""Whole games in a real GUI: Debian's xboard, on a virtual screen, plays the program against phalanx, once with each
+of the program's engines: Corvane with white, Vesko with black. Every game must end by the rules of chess, and every
+move the program made must be legal: xboard referees the moves as they come, and pgn-extract replays the saved game."""
 import os
 import re
 import signal
@@ -10,52 +9,39 @@ import tempfile
 
 from corvane_driver import BINARY, check
 
-XBOARD = "/usr/games/xboard"
-OPPONENT = "/usr/games/phalanx"
-PGN_EXTRACT = "/usr/games/pgn-extract"
-# Games a match; xboard's first engine has white in the first game.
-GAMES = 1
-# Seconds a side, and seconds added per move: short, but clean for both engines.
-BASE_SECONDS, INCREMENT_SECONDS = 20, 1
-# Far more than two games at that control take, with their clocks called by xboard.
-MATCH_SECONDS = 400
-
+XBOARD, OPPONENT, PGN_EXTRACT = "/usr/games/xboard", "/usr/games/phalanx", "/usr/games/pgn-extract"
+GAMES = 1  # a match; xboard's first engine has white in the first game
+BASE_SECONDS, INCREMENT_SECONDS = 20, 1  # short, but clean for both engines
+MATCH_SECONDS = 400  # far more than the games take, with their clocks called by xboard
 # How a game may end: by the board, by a draw rule, by resignation, or by the opponent's clock.
-BOARD_ENDINGS = re.compile(r"checkmate|mates|stalemate|repetition|50.move|insufficient material|resigns|"
-                           r"draw", re.IGNORECASE)
-LOST_ON_TIME = re.compile(r"(White|Black) wins on time", re.IGNORECASE)
+BOARD_ENDINGS = re.compile(r"checkmate|mates|stalemate|repetition|50.move|insufficient material|resigns|draw", re.I)
+LOST_ON_TIME = re.compile(r"(White|Black) wins on time", re.I)
 
 
 def play_match(folder, engine_arguments, engine_first):
     """Runs the match under a virtual X server and returns (xboard's output, games, debug log)."""
-    home = os.path.join(folder, "home")
+    home, games, debug = (os.path.join(folder, name) for name in ("home", "games.pgn", "xboard.debug"))
     os.makedirs(home)
-    games = os.path.join(folder, "games.pgn")
-    debug = os.path.join(folder, "xboard.debug")
     engine = " ".join([os.path.abspath(BINARY), *engine_arguments])
     first, second = (engine, OPPONENT) if engine_first else (OPPONENT, engine)
-    command = ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", XBOARD,
-               "-fcp", first, "-fd", folder, "-scp", second, "-sd", folder,
-               "-mg", str(GAMES), "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
-               "-autoCallFlag", "true", "-saveGameFile", games, "-popupExitMessage", "false",
-               "-debug", "-nameOfDebugFile", debug]
-    # xboard keeps its settings in the home folder; a private one keeps runs apart. The virtual server,
-    # xboard and the engines share a process group of their own, so that a stuck match goes as a whole.
-    run = subprocess.Popen(command, env=dict(os.environ, HOME=home), stdout=subprocess.PIPE,
-                           stderr=subprocess.STDOUT, start_new_session=True)
+    command = ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", XBOARD, "-fcp", first, "-fd", folder, "-scp", second,
+               "-sd", folder, "-mg", str(GAMES), "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
+               "-autoCallFlag", "true", "-saveGameFile", games, "-popupExitMessage", "false", "-debug",
+               "-nameOfDebugFile", debug]
+    # xboard keeps its settings in the home folder; a private one keeps runs apart. The virtual server, xboard and
+    # the engines share a process group of their own, so that a stuck match goes as a whole.
+    run = subprocess.Popen(command, env=dict(os.environ, HOME=home), stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                           start_new_session=True)
     try:
         output = run.communicate(timeout=MATCH_SECONDS)[0]
     except subprocess.TimeoutExpired:
         os.killpg(run.pid, signal.SIGKILL)
-        output = run.communicate()[0]
+        run.communicate()
         with open(debug, errors="replace") as f:
             tail = f.read()[-3000:]
         raise AssertionError("the match did not end within %d s; xboard's log ends with:\n%s" % (MATCH_SECONDS, tail))
-    with open(games, errors="replace") as f:
-        pgn = f.read()
-    with open(debug, errors="replace") as f:
-        log = f.read()
-    return output.decode(errors="replace"), pgn, log
+    with open(games, errors="replace") as f, open(debug, errors="replace") as log:
+        return output.decode(errors="replace"), f.read(), log.read()
 
 
 def split_games(pgn):
@@ -65,15 +51,14 @@ def split_games(pgn):
         tags = dict(re.findall(r'^\[(\w+) "(.*)"\]$', block, re.MULTILINE))
         body = "\n".join(l for l in block.splitlines() if not l.startswith("["))
         comments = re.findall(r"\{([^}]*)\}", body)
-        text = re.sub(r"\{[^}]*\}", " ", body)
-        words = text.split()
-        result = words[-1] if words else ""
+        words = re.sub(r"\{[^}]*\}", " ", body).split()
         moves = [w for w in words[:-1] if not re.match(r"^\d+\.+$", w)]
-        games.append((tags, moves, comments[-1] if comments else "", result))
+        games.append((tags, moves, comments[-1] if comments else "", words[-1] if words else ""))
     return games
 
 
 def check_game(tags, moves, ending, result, name):
+    """The engine's number of moves, and whether it lost on time."""
     engine_white = tags.get("White") == name
     check(engine_white or tags.get("Black") == name, "%s did not play: %r" % (name, tags))
     check(result in ("1-0", "0-1", "1/2-1/2"), "game without a result: %r %r" % (ending, result))
@@ -91,10 +76,9 @@ def planned_within_clock(log, side):
     planned = re.compile(r"^\d+ <%s # moves -?\d+/-?\d+ - time (-?\d+)/(-?\d+) ms$" % re.escape(side))
     given, searches = None, 0
     for line in log.splitlines():
-        time_sent = sent.match(line)
+        time_sent, search = sent.match(line), planned.match(line)
         if time_sent:
             given = int(time_sent.group(1)) * 10  # centiseconds
-        search = planned.match(line)
         if search:
             searches += 1
             allowance, clock = int(search.group(1)), int(search.group(2))
@@ -111,22 +95,19 @@ def match(engine_arguments, name, engine_first):
         games = split_games(pgn)
         check(len(games) == GAMES, "%d games saved: %s" % (len(games), pgn[-2000:]))
         checked = [check_game(*game, name) for game in games]
-        engine_moves = sum(moves for moves, _ in checked)
         side = "first :" if engine_first else "second:"
         if any(lost for _, lost in checked):
-            # Only the opponent should run out of time; on a machine too busy to keep a GUI's clock the engine
-            # may too, but only with every search planned well inside the clock it was given.
+            # Only the opponent should run out of time; on a machine too busy to keep a GUI's clock the engine may
+            # too, but only with every search planned well inside the clock it was given.
             check(planned_within_clock(log, side), "%s lost on time, its searches not within its clock" % name)
             print("xboard gui: %s lost on time, with every search planned within its clock" % name)
-
         # Every move the engine announced reached the game record, and it never refused one of the GUI's.
         announced = re.findall("<" + side + r" move (\S+)", log)
+        engine_moves = sum(moves for moves, _ in checked)
         check(len(announced) == engine_moves, "%d moves sent, %d recorded" % (len(announced), engine_moves))
         check("<" + side + " Illegal move" not in log, "%s refused a move of the GUI" % name)
-
-        # An independent referee replays the record.
-        saved = os.path.join(folder, "games.pgn")
-        replay = subprocess.run([PGN_EXTRACT, "-r", saved], capture_output=True, timeout=60)
+        replay = subprocess.run([PGN_EXTRACT, "-r", os.path.join(folder, "games.pgn")], capture_output=True,
+                                timeout=60)
         report = replay.stdout.decode(errors="replace") + replay.stderr.decode(errors="replace")
         matched = re.search(r"(\d+) games? matched out of (\d+)", report)
         check("Failed to make move" not in report and matched and matched.groups() == (str(GAMES),) * 2, report)

@@ -4,14 +4,17 @@
 #include <vector>
 
 #include "nuvobase/clsstrings.h"
+#include "rows.h"
 
 using namespace nuvobase;
+using nuvobase_test::CheckRows;
+using Ints = std::vector<int>;
 
 namespace {
 
 // The values of a collection in slot order, -1 for a null slot or a node without value.
-std::vector<int> Values(const clsCollection<int>& list) {
-    std::vector<int> values;
+Ints Values(const clsCollection<int>& list) {
+    Ints values;
     for (int i = 0; i < list.Count; i++) values.push_back(list.ValueAt(i) ? *list.ValueAt(i) : -1);
     return values;
 }
@@ -31,9 +34,9 @@ TEST(Collection, GrowsByDoublingAndKeepsPrivateKeys) {
     clsCollection<int> list;
     EXPECT_EQ(list.Find(clsString("x")), -1);
     // Built at 2 slots, doubled whenever the next Add would leave no free slot.
-    std::vector<int> capacities;
+    Ints capacities;
     for (int i = 0; i < 9; i++) capacities.push_back((list.AddValue(new int(i)), list.Capacity));
-    EXPECT_EQ(capacities, (std::vector<int>{2, 4, 4, 8, 8, 8, 8, 16, 16}));
+    EXPECT_EQ(capacities, (Ints{2, 4, 4, 8, 8, 8, 8, 16, 16}));
     EXPECT_EQ(*list.ValueAt(8), 8);
     list.Clear(true);
     EXPECT_EQ(list.Nodes, nullptr);
@@ -43,15 +46,12 @@ TEST(Collection, GrowsByDoublingAndKeepsPrivateKeys) {
     clsVariantInt key(7);
     list.Add(key, &shared, true);
     key.Value = 8;
-    EXPECT_EQ(list.KeyAt(0)->GetInt(), 7);
-    EXPECT_FALSE(list.Nodes[0]->OwnsValue);
     list.Add(static_cast<const clsVariant*>(nullptr), new int(1));
-    EXPECT_TRUE(list.Nodes[1]->OwnsValue);
     clsCollection<int> view(false);
-    EXPECT_EQ(view.AddNode(list.Nodes[1]), 0);
-    EXPECT_EQ(view.AddNode(nullptr), -1);
+    CheckRows<int>({ROW(list.KeyAt(0)->GetInt(), 7), ROW(list.Nodes[0]->OwnsValue, false),
+                    ROW(list.Nodes[1]->OwnsValue, true), ROW(view.AddNode(list.Nodes[1]), 0),
+                    ROW(view.AddNode(nullptr), -1), ROW(view.Nodes[0]->OwnsValue, false)});
     EXPECT_EQ(view.ValueAt(0), list.ValueAt(1));
-    EXPECT_FALSE(view.Nodes[0]->OwnsValue);
 }
 
 TEST(Collection, FindScansUnlessSortedWithMoreThanFiveEntries) {
@@ -87,67 +87,58 @@ TEST(Collection, FindScansUnlessSortedWithMoreThanFiveEntries) {
 }
 
 TEST(Collection, RemoveAndCompact) {
+    // Rows run in order on one list. Neither closeGap nor swapLast leaves a hole that Find skips and Compact
+    // closes later; swapLast moves the last node into the slot; closeGap shifts the later nodes down.
     clsCollection<int> list;
     Fill(list, 5);
-    // Neither closeGap nor swapLast: a hole that Find skips; Compact closes it later.
-    EXPECT_EQ(list.Remove(1, false, false, false), 5);
-    EXPECT_EQ(list.Find(clsString("k2")), 2);
-    EXPECT_EQ(Values(list), (std::vector<int>{0, -1, 2, 3, 4}));
-    EXPECT_EQ(list.Compact(), 4);
-    EXPECT_EQ(list.Nodes[4], nullptr);
-    // swapLast moves the last node into the slot; closeGap shifts the later nodes down.
-    EXPECT_EQ(list.Remove(0, false, false, true), 3);
-    EXPECT_EQ(Values(list), (std::vector<int>{4, 2, 3}));
+    CheckRows<int>({ROW(list.Remove(1, false, false, false), 5), ROW(list.Find(clsString("k2")), 2)});
+    EXPECT_EQ(Values(list), (Ints{0, -1, 2, 3, 4}));
+    CheckRows<int>({ROW(list.Compact(), 4), ROW(list.Nodes[4] == nullptr, true),
+                    ROW(list.Remove(0, false, false, true), 3)});
+    EXPECT_EQ(Values(list), (Ints{4, 2, 3}));
     EXPECT_EQ(list.Remove(0), 2);
-    EXPECT_EQ(Values(list), (std::vector<int>{2, 3}));
+    EXPECT_EQ(Values(list), (Ints{2, 3}));
     EXPECT_EQ(list.Remove(2), 2); // out of range: nothing
     // keepValue hands the value over and ignores swapLast.
     int* kept = list.ValueAt(0);
     list.Add(clsString("k9"), new int(9));
     EXPECT_EQ(list.Remove(0, true, true, true), 2);
-    EXPECT_EQ(Values(list), (std::vector<int>{3, 9}));
+    EXPECT_EQ(Values(list), (Ints{3, 9}));
     EXPECT_EQ(*kept, 2);
     delete kept;
     // By key and by value pointer.
-    EXPECT_EQ(list.Remove(clsVariantString("K9")), 1);
-    EXPECT_EQ(list.RemoveValue(list.ValueAt(0)), 0);
-    EXPECT_EQ(list.RemoveValue(kept), -1);
+    CheckRows<int>({ROW(list.Remove(clsVariantString("K9")), 1), ROW(list.RemoveValue(list.ValueAt(0)), 0),
+                    ROW(list.RemoveValue(kept), -1)});
 
     // RemoveFrom cuts the end; at 0 the array goes too.
     Fill(list, 6);
-    EXPECT_EQ(list.RemoveFrom(4), 4);
-    EXPECT_EQ(list.RemoveFrom(9), 4);
+    CheckRows<int>({ROW(list.RemoveFrom(4), 4), ROW(list.RemoveFrom(9), 4)});
     kept = list.ValueAt(3);
     EXPECT_EQ(list.RemoveFrom(3, true, true), 3);
     EXPECT_EQ(*kept, 3);
     delete kept;
-    EXPECT_EQ(Values(list), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(Values(list), (Ints{0, 1, 2}));
     EXPECT_EQ(list.RemoveFrom(0), 0);
     EXPECT_EQ(list.Nodes, nullptr);
 }
 
 TEST(Collection, EnsureSetAndMove) {
+    // Ensure takes no value for a key that exists; Set replaces the value (the old owned one is deleted)
+    // and keeps the key, and setting the value a node already holds keeps it alive.
     clsCollection<int> list;
-    EXPECT_EQ(list.Ensure(clsString("a"), new int(1)), 0);
     int other = 2;
-    EXPECT_EQ(list.Ensure(clsString("A"), &other, true), 0); // exists: the value is not taken
-    EXPECT_EQ(*list.ValueAt(0), 1);
-    // Set replaces the value (the old owned one is deleted) and keeps the key.
-    EXPECT_EQ(list.Set(clsString("A"), new int(10)), 0);
-    EXPECT_TRUE(list.KeyAt(0)->GetString().Compare("a", clsString::CompareExact));
-    EXPECT_EQ(list.Set(clsString("b"), new int(20)), 1);
-    EXPECT_EQ(list.Set(clsVariantInt(3), new int(30)), 2);
-    // Setting the value a node already holds keeps it alive.
-    EXPECT_EQ(list.Set(clsString("b"), list.ValueAt(1)), 1);
-    EXPECT_EQ(*list.ValueAt(1), 20);
+    CheckRows<int>(
+        {ROW(list.Ensure(clsString("a"), new int(1)), 0), ROW(list.Ensure(clsString("A"), &other, true), 0),
+         ROW(*list.ValueAt(0), 1), ROW(list.Set(clsString("A"), new int(10)), 0),
+         ROW(list.KeyAt(0)->GetString().Compare("a", clsString::CompareExact) != 0, true),
+         ROW(list.Set(clsString("b"), new int(20)), 1), ROW(list.Set(clsVariantInt(3), new int(30)), 2),
+         ROW(list.Set(clsString("b"), list.ValueAt(1)), 1), ROW(*list.ValueAt(1), 20)});
 
     EXPECT_TRUE(list.Move(0, 2));
-    EXPECT_EQ(Values(list), (std::vector<int>{20, 30, 10}));
+    EXPECT_EQ(Values(list), (Ints{20, 30, 10}));
     EXPECT_TRUE(list.Move(2, 0));
-    EXPECT_EQ(Values(list), (std::vector<int>{10, 20, 30}));
-    EXPECT_FALSE(list.Move(1, 1));
-    EXPECT_FALSE(list.Move(0, 3));
-    EXPECT_FALSE(list.Move(-1, 0));
+    EXPECT_EQ(Values(list), (Ints{10, 20, 30}));
+    CheckRows<bool>({ROW(list.Move(1, 1), false), ROW(list.Move(0, 3), false), ROW(list.Move(-1, 0), false)});
 }
 
 TEST(Collection, SortOrders) {
@@ -157,21 +148,21 @@ TEST(Collection, SortOrders) {
     list.AddValue(new int(1000));
     list.Add(clsVariantInt(50), nullptr);
     list.Sort();
-    EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
+    EXPECT_EQ(Values(list), (Ints{-1, 9, 10, 100, 1000}));
     EXPECT_TRUE(list.Sorted);
     list.SortDescending();
-    EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9, -1}));
+    EXPECT_EQ(Values(list), (Ints{1000, 100, 10, 9, -1}));
     EXPECT_FALSE(list.Descending); // restored behind the sort
     // A comparer of its own, here ascending by value; Descending does not turn it round.
     list.SortDescending([](const clsNodo<int>* a, const clsNodo<int>* b) { return *a->Value - *b->Value; });
-    EXPECT_EQ(Values(list), (std::vector<int>{-1, 9, 10, 100, 1000}));
+    EXPECT_EQ(Values(list), (Ints{-1, 9, 10, 100, 1000}));
     // The default key order also places null nodes, first.
     EXPECT_LT(clsCollection<int>::CompareKeys(nullptr, list.Nodes[0]), 0);
     // SortValues orders by the values' own operator< and clears Sorted.
     list.Sort();
     list.Remove(0, false);
     list.SortValues(true);
-    EXPECT_EQ(Values(list), (std::vector<int>{1000, 100, 10, 9}));
+    EXPECT_EQ(Values(list), (Ints{1000, 100, 10, 9}));
     EXPECT_TRUE(list.Descending);
     EXPECT_FALSE(list.Sorted);
 

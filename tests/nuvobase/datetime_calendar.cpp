@@ -5,6 +5,20 @@
 #include "rows.h"
 
 using namespace nuvobase;
+using nuvobase_test::CheckRows;
+
+namespace {
+
+// Text() of what Parse makes of text, or "invalid"; an invalid text clears what was there.
+std::string Parsed(const char* text) {
+    clsDateTime when(2001, 1, 1);
+    const bool valid = when.Parse(clsString(text));
+    EXPECT_EQ(valid, when.IsValid()) << text;
+    EXPECT_EQ(valid, !when.IsNull()) << text;
+    return valid ? nuvobase_test::Bytes(when.Text()) : "invalid";
+}
+
+} // namespace
 
 TEST(DateTime, ValidityAndOrder) {
     struct Parts {
@@ -24,15 +38,11 @@ TEST(DateTime, ValidityAndOrder) {
         EXPECT_EQ(when.IsValid(), p.valid);
         EXPECT_EQ(when.IsNull(), !p.valid);
     }
-    // A packed word with a month of 13 is not taken.
+    // A packed word with a month of 13 is not taken; the packed bytes order chronologically.
     clsDateTime when(2001, 1, 1);
-    EXPECT_FALSE(when.SetWord(0x07D1'0D'01'00'00'0000ULL));
-    EXPECT_TRUE(when.IsNull());
-
-    // The packed bytes order chronologically.
     const clsDateTime a(1999, 12, 31, 23, 59, 59999), b(2000, 1, 1), c(2000, 1, 1, 0, 0, 1);
-    EXPECT_LT(a.Compare(b), 0);
-    EXPECT_GT(c.Compare(b), 0);
+    CheckRows<int>({ROW(when.SetWord(0x07D1'0D'01'00'00'0000ULL), false), ROW(when.IsNull(), true),
+                    ROW(a.Compare(b) < 0, true), ROW(c.Compare(b) > 0, true)});
     EXPECT_EQ(b.Word(), 0x07D0'01'01'00'00'0000ULL);
 }
 
@@ -50,56 +60,29 @@ TEST(DateTime, DayNumbers) {
         EXPECT_EQ(when.Hour() + when.Minute() + when.Milliseconds(), 0);
     }
     clsDateTime when(2001, 1, 1, 5);
-    EXPECT_FALSE(when.FromDays(364)); // year 0 is no valid year
-    EXPECT_TRUE(when.IsNull());
-    EXPECT_FALSE(when.FromDays(3652424));
-    EXPECT_FALSE(when.FromDays(-1));
-    EXPECT_TRUE(when.FromDays(3652423));
-    EXPECT_TRUE(when == clsDateTime(9999, 12, 31));
+    CheckRows<int>({ROW(when.FromDays(364), false), // year 0 is no valid year
+                    ROW(when.IsNull(), true), ROW(when.FromDays(3652424), false),
+                    ROW(when.FromDays(-1), false), ROW(when.FromDays(3652423), true),
+                    ROW(when == clsDateTime(9999, 12, 31), true)});
     EXPECT_EQ(clsDateTime(2001, 2, 3, 18).DayNumber(), 730883.75);
 }
 
-TEST(DateTime, Texts) {
-    // Parse below checks Text() on many dates; here the parts, and the null date-time.
+TEST(DateTime, TextsAndParse) {
     const clsDateTime date(2001, 2, 3, 4, 5, 6007);
-    nuvobase_test::CheckRows<std::string>(
-        {TEXT(date.DateText(), "03/02/2001"), TEXT(date.SortableDate(), "2001-02-03"),
-         TEXT(date.TimeText(), "04:05:06.007"), TEXT(clsDateTime().SortableDate(), ""),
-         TEXT(clsDateTime().Text(), "")});
-}
+    CheckRows<std::string>({TEXT(date.DateText(), "03/02/2001"), TEXT(date.SortableDate(), "2001-02-03"),
+                            TEXT(date.TimeText(), "04:05:06.007"), TEXT(clsDateTime().SortableDate(), ""),
+                            TEXT(clsDateTime().Text(), "")});
 
-TEST(DateTime, Parse) {
-    // In order: two-digit years pivot at 40, three digits do not; '-' works as '/', and ddmmyy goes without
-    // marks; hour and minute end at ':', seconds and thousandths at a space, and '.' works as ':';
-    // the ISO-like form; a text without '/' (after the rules above) is a day number, but six characters
-    // read as ddmmyy; nothing, or nonsense.
-    struct Case {
-        const char* text;
-        const char* expected; // Text() of the result, or "invalid"
-    };
-    const Case cases[] = {{"24/12/39", "24/12/2039"},
-                          {"24/12/40", "24/12/1940"},
-                          {"24/12/100", "24/12/0100"},
-                          {"24-12-99", "24/12/1999"},
-                          {"241299", "24/12/1999"},
-                          {"24/12/99 1:2:3 4", "24/12/1999 01:02:03.004"},
-                          {"24/12/99 10.20.30", "24/12/1999 10:20:30"},
-                          {"2001-02-03T04:05:06", "03/02/2001 04:05:06"},
-                          {"2001-02-03", "03/02/2001"},
-                          {"2001-13-03", "invalid"},
-                          {"730883", "invalid"},
-                          {"0730883", "03/02/2001"},
-                          {"364", "invalid"},
-                          {"", "invalid"},
-                          {"9999999999/99/9999999999 9999999999:99", "invalid"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        clsDateTime when(2001, 1, 1); // an invalid text clears what was there
-        const bool valid = when.Parse(clsString(c.text));
-        EXPECT_EQ(valid, when.IsValid());
-        EXPECT_EQ(valid, !when.IsNull());
-        EXPECT_EQ(nuvobase_test::Bytes(valid ? when.Text() : clsString("invalid")), c.expected);
-    }
+    // Two-digit years pivot at 40; a text without '/' is a day number, but six characters read as ddmmyy.
+    CheckRows<std::string>(
+        {ROW(Parsed("24/12/39"), "24/12/2039"), ROW(Parsed("24/12/40"), "24/12/1940"),
+         ROW(Parsed("24/12/100"), "24/12/0100"), ROW(Parsed("24-12-99"), "24/12/1999"),
+         ROW(Parsed("241299"), "24/12/1999"), ROW(Parsed("24/12/99 1:2:3 4"), "24/12/1999 01:02:03.004"),
+         ROW(Parsed("24/12/99 10.20.30"), "24/12/1999 10:20:30"),
+         ROW(Parsed("2001-02-03T04:05:06"), "03/02/2001 04:05:06"), ROW(Parsed("2001-02-03"), "03/02/2001"),
+         ROW(Parsed("2001-13-03"), "invalid"), ROW(Parsed("730883"), "invalid"),
+         ROW(Parsed("0730883"), "03/02/2001"), ROW(Parsed("364"), "invalid"), ROW(Parsed(""), "invalid"),
+         ROW(Parsed("9999999999/99/9999999999 9999999999:99"), "invalid")});
 }
 
 TEST(DateTime, NowIsValid) {

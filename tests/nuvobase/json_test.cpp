@@ -1,15 +1,12 @@
 // clsJSON: the tree it reads, and the XML text of it.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
-
-#include <unistd.h>
 
 #include "nuvobase/clsjson.h"
 #include "nuvobase/clsxml.h"
 #include "rows.h"
+#include "temp_folder.h"
 
 using nuvobase::clsJSON;
 using nuvobase::clsString;
@@ -71,35 +68,33 @@ TEST(Json, TreesAsXml) {
     }
 }
 
-TEST(Json, BadTokenShowsItsSurroundings) {
+TEST(Json, BadTokenShowsItsSurroundingsAndDeepNestingStops) {
     std::string text = "[";
     for (int i = 0; i < 40; i++) text += std::to_string(i) + ",";
     text += "oops,1]";
-    const Read read = ReadJson(text);
+    Read read = ReadJson(text);
     EXPECT_FALSE(read.parsed);
     // 32 tokens before (16 numbers and 16 commas), the bad one, then 32 behind (only 3 are there).
     std::string want;
     for (int i = 24; i < 40; i++) want += std::to_string(i) + "\n,\n";
     want += "oops\n,\n1\n]\n# bad JSON token: 'oops'\n";
     EXPECT_EQ(read.said, want);
-}
 
-TEST(Json, DeepNestingStops) {
-    const Read read = ReadJson(std::string(100000, '[') + "1" + std::string(100000, ']'));
+    read = ReadJson(std::string(100000, '[') + "1" + std::string(100000, ']'));
     EXPECT_FALSE(read.parsed);
     EXPECT_EQ(read.said, "# JSON nested deeper than 400 levels, reading stops\n");
 }
 
-TEST(Json, LoadJson) {
-    const std::string path = testing::TempDir() + "clsjson_" + std::to_string(getpid()) + ".json";
-    std::ofstream(path) << "{\"engine\": {\"name\": \"Vesko & co\", \"depth\": 3}}";
+using JsonFile = nuvobase_test::TempFolder;
+
+TEST_F(JsonFile, LoadJson) {
+    Write("engines.json", "{\"engine\": {\"name\": \"Vesko & co\", \"depth\": 3}}");
     clsXML document;
-    EXPECT_TRUE(document.LoadJson(path.c_str()));
+    EXPECT_TRUE(document.LoadJson(Path("engines.json").c_str()));
     EXPECT_EQ(document.GetValue("engine/name", ""), clsString("Vesko &amp; co"));
     EXPECT_EQ(document.GetValue("_object_/engine/depth", ""), clsString("3"));
-    std::filesystem::remove(path);
     testing::internal::CaptureStdout();
-    EXPECT_FALSE(document.LoadJson(path.c_str()));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "# file not found: " + path + "\n");
+    EXPECT_FALSE(document.LoadJson(Path("none.json").c_str()));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "# file not found: " + Path("none.json") + "\n");
     EXPECT_EQ(document.Children.Count, 1); // an empty root element
 }

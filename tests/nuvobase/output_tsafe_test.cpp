@@ -1,9 +1,11 @@
-#include "nuvobase/clstsafeoutput.h"
+// clsTSafeOutput: direct and buffered lines, and whole lines from two threads.
+#include <gtest/gtest.h>
 
 #include <cstdio>
-#include <gtest/gtest.h>
 #include <string>
 #include <thread>
+
+#include "nuvobase/clstsafeoutput.h"
 
 using namespace nuvobase;
 
@@ -20,38 +22,30 @@ std::string Contents(std::FILE* stream) {
 
 } // namespace
 
-TEST(Output, DirectWritesAtOnceAndKeepsEmptyLines) {
-    std::FILE* stream = std::tmpfile();
-    ASSERT_NE(stream, nullptr);
+TEST(Output, DirectWritesAtOnceBufferedOnlyAtFlush) {
+    std::FILE* direct = std::tmpfile();
+    std::FILE* buffered = std::tmpfile();
+    ASSERT_NE(direct, nullptr);
+    ASSERT_NE(buffered, nullptr);
     {
-        clsTSafeOutput output(true, stream);
-        output.Write("", true);
-        EXPECT_EQ(Contents(stream), "\n");
-        output.Write(clsString(), true); // a text without buffer, too
-        output.Write("bestmove ", false).Write(clsString("e2e4"), true);
-        EXPECT_EQ(Contents(stream), "\n\nbestmove e2e4\n");
+        clsTSafeOutput now(true, direct), later(false, buffered);
+        later.Flush(); // nothing pending: nothing written
+        for (clsTSafeOutput* output : {&now, &later}) {
+            output->Write("", true); // an empty line, which only the direct mode keeps
+            output->Write(clsString(), true);
+            output->Write("bestmove ", false).Write(clsString("e2e4"), true);
+        }
+        EXPECT_EQ(Contents(direct), "\n\nbestmove e2e4\n");
+        EXPECT_EQ(Contents(buffered), "");
+        later.Flush();
+        EXPECT_EQ(Contents(buffered), "bestmove e2e4\n");
+        later.Flush(); // the lines were forgotten
+        EXPECT_EQ(Contents(buffered), "bestmove e2e4\n");
+        later.Write("unfinished", false); // written by the destructor's Flush
     }
-    std::fclose(stream);
-}
-
-TEST(Output, BufferedWritesOnlyAtFlush) {
-    std::FILE* stream = std::tmpfile();
-    ASSERT_NE(stream, nullptr);
-    {
-        clsTSafeOutput output(false, stream);
-        output.Flush(); // nothing pending: nothing written
-        output.Write("bestmove ", false).Write(clsString("e2e4"), true);
-        output.Write("", true); // an empty entry gives no line
-        output.Write("two", true);
-        EXPECT_EQ(Contents(stream), "");
-        output.Flush();
-        EXPECT_EQ(Contents(stream), "bestmove e2e4\ntwo\n");
-        output.Flush(); // the lines were forgotten
-        EXPECT_EQ(Contents(stream), "bestmove e2e4\ntwo\n");
-        output.Write("unfinished", false); // written by the destructor's Flush
-    }
-    EXPECT_EQ(Contents(stream), "bestmove e2e4\ntwo\nunfinished\n");
-    std::fclose(stream);
+    EXPECT_EQ(Contents(buffered), "bestmove e2e4\nunfinished\n");
+    std::fclose(direct);
+    std::fclose(buffered);
 }
 
 // Two threads writing whole lines never mix them, in either mode.

@@ -1,9 +1,18 @@
-// clsString: comparison operators, the Compare family and searching.
+// clsString: comparison, searching, reading words and tokenising.
 #include <gtest/gtest.h>
 
-#include "nuvobase/clsstring.h"
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "nuvobase/clsstring.h"
+#include "nuvobase/clsstrings.h"
+#include "rows.h"
+
+using nuvobase::clsCStrings;
 using nuvobase::clsString;
+using nuvobase_test::Bytes;
+using nuvobase_test::CheckRows;
 
 namespace {
 
@@ -17,17 +26,14 @@ clsString EmptyWithBuffer() {
 } // namespace
 
 TEST(StringCompare, OperatorsIgnoreCase) {
-    EXPECT_TRUE(clsString("Abc") == clsString("aBC"));
-    EXPECT_TRUE(clsString("Abc") == "aBC");
-    EXPECT_TRUE(clsString() == EmptyWithBuffer());
-    EXPECT_TRUE(clsString() == nullptr);
-    EXPECT_TRUE(clsString() != "a");
-    EXPECT_TRUE(clsString("abc") < clsString("ABD"));
-    EXPECT_TRUE(clsString("ab") < clsString("abc")); // common prefix, then length
-    EXPECT_FALSE(clsString("abc") < clsString("ab"));
-    EXPECT_TRUE(clsString("b") > clsString("A"));
-    EXPECT_FALSE(clsString("a") > clsString("A"));
-    EXPECT_TRUE(clsString("_") < clsString("a")); // letters compare as lower case
+    // Letters compare as lower case ('_' lies between the cases); a common prefix, then the length.
+    CheckRows<bool>({ROW(clsString("Abc") == clsString("aBC"), true), ROW(clsString("Abc") == "aBC", true),
+                     ROW(clsString() == EmptyWithBuffer(), true), ROW(clsString() == nullptr, true),
+                     ROW(clsString() != "a", true), ROW(clsString("abc") < clsString("ABD"), true),
+                     ROW(clsString("ab") < clsString("abc"), true),
+                     ROW(clsString("abc") < clsString("ab"), false),
+                     ROW(clsString("b") > clsString("A"), true), ROW(clsString("a") > clsString("A"), false),
+                     ROW(clsString("_") < clsString("a"), true)});
 }
 
 namespace {
@@ -94,31 +100,97 @@ TEST(StringCompare, Flags) {
                                  {"a", "", 128, 0}, {"", "", 32, 1},  {"", "a", 1024, 1}};
     CheckCompare(empty);
 
-    // length limits the text; lengths are clipped at the first NUL.
-    EXPECT_TRUE(clsString("abc").Compare("abcdef", 2, 3));
-    EXPECT_TRUE(clsString("ab").Compare("ab\0cd", 2, 5));
-    // The clsString form passes a null buffer on as null.
-    EXPECT_TRUE(EmptyWithBuffer().Compare(clsString(), 16));
-    EXPECT_TRUE(clsString("a").Compare(clsString("A"), 2));
+    // length limits the text; lengths are clipped at the first NUL. The clsString form passes a null
+    // buffer on as null.
+    CheckRows<int>({ROW(clsString("abc").Compare("abcdef", 2, 3), 1),
+                    ROW(clsString("ab").Compare("ab\0cd", 2, 5), 1),
+                    ROW(EmptyWithBuffer().Compare(clsString(), 16), 1),
+                    ROW(clsString("a").Compare(clsString("A"), 2), 1)});
 }
 
-TEST(StringSearch, Find) {
-    clsString s("abcabc");
-    EXPECT_EQ(s.Find('c'), 2);
-    EXPECT_EQ(s.Find('c', 3), 5);
-    EXPECT_EQ(s.Find('a', 6), -1);
-    EXPECT_EQ(s.Find('a', -1), -1);
-    EXPECT_EQ(s.FindLast('b'), 4);
-    EXPECT_EQ(clsString().Find('a'), -1);
-    EXPECT_EQ(clsString().FindLast('a'), -1);
+TEST(StringSearch, FindAndFindOutsideQuotes) {
+    const clsString s("abcabc"), said("say 'x AND y' and z");
+    CheckRows<int>(
+        {ROW(s.Find('c'), 2), ROW(s.Find('c', 3), 5), ROW(s.Find('a', 6), -1), ROW(s.Find('a', -1), -1),
+         ROW(s.FindLast('b'), 4), ROW(clsString().Find('a'), -1), ROW(clsString().FindLast('a'), -1),
+         ROW(said.FindOutsideQuotes("and", 0, '\''), 14),
+         ROW(said.FindOutsideQuotes("and"), 7), // without quote characters, and ignoring case
+         ROW(said.FindOutsideQuotes("and", 15, '\''), -1), ROW(said.FindOutsideQuotes("and", 20), -1),
+         ROW(said.FindOutsideQuotes(""), -1),
+         ROW(clsString("a 'b and").FindOutsideQuotes("and", 0, '\''), -1), // the quote never closes
+         ROW(clsString("\"x\" 'y' x y").FindOutsideQuotes("y", 0, '\'', '"'), 10),
+         ROW(clsString().FindOutsideQuotes("a"), -1)});
+}
 
-    clsString said("say 'x AND y' and z");
-    EXPECT_EQ(said.FindOutsideQuotes("and", 0, '\''), 14);
-    EXPECT_EQ(said.FindOutsideQuotes("and"), 7); // without quote characters, and ignoring case
-    EXPECT_EQ(said.FindOutsideQuotes("and", 15, '\''), -1);
-    EXPECT_EQ(said.FindOutsideQuotes("and", 20), -1);
-    EXPECT_EQ(said.FindOutsideQuotes(""), -1);
-    EXPECT_EQ(clsString("a 'b and").FindOutsideQuotes("and", 0, '\''), -1); // the quote never closes
-    EXPECT_EQ(clsString("\"x\" 'y' x y").FindOutsideQuotes("y", 0, '\'', '"'), 10);
-    EXPECT_EQ(clsString().FindOutsideQuotes("a"), -1);
+TEST(StringSearch, NextWord) {
+    // The words NextWord returns, each with the position after it.
+    using List = std::vector<std::pair<std::string, int>>;
+    auto words = [](const char* text, char separator, bool quoted, bool skipEmpty, int position = 0) {
+        List words;
+        clsString s(text);
+        while (position >= 0) {
+            clsString word = s.NextWord(separator, position, quoted, skipEmpty);
+            words.emplace_back(Bytes(word), position);
+        }
+        return words;
+    };
+    EXPECT_EQ(words("a b  c ", ' ', false, false), (List{{"a", 2}, {"b", 4}, {"", 5}, {"c", -1}}));
+    EXPECT_EQ(words("a b  c ", ' ', false, true), (List{{"a", 2}, {"b", 4}, {"c", -1}}));
+    EXPECT_EQ(words("x 'a b' \"c d\" e", ' ', true, false),
+              (List{{"x", 2}, {"'a b'", 8}, {"\"c d\"", 14}, {"e", -1}}));
+    EXPECT_EQ(words("x 'a b'", ' ', false, false), (List{{"x", 2}, {"'a", 5}, {"b'", -1}}));
+    EXPECT_EQ(words("it\"s x", ' ', true, false), (List{{"it\"s", 5}, {"x", -1}}));
+    EXPECT_EQ(words(",,", ',', false, true), (List{{"", -1}}));
+    EXPECT_EQ(words("", ',', false, false), (List{{"", -1}}));
+    EXPECT_EQ(words("abc", ' ', false, false, 7), (List{{"", -1}}));
+}
+
+namespace {
+
+using Tokens = std::vector<std::string>;
+
+// The tokens of text; checks that the count returned matches the list, which held a token before.
+Tokens Tokenise(const char* text, const char* delimiters, bool quotedTokens = false, char quote = '"',
+                char escape = 0, const char* blockOpen = nullptr, const char* blockClose = nullptr) {
+    clsCStrings list;
+    list.Add(clsString("left over"), 1);
+    const int count =
+        clsString(text).Tokenise(delimiters, list, quotedTokens, quote, escape, blockOpen, blockClose);
+    EXPECT_EQ(count, list.Count);
+    Tokens tokens;
+    for (int i = 0; i < list.Count; i++) tokens.push_back(Bytes(list.GetAt(i)));
+    return tokens;
+}
+
+} // namespace
+
+TEST(StringTokenise, DelimitersQuotesEscapesAndBlocks) {
+    EXPECT_EQ(Tokenise("a, b ,c", ","), (Tokens{"a", ",", "b", ",", "c"}));
+    EXPECT_EQ(Tokenise(",,", ","), (Tokens{",", ","}));
+    EXPECT_EQ(Tokenise(" , ", ","), (Tokens{"", ",", ""})); // blank spans give empty tokens
+    EXPECT_EQ(Tokenise("plain", nullptr), (Tokens{"plain"}));
+    EXPECT_EQ(Tokenise("", ","), Tokens{}); // the list is emptied even when nothing is found
+
+    EXPECT_EQ(Tokenise("a \"b,c\" d,e", ","), (Tokens{"a \"b,c\" d", ",", "e"}));
+    // The quote character given and the double quote both open spans; an open quote runs to the end.
+    EXPECT_EQ(Tokenise("x='a,b',y=\"c,d\"", ",", false, '\''), (Tokens{"x='a,b'", ",", "y=\"c,d\""}));
+    EXPECT_EQ(Tokenise("'it''s',x", ",", false, '\''), (Tokens{"'it''s'", ",", "x"}));
+    EXPECT_EQ(Tokenise("a \"b,c", ","), (Tokens{"a \"b,c"}));
+    // The escape works inside quotes only.
+    EXPECT_EQ(Tokenise("\"a\\\",b\",c", ",", false, '"', '\\'), (Tokens{"\"a\\\",b\"", ",", "c"}));
+    EXPECT_EQ(Tokenise("a\\,b", ",", false, '"', '\\'), (Tokens{"a\\", ",", "b"}));
+    // Strings come back with their quotes, from the start of the token: blanks before them included.
+    EXPECT_EQ(Tokenise("{\"a b\": \"x\\\"y\", \"n\": 1}", ":{[,]}", true, '"', '\\'),
+              (Tokens{"{", "\"a b\"", ":", " \"x\\\"y\"", ",", " \"n\"", ":", "1", "}"}));
+
+    // Blocks, as XML reads CDATA; without a close marker there are none.
+    const char* open = "<![CDATA[";
+    const char* close = "]]>";
+    EXPECT_EQ(Tokenise("<a><![CDATA[x<y>]]></a>", "<>", false, '"', 0, open, close),
+              (Tokens{"<", "a", ">", "x<y>", "<", "/a", ">"}));
+    EXPECT_EQ(Tokenise(">text<![CDATA[x]]>", "<>", false, '"', 0, open, close), (Tokens{">", "x"}));
+    EXPECT_EQ(Tokenise("<![CDATA[a\"b", "<>", false, '"', 0, open, close), (Tokens{"a\"b"}));
+    EXPECT_EQ(Tokenise("\"<![CDATA[\"", "<>", false, '"', 0, open, close), (Tokens{"\"<![CDATA[\""}));
+    EXPECT_EQ(Tokenise("<![CDATA[x]]>", "<>", false, '"', 0, open, nullptr),
+              (Tokens{"<", "![CDATA[x]]", ">"}));
 }

@@ -1,10 +1,16 @@
+// clsThread: starting, ending, stopping and waiting; clsMutex against its holder and against other threads.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <thread>
+
+#include <pthread.h>
+
+#include "nuvobase/clsmutex.h"
 #include "nuvobase/clsthread.h"
 #include "nuvobase/platform.h"
 #include "thread_wait.h"
-
-#include <atomic>
-#include <gtest/gtest.h>
-#include <pthread.h>
 
 using namespace nuvobase;
 using nuvobase_test::Eventually;
@@ -37,9 +43,11 @@ public:
     std::atomic<bool> Entered{false}, Release{false}, Finished{false}, OnExitOnOwnThread{false};
 };
 
-// Sleeps forever: only a cancellation ends it, from outside or, once told, from its own body.
+// Sleeps forever: only a cancellation ends it, from outside or, once told, from its own body. Given a mutex,
+// it first sleeps a while holding it.
 class clsSleeper : public clsThread {
 public:
+    explicit clsSleeper(clsMutex* mutex = nullptr) : Mutex(mutex) {}
     ~clsSleeper() override {
         Stop();
         Wait();
@@ -50,6 +58,12 @@ public:
             std::atomic<bool>& Flag;
             ~Witness() { Flag = true; }
         } witness{Unwound};
+        if (Mutex && Mutex->Lock() == 0) {
+            Holding = true;
+            SleepMs(HoldMs);
+            Mutex->Unlock();
+            Released = true;
+        }
         Entered = true;
         for (;;) {
             if (StopItself) {
@@ -60,7 +74,11 @@ public:
         }
     }
     void OnExit() override { ExitCalled = true; }
+
+    static constexpr int HoldMs = 200; // long enough for a Stop to come while the mutex is held
+    clsMutex* Mutex;
     std::atomic<bool> Entered{false}, Unwound{false}, ExitCalled{false}, StopItself{false};
+    std::atomic<bool> Holding{false}, Released{false};
     std::atomic<int> StateAfterStop{-1};
 };
 
@@ -77,7 +95,7 @@ public:
 
 } // namespace
 
-TEST(ThreadedThread, StartTwiceCreatesOneThreadAndWaitReturnsWhenItHasEnded) {
+TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
     clsProbe probe;
     EXPECT_TRUE(probe.Stop()); // stopping and waiting for a thread never started are harmless
     EXPECT_FALSE(probe.Wait());
@@ -91,20 +109,14 @@ TEST(ThreadedThread, StartTwiceCreatesOneThreadAndWaitReturnsWhenItHasEnded) {
     EXPECT_EQ(probe.Exits, 1); // OnExit has run too
     EXPECT_EQ(probe.Runs, 1);
     EXPECT_EQ(probe.GetState(), 0);
-}
 
-TEST(ThreadedThread, EndingByItselfAndStartingAgain) {
-    clsProbe probe;
-    probe.Release = true;
+    // A second run on the same object, which ends by itself before anyone waits for it.
     probe.Start(); // true or false, by whether the thread has ended already
-    ASSERT_TRUE(Eventually([&] { return probe.Exits == 1; }));
+    ASSERT_TRUE(Eventually([&] { return probe.Exits == 2; }));
     EXPECT_EQ(probe.GetState(), 0);
     EXPECT_EQ(probe.ExitSawState, 0); // the state went to 0 before OnExit
     EXPECT_TRUE(probe.OnExitOnOwnThread);
     EXPECT_FALSE(probe.Wait());
-    // A second run on the same object.
-    probe.Start();
-    ASSERT_TRUE(Eventually([&] { return probe.Exits == 2; }));
     EXPECT_EQ(probe.Runs, 2);
 }
 
@@ -117,19 +129,15 @@ TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
     EXPECT_FALSE(sleeper.Wait());     // and Wait still joins it
     EXPECT_TRUE(sleeper.Unwound);
     EXPECT_FALSE(sleeper.ExitCalled);
-    // Stopped and joined, it can run again.
+    // Stopped and joined, it can run again, and stop itself while its owner waits.
     sleeper.Entered = false;
+    sleeper.Unwound = false;
     ASSERT_TRUE(sleeper.Start());
     EXPECT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
-}
-
-TEST(ThreadedThread, AThreadStopsItselfWhileItsOwnerWaits) {
-    clsSleeper thread;
-    ASSERT_TRUE(thread.Start());
-    thread.StopItself = true;
-    EXPECT_FALSE(thread.Wait());
-    EXPECT_EQ(thread.StateAfterStop, 0);
-    EXPECT_TRUE(thread.Unwound);
+    sleeper.StopItself = true;
+    EXPECT_FALSE(sleeper.Wait());
+    EXPECT_EQ(sleeper.StateAfterStop, 0);
+    EXPECT_TRUE(sleeper.Unwound);
 }
 
 TEST(ThreadedThread, StartAndTheEntryCheckTheObject) {
@@ -144,4 +152,34 @@ TEST(ThreadedThread, StartAndTheEntryCheckTheObject) {
     EXPECT_EQ(untagged.Exits, 0);
     SleepMs(50);
     EXPECT_EQ(busy.Runs, 0);
+}
+
+TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
+    clsMutex mutex;
+    ASSERT_TRUE(mutex.Ready);
+    ASSERT_EQ(mutex.Lock(), 0);
+    EXPECT_EQ(mutex.Lock(), EDEADLK);
+    EXPECT_NE(mutex.TryLock(), 0);
+    int fromOther = 0;
+    std::thread([&] { fromOther = mutex.TryLock(); }).join();
+    EXPECT_EQ(fromOther, EBUSY);
+    mutex.Unlock();
+    // One Unlock frees it: the refused second Lock left nothing to undo.
+    std::thread([&] {
+        if ((fromOther = mutex.TryLock()) == 0) mutex.Unlock();
+    }).join();
+    EXPECT_EQ(fromOther, 0);
+}
+
+TEST(ThreadedMutex, StopWaitsUntilTheHolderLetsGo) {
+    clsMutex mutex;
+    clsSleeper holder(&mutex);
+    ASSERT_TRUE(holder.Start());
+    ASSERT_TRUE(Eventually([&] { return holder.Holding.load(); }));
+    holder.Stop();
+    EXPECT_FALSE(holder.Wait());
+    // The cancellation was held off until the section ended, so the lock is free.
+    EXPECT_TRUE(holder.Released);
+    EXPECT_EQ(mutex.TryLock(), 0);
+    mutex.Unlock();
 }

@@ -1,23 +1,21 @@
 #include "nuvobase/clstimer.h"
 #include "nuvobase/platform.h"
+#include "temp_folder.h"
 
-#include <cinttypes>
-#include <cstdio>
+#include <cstdint>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
-#include <unistd.h>
 
 using namespace nuvobase;
-namespace fs = std::filesystem;
 
 namespace {
 
-std::string LogLine(const char* id, std::uint64_t laps, std::uint64_t elapsed) {
-    char line[128];
-    std::snprintf(line, sizeof line, "%s\t%" PRIu64 "\t%" PRIu64 "\t%" PRIu64 "\r\n", id, laps, elapsed,
-                  elapsed);
-    return line;
+// The line a timer of one lap leaves in its log.
+std::string LogLine(const std::string& id, std::uint64_t elapsed) {
+    const std::string ms = std::to_string(elapsed);
+    return id + "\t1\t" + ms + "\t" + ms + "\r\n";
 }
 
 } // namespace
@@ -42,13 +40,12 @@ TEST(Timer, LapAddsTheWholeSpanAndRestartStartsAnew) {
     EXPECT_LE(ClockMs() - timer.Start, total);
 }
 
-TEST(Timer, DestructionAppendsOneLogLine) {
-    const fs::path folder = fs::path(testing::TempDir()) / ("corvane_timer_" + std::to_string(getpid()));
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-    const fs::path previous = fs::current_path();
-    fs::current_path(folder);
-    const fs::path log = folder / "timer.log";
+using TimerLog = nuvobase_test::TempFolder;
+
+TEST_F(TimerLog, DestructionAppendsOneLine) {
+    const std::filesystem::path previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder); // where a timer without a log file must not write either
+    const std::string log = Path("timer.log");
     std::uint64_t first, second;
     {
         clsTimer timer(log.c_str());
@@ -66,14 +63,12 @@ TEST(Timer, DestructionAppendsOneLogLine) {
         timer.Lap();
     }
     {
-        clsTimer timer((folder / "missing" / "timer.log").c_str()); // a file that cannot be opened is ignored
+        clsTimer timer(Path("missing/timer.log").c_str()); // a file that cannot be opened is ignored
         timer.Lap();
     }
-    fs::current_path(previous);
+    std::filesystem::current_path(previous);
     // Appended behind the first line; a timer without Id leaves the column empty.
-    clsString text;
-    text.LoadFromFile(log.c_str());
-    EXPECT_EQ(std::string(text.Text()), LogLine("perft 5", 1, first) + LogLine("", 1, second));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
-    fs::remove_all(folder);
+    EXPECT_EQ(Read("timer.log"), LogLine("perft 5", first) + LogLine("", second));
+    EXPECT_EQ(
+        std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()), 1);
 }

@@ -6,18 +6,21 @@
 #include <vector>
 
 #include "nuvobase/clsvariant.h"
+#include "rows.h"
 
 using namespace nuvobase;
+using nuvobase_test::CheckRows;
+using Ints = std::vector<int>;
 
 namespace {
 
-std::vector<int> BytesOf(const clsString& buffer) {
-    std::vector<int> bytes;
+Ints BytesOf(const clsString& buffer) {
+    Ints bytes;
     for (int i = 0; i < buffer.Size(); i++) bytes.push_back(static_cast<uint8_t>(*buffer.At(i)));
     return bytes;
 }
 
-std::vector<int> Record(const clsVariant& value) {
+Ints Record(const clsVariant& value) {
     clsString buffer;
     int position = 0;
     value.Write(buffer, position);
@@ -25,7 +28,7 @@ std::vector<int> Record(const clsVariant& value) {
     return BytesOf(buffer);
 }
 
-clsString BufferOf(const std::vector<int>& bytes) {
+clsString BufferOf(const Ints& bytes) {
     clsString buffer;
     for (int byte : bytes) buffer.Append(static_cast<char>(byte));
     return buffer;
@@ -34,22 +37,20 @@ clsString BufferOf(const std::vector<int>& bytes) {
 } // namespace
 
 TEST(VariantBinary, RecordsOfEveryClass) {
-    // The TypeCode byte, then numbers little-endian in 4 or 8 bytes (1.0 is 0x3FF0000000000000), a currency's
-    // Value in 8, a date-time's packed bytes most significant first, a text's length in the length form:
-    // a byte n, then n bytes of the length, low first and without leading zero bytes.
-    EXPECT_EQ(Record(clsVariantBool(true)), (std::vector<int>{'B', 1, 0, 0, 0}));
-    EXPECT_EQ(Record(clsVariantInt(0x01020304)), (std::vector<int>{'C', 4, 3, 2, 1}));
-    EXPECT_EQ(Record(clsVariantInt64(-2)),
-              (std::vector<int>{'D', 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}));
-    EXPECT_EQ(Record(clsVariantUInt64(0x0102030405060708)), (std::vector<int>{'E', 8, 7, 6, 5, 4, 3, 2, 1}));
-    EXPECT_EQ(Record(clsVariantDouble(1.0)), (std::vector<int>{'L', 0, 0, 0, 0, 0, 0, 0xF0, 0x3F}));
-    EXPECT_EQ(Record(clsVariantCurrency(clsCurrency(2.56))), (std::vector<int>{'N', 0, 1, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(Record(clsVariantDateTime(clsDateTime(2001, 2, 3, 4, 5, 6007))),
-              (std::vector<int>{'O', 0x07, 0xD1, 2, 3, 4, 5, 0x17, 0x77}));
-    EXPECT_EQ(Record(clsVariantString("")), (std::vector<int>{'M', 0}));
-    const std::vector<int> record300 = Record(clsVariantString(clsString('y', 300)));
-    EXPECT_EQ(std::vector<int>(record300.begin(), record300.begin() + 5),
-              (std::vector<int>{'M', 2, 0x2C, 0x01, 'y'}));
+    // The TypeCode byte, then numbers little-endian, a date-time's packed bytes most significant first, and
+    // a text's length as a byte n and n bytes of the length, low first.
+    CheckRows<Ints>(
+        {ROW(Record(clsVariantBool(true)), (Ints{'B', 1, 0, 0, 0})),
+         ROW(Record(clsVariantInt(0x01020304)), (Ints{'C', 4, 3, 2, 1})),
+         ROW(Record(clsVariantInt64(-2)), (Ints{'D', 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF})),
+         ROW(Record(clsVariantUInt64(0x0102030405060708)), (Ints{'E', 8, 7, 6, 5, 4, 3, 2, 1})),
+         ROW(Record(clsVariantDouble(1.0)), (Ints{'L', 0, 0, 0, 0, 0, 0, 0xF0, 0x3F})),
+         ROW(Record(clsVariantCurrency(clsCurrency(2.56))), (Ints{'N', 0, 1, 0, 0, 0, 0, 0, 0})),
+         ROW(Record(clsVariantDateTime(clsDateTime(2001, 2, 3, 4, 5, 6007))),
+             (Ints{'O', 0x07, 0xD1, 2, 3, 4, 5, 0x17, 0x77})),
+         ROW(Record(clsVariantString("")), (Ints{'M', 0}))});
+    const Ints record300 = Record(clsVariantString(clsString('y', 300)));
+    EXPECT_EQ(Ints(record300.begin(), record300.begin() + 5), (Ints{'M', 2, 0x2C, 0x01, 'y'}));
     EXPECT_EQ(record300.size(), 304u);
 
     // All records back to back in one buffer, then read back in order into emptied clones.
@@ -89,26 +90,23 @@ TEST(VariantBinary, LengthFormAndBadRecords) {
         EXPECT_EQ(back, value);
         EXPECT_EQ(read, written);
         if (value == -65536) {
-            EXPECT_EQ(BytesOf(buffer), (std::vector<int>{0xFD, 0, 0, 1})); // -3 and three bytes
+            EXPECT_EQ(BytesOf(buffer), (Ints{0xFD, 0, 0, 1})); // -3 and three bytes
         }
     }
-    // n above 8, bytes past the end, a position past the end.
+    // n above 8, bytes past the end, a position past the end; a wrong TypeCode or a record cut short clears
+    // the value and fails.
     int64_t value;
     int position;
-    EXPECT_FALSE(clsVariant::ReadLength(BufferOf({9, 1, 2, 3, 4, 5, 6, 7, 8, 9}), position = 0, value));
-    EXPECT_FALSE(clsVariant::ReadLength(BufferOf({3, 1}), position = 0, value));
-    EXPECT_FALSE(clsVariant::ReadLength(BufferOf({0}), position = 5, value));
-
-    // A wrong TypeCode or a record cut short clears the value and fails.
-    clsVariantInt number(7);
-    EXPECT_FALSE(number.Read(BufferOf({'D', 7, 0, 0, 0, 0, 0, 0, 0}), position = 0));
-    EXPECT_EQ(number.Value, 0);
-    number.Value = 7;
-    EXPECT_FALSE(number.Read(BufferOf({'C', 1, 2}), position = 0));
-    EXPECT_EQ(number.Value, 0);
+    clsVariantInt wrongType(7), cutShort(7);
+    CheckRows<int64_t>(
+        {ROW(clsVariant::ReadLength(BufferOf({9, 1, 2, 3, 4, 5, 6, 7, 8, 9}), position = 0, value), false),
+         ROW(clsVariant::ReadLength(BufferOf({3, 1}), position = 0, value), false),
+         ROW(clsVariant::ReadLength(BufferOf({0}), position = 5, value), false),
+         ROW(wrongType.Read(BufferOf({'D', 7, 0, 0, 0, 0, 0, 0, 0}), position = 0), false),
+         ROW(wrongType.Value, 0), ROW(cutShort.Read(BufferOf({'C', 1, 2}), position = 0), false),
+         ROW(cutShort.Value, 0)});
     // A text header with n above 8, past the end, or negative leaves the text empty but succeeds.
-    for (const std::vector<int>& bytes : {std::vector<int>{'M', 9, 1}, std::vector<int>{'M', 1, 5, 'a'},
-                                          std::vector<int>{'M', 0xFF, 1, 'a'}}) {
+    for (const Ints& bytes : {Ints{'M', 9, 1}, Ints{'M', 1, 5, 'a'}, Ints{'M', 0xFF, 1, 'a'}}) {
         clsVariantString text("old");
         EXPECT_TRUE(text.Read(BufferOf(bytes), position = 0));
         EXPECT_TRUE(text.Value.IsEmpty());
@@ -123,21 +121,18 @@ TEST(VariantBinary, FileForms) {
     FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);
     clsString buffer;
-    EXPECT_EQ(clsVariantInt(-5).WriteFile(file, buffer), 5);
-    EXPECT_EQ(clsVariantString(clsString('z', 5000)).WriteFile(file, buffer), 5004);
-    EXPECT_EQ(clsVariantInt(1).WriteFile(nullptr, buffer), 0);
+    CheckRows<int>({ROW(clsVariantInt(-5).WriteFile(file, buffer), 5),
+                    ROW(clsVariantString(clsString('z', 5000)).WriteFile(file, buffer), 5004),
+                    ROW(clsVariantInt(1).WriteFile(nullptr, buffer), 0)});
     // A text record that announces more bytes than the file holds fails without reading them all in.
     const char truncated[] = {'M', 4, 0, 0, 0, 0x40, 'a', 'b'};
     std::fwrite(truncated, 1, sizeof(truncated), file);
     std::rewind(file);
     clsVariantInt number;
-    EXPECT_EQ(number.ReadFile(file, buffer), 5);
-    EXPECT_EQ(number.Value, -5);
     clsVariantString text;
-    EXPECT_EQ(text.ReadFile(file, buffer), 5004);
-    EXPECT_EQ(text.Value.Size(), 5000);
-    EXPECT_EQ(text.ReadFile(file, buffer), 0);
-    EXPECT_EQ(number.ReadFile(file, buffer), 0); // end of file
-    EXPECT_EQ(number.ReadFile(nullptr, buffer), 0);
+    CheckRows<int>({ROW(number.ReadFile(file, buffer), 5), ROW(number.Value, -5),
+                    ROW(text.ReadFile(file, buffer), 5004), ROW(text.Value.Size(), 5000),
+                    ROW(text.ReadFile(file, buffer), 0), ROW(number.ReadFile(file, buffer), 0), // end of file
+                    ROW(number.ReadFile(nullptr, buffer), 0)});
     std::fclose(file);
 }

@@ -1,23 +1,22 @@
 // clsXML: reading, writing, searching, and the directives through real files.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 
-#include <unistd.h>
-
 #include "nuvobase/clsxml.h"
 #include "rows.h"
+#include "temp_folder.h"
 
 using nuvobase::clsString;
 using nuvobase::clsXML;
 using nuvobase::clsXMLCollection;
 using nuvobase_test::Bytes;
+using nuvobase_test::CheckRows;
 
 namespace {
 
+// The text of what the document makes of text.
 std::string Written(const char* text) {
     clsXML document;
     document.Parse(text, "");
@@ -27,28 +26,19 @@ std::string Written(const char* text) {
 } // namespace
 
 TEST(Xml, ReadAndWriteBack) {
-    struct Case {
-        const char* text;
-        std::string written;
-    };
-    const Case cases[] = {
-        {"<a><b/></a>", "<a>\r\n\t<b/>\r\n</a>\r\n"},
-        // Text makes a text element; its children are written behind its line.
-        {"<a>x<b/>y</a>", "<a>xy</a>\r\n\t<b/>\r\n"},
-        {"<r><a nv:null=\"true\"><b/><c/></a></r>", "<r>\r\n\t<b/>\r\n\t<c/>\r\n</r>\r\n"},
-        {"<a><![CDATA[x<y & z]]></a>", "<a>x&lt;y &amp; z</a>\r\n"},
-        {"<!-- a  note --><a/>", "<!-- a note -->\r\n<a/>\r\n"},
-        {"<?xml version=\"1.0\"?><a k=\"x &amp; y\"/>",
-         "<?xml version=\"1.0\"?>\r\n<a k=\"x &amp;amp; y\"/>\r\n"},
-        {"\xEF\xBB\xBF<a\tk=v\r\nw='x  y' ? k=\"2\">", "<a k=\"v\" w=\"x  y\" k=\"2\" />\r\n"},
-        {"<a><b>", "<a>\r\n\t<b />\r\n</a>\r\n"}, // unclosed elements are kept
-        {"<a", ""},                               // an unfinished tag is not
-        {"</>", ""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(Written(c.text), c.written);
-    }
+    // Text makes a text element, whose children are written behind its line; unclosed elements are kept,
+    // an unfinished tag is not.
+    CheckRows<std::string>(
+        {ROW(Written("<a><b/></a>"), "<a>\r\n\t<b/>\r\n</a>\r\n"),
+         ROW(Written("<a>x<b/>y</a>"), "<a>xy</a>\r\n\t<b/>\r\n"),
+         ROW(Written("<r><a nv:null=\"true\"><b/><c/></a></r>"), "<r>\r\n\t<b/>\r\n\t<c/>\r\n</r>\r\n"),
+         ROW(Written("<a><![CDATA[x<y & z]]></a>"), "<a>x&lt;y &amp; z</a>\r\n"),
+         ROW(Written("<!-- a  note --><a/>"), "<!-- a note -->\r\n<a/>\r\n"),
+         ROW(Written("<?xml version=\"1.0\"?><a k=\"x &amp; y\"/>"),
+             "<?xml version=\"1.0\"?>\r\n<a k=\"x &amp;amp; y\"/>\r\n"),
+         ROW(Written("\xEF\xBB\xBF<a\tk=v\r\nw='x  y' ? k=\"2\">"), "<a k=\"v\" w=\"x  y\" k=\"2\" />\r\n"),
+         ROW(Written("<a><b>"), "<a>\r\n\t<b />\r\n</a>\r\n"), ROW(Written("<a"), ""),
+         ROW(Written("</>"), "")});
 }
 
 TEST(Xml, MismatchedClosingTagStopsAndKeepsTheTree) {
@@ -72,7 +62,7 @@ TEST(Xml, Searches) {
     EXPECT_EQ(engines->ChildAt(0)->GetAttribute("name"), clsString("one"));
     EXPECT_EQ(document.FindDeep("B"), engines->ChildAt(1)->ChildAt(0));
     EXPECT_EQ(document.FindByAttribute("ID", "2"), engines->ChildAt(1));
-    nuvobase_test::CheckRows<std::string>({
+    CheckRows<std::string>({
         TEXT(document.GetValue("t/settings/depth", "x"), "7"),
         TEXT(document.GetValue("depth", "x"), "4"), // the first depth, depth first
         TEXT(document.GetValue("settings/missing", "x"), "x"),
@@ -94,30 +84,20 @@ TEST(Xml, Searches) {
 }
 
 // The directives, through files in a fresh folder.
-class XmlFiles : public testing::Test {
+class XmlFiles : public nuvobase_test::TempFolder {
 protected:
-    void SetUp() override {
-        folder = testing::TempDir() + "clsxml_" + std::to_string(getpid()) + "/";
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder + "sub");
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-    void Write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder + name, std::ios::binary) << text;
-    }
     // Loads the file; returns the tree as text, and what went to the output in said.
     std::string Load(const std::string& name, std::string& said) const {
         clsXML document;
         testing::internal::CaptureStdout();
-        document.LoadFile((folder + name).c_str());
+        document.LoadFile(Path(name).c_str());
         said = testing::internal::GetCapturedStdout();
         return Bytes(document.ToText());
     }
-
-    std::string folder;
 };
 
 TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
+    std::filesystem::create_directories(Path("sub"));
     Write("sub/engines.xml", "<root><e id='a' depth='3'/><e id='b'/></root>");
     Write("sub/extra.xml", "<root><e id='a' time='5'/><n id='new'/></root>");
     Write("main.xml", "<t><list nv:include='sub/engines.xml'/>"
@@ -125,34 +105,17 @@ TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
                       "<m2 id='m2' nv:merge='sub/extra.xml'/><u id='u' nv:update='sub/extra.xml'/>"
                       "<base><opt k='1'/></base><c own='2' nv:class='t/base'/></t>");
     std::string said;
-    EXPECT_EQ(Load("main.xml", said), "<t>\r\n"
-                                      "\t<list>\r\n"
-                                      "\t\t<e id=\"a\" depth=\"3\"/>\r\n"
-                                      "\t\t<e id=\"b\"/>\r\n"
-                                      "\t</list>\r\n"
-                                      "\t<m id=\"m\">\r\n"
-                                      "\t\t<e id=\"a\"/>\r\n"
-                                      "\t</m>\r\n"
-                                      "\t<m2 id=\"m2\">\r\n"
-                                      "\t\t<e id=\"a\" time=\"5\"/>\r\n"
-                                      "\t\t<n id=\"new\"/>\r\n"
-                                      "\t</m2>\r\n"
-                                      "\t<u id=\"u\" />\r\n"
-                                      "\t<base>\r\n"
-                                      "\t\t<opt k=\"1\"/>\r\n"
-                                      "\t</base>\r\n"
-                                      "\t<c own=\"2\">\r\n"
-                                      "\t\t<opt k=\"1\"/>\r\n"
-                                      "\t</c>\r\n"
-                                      "</t>\r\n");
-    EXPECT_EQ(said, "");
-}
-
-TEST_F(XmlFiles, UpdateChangesMatchesOnly) {
-    Write("extra.xml", "<root><e id='a' time='5'><x/></e><n id='new'/></root>");
-    Write("main.xml", "<t><e id='a' nv:update='extra.xml'/></t>");
-    std::string said;
     EXPECT_EQ(Load("main.xml", said),
+              "<t>\r\n\t<list>\r\n\t\t<e id=\"a\" depth=\"3\"/>\r\n\t\t<e id=\"b\"/>\r\n\t</list>\r\n"
+              "\t<m id=\"m\">\r\n\t\t<e id=\"a\"/>\r\n\t</m>\r\n"
+              "\t<m2 id=\"m2\">\r\n\t\t<e id=\"a\" time=\"5\"/>\r\n\t\t<n id=\"new\"/>\r\n\t</m2>\r\n"
+              "\t<u id=\"u\" />\r\n\t<base>\r\n\t\t<opt k=\"1\"/>\r\n\t</base>\r\n"
+              "\t<c own=\"2\">\r\n\t\t<opt k=\"1\"/>\r\n\t</c>\r\n</t>\r\n");
+    EXPECT_EQ(said, "");
+    // An update changes only the element whose id matches, and adds its children.
+    Write("update.xml", "<root><e id='a' time='5'><x/></e><n id='new'/></root>");
+    Write("updated.xml", "<t><e id='a' nv:update='update.xml'/></t>");
+    EXPECT_EQ(Load("updated.xml", said),
               "<t>\r\n\t<e id=\"a\" id=\"a\" time=\"5\">\r\n\t\t<x/>\r\n\t</e>\r\n</t>\r\n");
 }
 
@@ -161,13 +124,13 @@ TEST_F(XmlFiles, BadReferencesEnd) {
     Write("missing.xml", "<r><s nv:merge='nothing.xml'/></r>");
     std::string said;
     const std::string tree = Load("self.xml", said);
-    EXPECT_NE(said.find("# xml files pulled in deeper than 8 levels, not read: " + folder + "self.xml"),
+    EXPECT_NE(said.find("# xml files pulled in deeper than 8 levels, not read: " + Path("self.xml")),
               std::string::npos);
     EXPECT_EQ(tree.substr(0, 18), "<r>\r\n\t<s>\r\n\t\t<s>\r\n");
     EXPECT_EQ(Load("missing.xml", said), "<r>\r\n\t<s />\r\n</r>\r\n");
-    EXPECT_EQ(said, "# file not found: " + folder + "nothing.xml\n");
+    EXPECT_EQ(said, "# file not found: " + Path("nothing.xml") + "\n");
     EXPECT_EQ(Load("none.xml", said), "");
-    EXPECT_EQ(said, "# file not found: " + folder + "none.xml\n");
+    EXPECT_EQ(said, "# file not found: " + Path("none.xml") + "\n");
 
     std::string deep;
     for (int i = 0; i < 100000; i++) deep += "<a>";
@@ -177,30 +140,17 @@ TEST_F(XmlFiles, BadReferencesEnd) {
 }
 
 TEST_F(XmlFiles, FormTable) {
-    Write("form.dfm", "object Form1: TForm1\r\n"
-                      "  object Players: TTable\r\n"
-                      "    object PlayersID: TAutoIncField\r\n"
-                      "      FieldName = 'ID'\r\n"
-                      "      FieldKind = fkData\r\n"
-                      "    end\r\n"
-                      "    object PlayersSum: TFloatField\r\n"
-                      "      FieldName = 'Sum'\r\n"
-                      "      FieldKind = fkCalculated\r\n"
-                      "    end\r\n"
-                      "    object PlayersName: TStringField\r\n"
-                      "      FieldName = 'Name'\r\n"
-                      "      FieldKind = fkData\r\n"
-                      "    end\r\n"
-                      "  end\r\n"
-                      "  object Games: TTable\r\n"
-                      "  end\r\n"
-                      "end\r\n");
+    Write("form.dfm",
+          "object Form1: TForm1\r\n  object Players: TTable\r\n"
+          "    object PlayersID: TAutoIncField\r\n      FieldName = 'ID'\r\n      FieldKind = fkData\r\n"
+          "    end\r\n    object PlayersSum: TFloatField\r\n      FieldName = 'Sum'\r\n"
+          "      FieldKind = fkCalculated\r\n    end\r\n    object PlayersName: TStringField\r\n"
+          "      FieldName = 'Name'\r\n      FieldKind = fkData\r\n    end\r\n  end\r\n"
+          "  object Games: TTable\r\n  end\r\nend\r\n");
     Write("main.xml", "<t><table nv:include='form.dfm|table=Players'/></t>");
     std::string said;
-    EXPECT_EQ(Load("main.xml", said), "<t>\r\n\t<table>\r\n"
-                                      "\t\t<field id=\"ID\" type=\"integer\" />\r\n"
-                                      "\t\t<field id=\"Name\" type=\"string\" />\r\n"
-                                      "\t</table>\r\n</t>\r\n");
+    EXPECT_EQ(Load("main.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
+                                      "\t\t<field id=\"Name\" type=\"string\" />\r\n\t</table>\r\n</t>\r\n");
 }
 
 TEST_F(XmlFiles, SaveAndLoad) {
@@ -208,8 +158,8 @@ TEST_F(XmlFiles, SaveAndLoad) {
     clsXML* a = document.AddChild(clsXML::TypeElement, "a");
     a->Attributes.SetValue("k", "1 < 2");
     a->AddChild(clsXML::TypeComment, "note")->Parent->AddChild(clsXML::TypeText, "t")->Text = "x";
-    ASSERT_TRUE(document.SaveFile((folder + "saved.xml").c_str()));
+    ASSERT_TRUE(document.SaveFile(Path("saved.xml").c_str()));
     std::string said;
     EXPECT_EQ(Load("saved.xml", said), "<a k=\"1 &amp;lt; 2\">\r\n\t<!--note-->\r\n\t<t>x</t>\r\n</a>\r\n");
-    EXPECT_FALSE(document.SaveFile((folder + "no/such/folder.xml").c_str()));
+    EXPECT_FALSE(document.SaveFile(Path("no/such/folder.xml").c_str()));
 }
