@@ -83,12 +83,12 @@ TEST_F(XBoardTest, StateMachine) {
     EXPECT_EQ(App.State, 0);
 }
 
-// The positions after moves and undos are checked by the end-to-end XBoard test; here the history behind
-// them.
+// The positions after moves and undos are checked by the end-to-end XBoard test; here the replies and the
+// history behind them.
 TEST_F(XBoardTest, UserMovesAndUndo) {
     const std::string start = App.GetFen().Text();
     Send("force");
-    Send("e2e4");
+    EXPECT_EQ(Send("e2e4"), Lines{"# I'm not thinking"});
     const std::string afterE2E4 = Position();
     ASSERT_EQ(App.FenHistory.Count, 1);
     EXPECT_EQ(std::string(App.FenHistory.GetAt(0).Text()), start);
