@@ -238,6 +238,11 @@ bool clsBook::Reserve(int64_t capacity) {
     return true;
 }
 
+// Grows by a quarter, as the program's other arrays do, when the array is full.
+bool clsBook::RoomForOne() {
+    return Count < Capacity || Reserve(int64_t(Capacity) * 5 / 4 + 1);
+}
+
 bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     nuvobase::clsString temporary;
     FILE* stream = CreateBeside(file, temporary);
@@ -283,7 +288,7 @@ bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
         clsBookEntry read;
         const bool complete = reader.Entry(read);
         if (read.Reaches(limit)) {
-            if (Count == Capacity && !Reserve(int64_t(Capacity) * 5 / 4 + 1)) return false;
+            if (!RoomForOne()) return false;
             Items[Count++] = read;
         }
         // An entry cut by the end of the file is kept, and it is the last one.
@@ -301,7 +306,7 @@ int clsBook::Add(clsBookEntry* entry) {
         Items[place].AddCounters(added);
         return place;
     }
-    if (Count == Capacity && !Reserve(int64_t(Capacity) * 5 / 4 + 1)) return -1;
+    if (!RoomForOne()) return -1;
     std::memmove(Items + place + 1, Items + place, sizeof(clsBookEntry) * size_t(Count - place));
     Items[place] = added;
     ++Count;

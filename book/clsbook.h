@@ -67,6 +67,7 @@ public:
 private:
     // Room for capacity entries; false when the memory is not there.
     bool Reserve(int64_t capacity);
+    bool RoomForOne();
     bool Read(const nuvobase::clsString& file, int limit, bool replace);
     int InsertPlace(const clsBookEntry& entry) const;
     int CountReaching(int limit) const;

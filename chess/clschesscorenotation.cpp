@@ -110,10 +110,6 @@ void ReadEpdOperations(const clsString& operations, nuvobase::clsStrings& fields
     }
 }
 
-} // namespace
-
-namespace {
-
 // The text SanToPattern works on: the trimmed SAN and the few marks it inserts, on the stack for any text a
 // move can have, since a PGN reader turns every move into a pattern.
 class clsPatternText {
