@@ -51,12 +51,13 @@ bool clsChessApplication::Run() {
     if (Arguments.GetValue("-use") == "tourney") {
         ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
         // The program ends once the tournament has ended and written its files.
-        while (GetState() == 1 && !Tourneys.empty() && Tourneys.back()->IsRunning()) nuvobase::SleepMs(1);
+        while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
+            nuvobase::SleepMs(1);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
         if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
         nuvobase::StdIn.Start();
-        while (GetState() != 0 && CommandLoopPass()) {
+        while (GetState() != ThreadStopped && CommandLoopPass()) {
         }
     }
     Engine->Info(clsString("end"));

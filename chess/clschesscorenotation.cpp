@@ -26,7 +26,6 @@ constexpr struct {
     char Letter;
 } RightLetters[4] = {
     {WhiteKingSide, 'K'}, {WhiteQueenSide, 'Q'}, {BlackKingSide, 'k'}, {BlackQueenSide, 'q'}};
-constexpr const char* DefaultFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
 // The piece word and whether the letter is white, for the letters of a placement; false for other characters.
 bool PieceOfLetter(char letter, int& piece, bool& white) {
@@ -188,7 +187,7 @@ clsString SanToPattern(const clsString& san) {
 
 bool clsChessCore::SetPosition(const clsString& fen, nuvobase::clsStrings* epdFields) {
     Board = clsBoard();
-    StartFen = DefaultFen;
+    StartFen = StartPositionFen;
     const clsString& text = fen.IsEmpty() ? StartFen : fen;
 
     // The placement, from a8 down to h1; "/" takes back its own step, so only the squares count.

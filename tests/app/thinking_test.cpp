@@ -153,7 +153,7 @@ TEST(ThreadedApplication, PublishedPositionAndPong) {
     const clsString fen("8/8/8/8/8/8/8/K1k5 w - - 0 1");
     EXPECT_TRUE(a.SetBoard(fen));
     EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
-    EXPECT_NE(a.GetFen(), clsString(clsChessApplication::StartFen));
+    EXPECT_NE(a.GetFen(), clsString(nvoChess::StartPositionFen));
     // Moves on the engine's board are published only by the next SetBoard or StartThinking.
     const clsString published = a.GetFen();
     a.Engine->MakeMoveText(clsString("a1a2"));
