@@ -5,9 +5,9 @@
 #include "nuvobase/platform.h"
 #include "search/clsembeddedplayer.h"
 #include "search/clsenginecorvane.h"
+#include "search/clstimerule.h"
 #include "vesko/clsenginevesko.h"
 
-#include <cstdlib>
 
 namespace nvoChess {
 
@@ -199,7 +199,7 @@ bool clsChessApplication::StartThinking() {
         allowance = BaseTimeMs;
         EngineTimeMs = 100 * allowance;
     } else {
-        allowance = MoveAllowance(EngineTimeMs, controlMoves, moveNumber);
+        allowance = ApplicationTimeRule.Allowance(EngineTimeMs, controlMoves, moveNumber);
     }
     // An allowance used up before the start stops the search at the first look; 0 would mean no deadline.
     const int64_t deadline = int64_t(ThinkStart) + allowance;
@@ -209,20 +209,6 @@ bool clsChessApplication::StartThinking() {
                      " - time " + clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
     }
     return Engine->Start();
-}
-
-int64_t clsChessApplication::MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber) {
-    // A little is kept back for the answer to reach the GUI, unless the clock is nearly gone.
-    const int64_t available = timeMs > 100 ? timeMs - 50 : timeMs;
-    int64_t movesLeft = movesPerControl != 0 ? movesPerControl - moveNumber + 2 : 40;
-    // A control that has no moves left (a negative control) is treated like a whole game.
-    if (movesLeft <= 0) movesLeft = 40;
-    return available / movesLeft;
-}
-
-int64_t clsChessApplication::ReadDecimal(const clsString& text) {
-    // strtoll saturates where the text overflows 64 bits and gives 0 for text that is no number.
-    return std::strtoll(text.Text(), nullptr, 10);
 }
 
 void clsChessApplication::ShowProgress() {

@@ -94,11 +94,6 @@ public:
     // Sets the position of the arguments of "position" on anything that takes a FEN and coordinate moves: a
     // move that fails is skipped. No text, or "startpos", is the start position.
     template <class Board> static void SetUpPosition(Board& board, const clsString& arguments);
-    // The milliseconds a search may take: timeMs shared out over the moves left to the control
-    // (movesPerControl minus moveNumber, plus 2) or over 40 moves without a control.
-    static int64_t MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber);
-    // A number the user typed, read as decimal; text that is no number reads as 0.
-    static int64_t ReadDecimal(const clsString& text);
 
     nuvobase::clsTSafeOutput* Output;
     int32_t DefaultMemoryMb = 64;
