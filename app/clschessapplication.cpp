@@ -24,14 +24,17 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     clsEngineCorvane::CommandLine = Arguments;
     clsTourneyGame::MakeEmbedded = [](const clsString& name, nuvobase::clsTSafeOutput* output,
                                       clsTourneyGame* game) -> std::unique_ptr<clsEngineInterface> {
-        return std::make_unique<clsEmbeddedPlayer>(name, output, game);
+        // A learning run hands the soul of its candidate to the player through a file.
+        clsString soul;
+        soul.LoadFromFile(clsTourney::SoulFile);
+        return std::make_unique<clsEmbeddedPlayer>(name, output, game, soul);
     };
     LogFile = Arguments.GetValue("-log");
     if (Arguments.Find(clsString("-strictuci")) >= 0) Strict = std::make_unique<clsStrictUci>(*this);
     SetEngine(clsString("vesko"));
     const clsString memory = Arguments.GetValue("memory");
-    SetMemory(memory.IsEmpty() ? DefaultMemoryMb : ReadDecimal(memory));
-    Engine->SetPosition(clsString(StartFen));
+    SetMemory(memory.IsEmpty() ? DefaultMemoryMb : memory.ToDecimal());
+    Engine->SetPosition(clsString(StartPositionFen));
     PublishedFen.Set(Engine->GetPosition());
 }
 
