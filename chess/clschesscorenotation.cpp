@@ -2,7 +2,6 @@
 // against the long texts of the generated moves.
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -46,7 +45,7 @@ bool PieceOfLetter(char letter, int& piece, bool& white) {
 
 // A number field: its leading digits, clamped to what a counter holds.
 int32_t FieldNumber(const clsString& field) {
-    const long value = std::strtol(field.Text(), nullptr, 10);
+    const int64_t value = field.ToDecimal();
     return value > INT_MAX ? INT_MAX : static_cast<int32_t>(value);
 }
 
