@@ -1,4 +1,4 @@
-// clsString: comparison, searching, reading words and tokenising.
+// clsString: comparison, searching and reading words. Tokenising is checked through the XML and JSON readers.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "nuvobase/clsstring.h"
-#include "nuvobase/clsstrings.h"
 #include "rows.h"
 
-using nuvobase::clsCStrings;
 using nuvobase::clsString;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
@@ -128,50 +126,4 @@ TEST(StringSearch, NextWord) {
               (List{{"x", 2}, {"'a b'", 8}, {"\"c d\"", 14}, {"e", -1}}));
     EXPECT_EQ(words(",,", ',', false, true), (List{{"", -1}}));
     EXPECT_EQ(words("abc", ' ', false, false, 7), (List{{"", -1}}));
-}
-
-namespace {
-
-using Tokens = std::vector<std::string>;
-
-// The tokens of text; checks that the count returned matches the list, which held a token before.
-Tokens Tokenise(const char* text, const char* delimiters, bool quotedTokens = false, char quote = '"',
-                char escape = 0, const char* blockOpen = nullptr, const char* blockClose = nullptr) {
-    clsCStrings list;
-    list.Add(clsString("left over"), 1);
-    const int count =
-        clsString(text).Tokenise(delimiters, list, quotedTokens, quote, escape, blockOpen, blockClose);
-    EXPECT_EQ(count, list.Count);
-    Tokens tokens;
-    for (int i = 0; i < list.Count; i++) tokens.push_back(Bytes(list.GetAt(i)));
-    return tokens;
-}
-
-} // namespace
-
-TEST(StringTokenise, DelimitersQuotesEscapesAndBlocks) {
-    EXPECT_EQ(Tokenise("a, b ,c", ","), (Tokens{"a", ",", "b", ",", "c"}));
-    EXPECT_EQ(Tokenise(" , ", ","), (Tokens{"", ",", ""})); // blank spans give empty tokens
-    EXPECT_EQ(Tokenise("plain", nullptr), (Tokens{"plain"}));
-    EXPECT_EQ(Tokenise("", ","), Tokens{}); // the list is emptied even when nothing is found
-
-    EXPECT_EQ(Tokenise("a \"b,c\" d,e", ","), (Tokens{"a \"b,c\" d", ",", "e"}));
-    // The quote character given and the double quote both open spans; an open quote runs to the end.
-    EXPECT_EQ(Tokenise("x='a,b',y=\"c,d\"", ",", false, '\''), (Tokens{"x='a,b'", ",", "y=\"c,d\""}));
-    EXPECT_EQ(Tokenise("a \"b,c", ","), (Tokens{"a \"b,c"}));
-    // The escape works inside quotes only.
-    EXPECT_EQ(Tokenise("\"a\\\",b\",c", ",", false, '"', '\\'), (Tokens{"\"a\\\",b\"", ",", "c"}));
-    EXPECT_EQ(Tokenise("a\\,b", ",", false, '"', '\\'), (Tokens{"a\\", ",", "b"}));
-    // Strings come back with their quotes, from the start of the token: blanks before them included.
-    EXPECT_EQ(Tokenise("{\"a b\": \"x\\\"y\", \"n\": 1}", ":{[,]}", true, '"', '\\'),
-              (Tokens{"{", "\"a b\"", ":", " \"x\\\"y\"", ",", " \"n\"", ":", "1", "}"}));
-
-    // Blocks, as XML reads CDATA; without a close marker there are none.
-    const char* open = "<![CDATA[";
-    const char* close = "]]>";
-    EXPECT_EQ(Tokenise("<a><![CDATA[x<y>]]></a>", "<>", false, '"', 0, open, close),
-              (Tokens{"<", "a", ">", "x<y>", "<", "/a", ">"}));
-    EXPECT_EQ(Tokenise("<![CDATA[a\"b", "<>", false, '"', 0, open, close), (Tokens{"a\"b"}));
-    EXPECT_EQ(Tokenise("<![CDATA[x]]>", "<>", false, '"', 0, open, nullptr),
-              (Tokens{"<", "![CDATA[x]]", ">"}));
 }

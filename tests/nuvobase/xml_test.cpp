@@ -36,6 +36,7 @@ TEST(Xml, ReadAndWriteBack) {
          ROW(Written("<?xml version=\"1.0\"?><a k=\"x &amp; y\"/>"),
              "<?xml version=\"1.0\"?>\r\n<a k=\"x &amp;amp; y\"/>\r\n"),
          ROW(Written("\xEF\xBB\xBF<a\tk=v\r\nw='x  y' ? k=\"2\">"), "<a k=\"v\" w=\"x  y\" k=\"2\" />\r\n"),
+         ROW(Written("<a k='it''s x'/>"), "<a k=\"it&apos;s x\"/>\r\n"),
          ROW(Written("<a><b>"), "<a>\r\n\t<b />\r\n</a>\r\n"), ROW(Written("<a"), "")});
 }
 
