@@ -7,8 +7,7 @@ import tempfile
 from corvane_driver import CORVANE, Session, check, run_ok
 
 RESULTS = "info string test results: "
-PERFT_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..", "shared", "data",
-                          "perft", "standard-d3.txt")
+PERFT_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "perft", "standard-d3.txt")
 
 # (line, verdict): mates in one that any search finds, and avoided moves. A verdict that starts with a blank
 # follows whatever move was found; None is a failed test.
@@ -84,8 +83,5 @@ if __name__ == "__main__":
     with tempfile.TemporaryDirectory() as folder:
         suite(folder)
         broken(folder)
-        if os.path.exists(PERFT_FILE):
-            perft_file(folder)
-        else:
-            print("epd: perft file skipped, no shared perft data at " + PERFT_FILE)
+        perft_file(folder)
     print("epd: all checks passed")
