@@ -124,8 +124,11 @@ TEST_F(Formula, TableLookups) {
         {
             {"FT('Rates', 1)", "10", 0},
             {"FT('Rates', 1, 2)", "12", 0},
-            {"FT('Rates?', 1, 2)", "select \"@0\",\"X\",\"Y\" from \"Rates\" where \"X\"='1' and \"Y\"='2'",
-             0},
+            // Shown, a statement writes its names as given; only the one that runs quotes them.
+            {"FT('Rates?', 1, 2)", "select @0,X,Y from Rates where X='1' and Y='2'", 0},
+            {"FMIN('Rates?', 3, 1)",
+             "select @0,X,Y from Rates where X<='3' and Y<='1' order by X desc,Y desc", 0},
+            {"FGETV('Rates?', 1, 2)", "select Y from Rates where @0='1' and X='2'", 0},
             {"FT('Rates', 9)", "", 14},
             {"FT('Rates')", "", 14},
             {"FT('', 1)", "", 14},
@@ -134,7 +137,7 @@ TEST_F(Formula, TableLookups) {
             {"FTY('Rates', 0, 1)", "", 14},
             {"FGETX('ZSYSFOLDERS', 'Name', 'Code>', '1', '_<3')", "User", 0},
             {"FGETX('ZSYSFOLDERS?', 'Name', 'Code>', '1', '_<3')",
-             "select Name from \"ZSYSFOLDERS\" where Code>1 and Code<3", 0},
+             "select Name from ZSYSFOLDERS where Code>1 and Code<3", 0},
             {"FGETF('ZSYSFOLDERS', 'Name', 4, 5)", "ZSYSCOPY", 0},
             {"FGETV('ZSYSOPTIONS', 'BACKUP_ON_SAVING')", "true", 0},
             {"FLIST('ZSYSFOLDERS', 'Name,Code', 'Parent=1', ';')", "User;2;Application;3;System;4", 0},
