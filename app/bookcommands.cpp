@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 
+#include "app/clscommandwords.h"
 #include "app/commandnumbers.h"
 #include "book/clspgnfile.h"
 #include "nuvobase/clsfile.h"
@@ -67,12 +68,11 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
         Remark(app, "NB: use \"path\" if you want to use path with embedded spaces");
         return;
     }
-    int position = 0;
-    clsString folder = arguments.NextWord(' ', position, true);
-    folder.Unquote('"');
-    const clsString plies = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString folder = words.Next();
+    const clsString plies = words.Next();
     const int maxPlies = plies.IsEmpty() ? DefaultBuildPlies : int(ReadBounded(plies, MaxCount));
-    const bool extractFen = ReadBounded(arguments.NextWord(' ', position), MaxCount) == BuildTypeExtractFen;
+    const bool extractFen = words.NextNumber() == BuildTypeExtractFen;
 
     // The board of a Corvane engine is the reader's working space; the other engine lends none.
     app.HaltEngine();
@@ -100,9 +100,9 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
 }
 
 void MergeBooks(clsChessApplication& app, const clsString& arguments) {
-    int position = 0;
-    const clsString folder = arguments.NextWord(' ', position);
-    const clsString newBook = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString folder = words.Next();
+    const clsString newBook = words.Next();
     if (folder.IsEmpty() || newBook.IsEmpty()) {
         Remark(app, "mergebooks books_path new_book.cbk [limit]");
         Remark(app, "merge .cbk book files into new_book.cbk file");

@@ -52,13 +52,14 @@ bool clsChessApplication::Run() {
     SetEngine(Arguments.GetValue("-engine"));
     Engine->Protocol = clsEngineInterface::Uci;
     if (Arguments.GetValue("-use") == "tourney") {
-        ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
+        // Quoted, as a user types a file with blanks in its name.
+        ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini").Quote('"'));
         // The program ends once the tournament has ended and written its files.
         while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
             nuvobase::SleepMs(1);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
-        if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
+        if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile.Quote('"'));
         nuvobase::StdIn.Start();
         while (GetState() != ThreadStopped && CommandLoopPass()) {
         }

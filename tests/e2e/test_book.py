@@ -211,7 +211,8 @@ def build_merge_convert(folder):
     check([e[1:] for e in entries(os.path.join(games, "deep", "c.cbk"))] == [(1, 1, 0)] * 3, "counters")
 
     # Shared positions fold; the new book is left out of a second run; a cut book merges as far as it reads.
-    books = os.path.join(folder, "books")
+    # Quoted paths may hold blanks, and '\' separates folders as '/' does.
+    books = os.path.join(folder, "my books")
     os.makedirs(os.path.join(books, "sub"))
     built = open(os.path.join(games, "a.b.cbk"), "rb").read()
     for name, data in (("a.cbk", built), ("sub/c.cbk", open(os.path.join(games, "deep", "c.cbk"), "rb").read()),
@@ -219,14 +220,14 @@ def build_merge_convert(folder):
         with open(os.path.join(books, name), "wb") as out:
             out.write(data)
     for _ in range(2):
-        said = console(folder, ["\\mergebooks books books\\all.cbk"])
+        said = console(folder, ['\\mergebooks "my books" "my books\\all.cbk"'])
     merged = entries(os.path.join(books, "all.cbk"))
     whole_keys = sorted(e[0] for e in entries(os.path.join(books, "a.cbk")))
     check(len(merged) == 4 and sorted(e[0] for e in merged if e[0]) == whole_keys, merged)
     # Two whole books and, from the cut one, the entry before the damage (one key counted once more) and the
     # entry whose key the cut fell in, kept under key 0 with the counters read before it.
     check(sorted(e[1] + e[2] + e[3] for e in merged) == [1, 3, 3, 4], merged)
-    check(said[-1] == "done" and "saving 4 positions in books\\all.cbk" in said, said)
+    check(said[-1] == "done" and "saving 4 positions in my books\\all.cbk" in said, said)
 
     os.makedirs(os.path.join(folder, "pgn"))
     with open(os.path.join(folder, "pgn", "x.cbk"), "wb") as out:

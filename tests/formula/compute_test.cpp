@@ -101,7 +101,7 @@ TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
             {"FGET('select count(*) from ZSYSFOLDERS')", "6", 0},
             {"FGET('ZSYSFOLDERS', 'Name', 'Code=4')", "System", 0},
             {"FGET('ZSYSFOLDERS', 'Name', 'Code=4', '', 'Parent')", "System", 0},
-            {"FGET('ZSYSFOLDERS?', 'Name', 'Code=4')", "select Name from \"ZSYSFOLDERS\" where Code=4", 0},
+            {"FGET('ZSYSFOLDERS?', 'Name', 'Code=4')", "select Name from ZSYSFOLDERS where Code=4", 0},
             {"FGET('select ''a;b''')", "a;b", 0},
             {"FGET('select 1 where 0')", "", 14},
             {"FGET('no statement')", "", 14},
