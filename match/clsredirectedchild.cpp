@@ -196,6 +196,7 @@ void clsRedirectedChild::ReaderLoop() {
     const bool started = !FileName.IsEmpty() && Spawn();
     Running = started;
     StartTried = true;
+    Wake();
     if (!started) return;
     char chunk[ReadChunkBytes];
     bool open = true;
@@ -210,8 +211,6 @@ void clsRedirectedChild::ReaderLoop() {
                     open = false; // every writer has gone; the child may still run
                 continue;
             }
-        } else {
-            nuvobase::SleepMs(ExitCheckMs);
         }
         bool ended = false;
         if (SendLock.Lock() == 0) {
@@ -219,6 +218,7 @@ void clsRedirectedChild::ReaderLoop() {
             SendLock.Unlock();
         }
         if (ended) break;
+        if (!open) nuvobase::SleepMs(ExitCheckMs);
     }
     // What the child wrote just before it ended is still served; a flood left behind by what it started
     // is cut at the buffer's limit.
@@ -255,25 +255,73 @@ void clsRedirectedChild::KillAndReap() {
     ChildPid = 0;
 }
 
-clsString clsRedirectedChild::ReadLine() {
+clsString clsRedirectedChild::ReadLine(uint64_t* arrivalUs) {
     clsString line;
     if (Lock.Lock() != 0) return line;
     if (Data) {
-        const int end = Data->Find('\n');
+        const int end = Data->Find('\n', ReadOffset);
         if (end >= 0) {
-            line = Data->Left(end);
-            Data->DeleteLeft(end + 1);
+            line = Data->Mid(ReadOffset, end - ReadOffset);
+            ReadOffset = end + 1;
+            // Read bytes leave the buffer once they are half of it: a flood of lines costs a copy per line
+            // only in proportion.
+            if (ReadOffset * 2 >= Data->Size()) {
+                Data->DeleteLeft(ReadOffset);
+                ReadOffset = 0;
+            }
         }
     }
+    if (arrivalUs) *arrivalUs = LineArrivalUs;
     Lock.Unlock();
     return line.TrimRight('\n').TrimRight('\r');
+}
+
+bool clsRedirectedChild::HasLine() const {
+    return Data && Data->Find('\n', ReadOffset) >= 0;
 }
 
 void clsRedirectedChild::Receive(const char* bytes, long count) {
     if (Lock.Lock() != 0) return;
     clsString& buffer = *Value();
-    const long room = MaxBufferedBytes - buffer.Size();
-    if (room > 0) buffer.Append(bytes, int(count < room ? count : room));
+    const long excess = buffer.Size() - ReadOffset + count - MaxBufferedBytes;
+    if (excess > 0) {
+        // Whole lines leave from the front, the oldest first; a line cut there would be garbage.
+        const int end = buffer.Find('\n', ReadOffset + int(excess - 1));
+        buffer.DeleteLeft(end >= 0 ? end + 1 : buffer.Size());
+        ReadOffset = 0;
+    }
+    const long kept = count < MaxBufferedBytes ? count : MaxBufferedBytes;
+    buffer.Append(bytes + count - kept, int(kept));
+    for (long i = 0; i < count; ++i) {
+        if (bytes[i] == '\n') {
+            LineArrivalUs = nuvobase::ClockUs();
+            Arrived.WakeAll();
+            break;
+        }
+    }
+    Lock.Unlock();
+}
+
+bool clsRedirectedChild::WaitForLine(int timeoutMs) {
+    bool waiting = false;
+    if (Lock.Lock() != 0) return false;
+    if (!HasLine() && !(StartTried && !Running)) Arrived.Wait(timeoutMs);
+    waiting = HasLine();
+    Lock.Unlock();
+    return waiting;
+}
+
+void clsRedirectedChild::WaitForStart(int timeoutMs) {
+    if (Lock.Lock() != 0) return;
+    const uint64_t until = nuvobase::ClockMs() + uint64_t(timeoutMs);
+    for (uint64_t now = nuvobase::ClockMs(); !StartTried && now < until; now = nuvobase::ClockMs())
+        Arrived.Wait(int(until - now));
+    Lock.Unlock();
+}
+
+void clsRedirectedChild::Wake() {
+    if (Lock.Lock() != 0) return;
+    Arrived.WakeAll();
     Lock.Unlock();
 }
 
