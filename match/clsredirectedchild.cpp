@@ -24,6 +24,9 @@ namespace {
 constexpr int ReadChunkBytes = 64 * 1024;
 // How long the reader waits for output before it looks whether the child has ended.
 constexpr int ExitCheckMs = 10;
+// How often a child that is ending (its output closed, or told to quit) is looked at: it is gone within
+// moments, and the next game waits for it.
+constexpr int EndCheckMs = 1;
 // How long a child may take to end by itself once it has been told to quit.
 constexpr int QuitGraceMs = 1000;
 // How long a write waits for a child that does not read its input.
@@ -218,7 +221,7 @@ void clsRedirectedChild::ReaderLoop() {
             SendLock.Unlock();
         }
         if (ended) break;
-        if (!open) nuvobase::SleepMs(ExitCheckMs);
+        if (!open) nuvobase::SleepMs(EndCheckMs);
     }
     // What the child wrote just before it ended is still served; a flood left behind by what it started
     // is cut at the buffer's limit.
@@ -338,8 +341,8 @@ bool clsRedirectedChild::WriteLine(const clsString& text) {
 
 void clsRedirectedChild::TerminateChild() {
     if (SendLock.Lock() != 0) return;
-    for (int waited = 0; waited < QuitGraceMs && !HasEnded(); waited += ExitCheckMs)
-        nuvobase::SleepMs(ExitCheckMs);
+    for (int waited = 0; waited < QuitGraceMs && !HasEnded(); waited += EndCheckMs)
+        nuvobase::SleepMs(EndCheckMs);
     SendLock.Unlock();
     CloseChild();
 }

@@ -96,8 +96,12 @@ bool clsTourneyGame::Play() {
         std::unique_ptr<clsEngineInterface> engine = MakeEngine(side == White ? *WhitePlayer : *BlackPlayer);
         if (!engine) continue;
         Engines.push_back(std::move(engine));
-        StartPlayer(*Engines.back(), side);
+        LaunchPlayer(*Engines.back(), side);
+        if (PaceMs != 0) OpenGame(*Engines.back());
     }
+    // Without pauses both programs start at once, and the game waits for them together.
+    if (PaceMs == 0)
+        for (auto& engine : Engines) OpenGame(*engine);
     if (Engines.size() != 2) {
         SetCode(CodeAborted);
         return false;
@@ -120,10 +124,16 @@ bool clsTourneyGame::Play() {
         const int64_t elapsedUs = int64_t(endUs - TurnStartUs);
         const int64_t elapsed = elapsedUs / UsPerMs;
         const int64_t clock = mover.OwnTimeMs;
+        // The turn's wall time and the engine's own account of its search, for whoever studies the timing.
+        const auto timing = [&] {
+            const clsString wall = "\t" + Number(elapsedUs) + " us";
+            return mover.ReportedSearchMs < 0 ? wall
+                                              : wall + "\tengine " + Number(mover.ReportedSearchMs) + " ms";
+        };
         if (IsOverTime(elapsed, clock)) {
             const clsString over = Number(elapsed) + ">" + Number(clock);
             Tags.SetValue("Forfeit_ms", over);
-            GameLog(side, mover.Name + " forfeits on time (" + over + ")");
+            GameLog(side, mover.Name + " forfeits on time (" + over + ")" + timing());
             SetCode(side == Black ? BlackForfeits : WhiteForfeits);
             continue;
         }
@@ -138,10 +148,7 @@ bool clsTourneyGame::Play() {
             }
             continue;
         }
-        // The turn's wall time and the engine's own account of its search, for whoever studies the timing.
-        clsString timing = "\t" + Number(elapsedUs) + " us";
-        if (mover.ReportedSearchMs >= 0) timing += "\tengine " + Number(mover.ReportedSearchMs) + " ms";
-        GameLog(side, reply + timing);
+        GameLog(side, reply + timing());
         const uint32_t code = HandleReply(reply, elapsed);
         if (code != CodeRunning) SetCode(code);
     }
@@ -164,18 +171,21 @@ std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player
     return engine;
 }
 
-bool clsTourneyGame::StartPlayer(clsEngineInterface& engine, int side) {
+void clsTourneyGame::LaunchPlayer(clsEngineInterface& engine, int side) {
     engine.Side = side;
     engine.OwnTimeMs = engine.OpponentTimeMs = ClockGameMs;
     engine.OwnIncrementMs = engine.OpponentIncrementMs = ClockIncrementMs;
     engine.MovesToGo = 0;
-    if (!engine.Ready) {
-        engine.StartEngine();
-        GameLog(side, "waiting for " + engine.Name.Quote('\'') + " initialization...");
-        if (PaceMs != 0) nuvobase::SleepMs(StartupWaitMs);
-        engine.Handshake();
-        AwaitReady(engine);
-    }
+    if (engine.Ready) return;
+    engine.StartEngine();
+    GameLog(side, "waiting for " + engine.Name.Quote('\'') + " initialization...");
+    if (PaceMs != 0) nuvobase::SleepMs(StartupWaitMs);
+    engine.Handshake();
+    if (PaceMs != 0) AwaitReady(engine);
+}
+
+bool clsTourneyGame::OpenGame(clsEngineInterface& engine) {
+    if (PaceMs == 0) AwaitReady(engine);
     if (engine.Ready) {
         engine.NewGame();
         // Without pauses the first clock would otherwise run while the engine still prepares its game.

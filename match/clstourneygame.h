@@ -95,8 +95,11 @@ private:
     bool Play();
     // An engine for the player, or null when the player cannot have one.
     std::unique_ptr<clsEngineInterface> MakeEngine(clsPlayer& player);
-    // Sets the engine's side and clocks, starts it when it is not ready and opens the game; Ready.
-    bool StartPlayer(clsEngineInterface& engine, int side);
+    // Sets the engine's side and clocks and, when it is not ready, starts it and sends the handshake; with
+    // pauses it also waits for the answer.
+    void LaunchPlayer(clsEngineInterface& engine, int side);
+    // Once the engine has answered, starts a new game on it; Ready.
+    bool OpenGame(clsEngineInterface& engine);
     // Reads the engine's answers until it is ready, it has ended, it gives a reply, or the bound passes.
     void AwaitReady(clsEngineInterface& engine);
     // Sends what starts the mover's turn and starts the turn's clock: behind the lines when they are
