@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
@@ -293,23 +294,18 @@ void clsRedirectedChild::Receive(const char* bytes, long count) {
         buffer.DeleteLeft(end >= 0 ? end + 1 : buffer.Size());
         ReadOffset = 0;
     }
-    const long kept = count < MaxBufferedBytes ? count : MaxBufferedBytes;
-    buffer.Append(bytes + count - kept, int(kept));
-    for (long i = 0; i < count; ++i) {
-        if (bytes[i] == '\n') {
-            LineArrivalUs = nuvobase::ClockUs();
-            Arrived.WakeAll();
-            break;
-        }
+    buffer.Append(bytes, int(count));
+    if (std::memchr(bytes, '\n', size_t(count))) {
+        LineArrivalUs = nuvobase::ClockUs();
+        Arrived.WakeAll();
     }
     Lock.Unlock();
 }
 
 bool clsRedirectedChild::WaitForLine(int timeoutMs) {
-    bool waiting = false;
     if (Lock.Lock() != 0) return false;
     if (!HasLine() && !(StartTried && !Running)) Arrived.Wait(timeoutMs);
-    waiting = HasLine();
+    const bool waiting = HasLine();
     Lock.Unlock();
     return waiting;
 }
