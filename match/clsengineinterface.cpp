@@ -1,5 +1,7 @@
 #include "match/clsengineinterface.h"
 
+#include "nuvobase/platform.h"
+
 #include <algorithm>
 #include <bit>
 #include <climits>
@@ -132,6 +134,10 @@ int clsEngineInterface::SearchFixedDepth(int, int64_t& nodes) {
 }
 
 void clsEngineInterface::OnEngineOutput(const clsString&) {}
+
+void clsEngineInterface::WaitForReply(int) {
+    nuvobase::SleepMs(1);
+}
 
 void clsEngineInterface::SetClock(int which, int value) {
     const bool black = Side == 1;

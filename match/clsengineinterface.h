@@ -96,6 +96,9 @@ public:
     virtual nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst) = 0;
     // Sends one line, without line end, to the engine.
     virtual void SendLine(const nuvobase::clsString& line) = 0;
+    // Waits up to timeoutMs for a reply, or less: an engine that cannot tell when one arrives is looked
+    // at again after a millisecond.
+    virtual void WaitForReply(int timeoutMs);
     virtual void OnEngineOutput(const nuvobase::clsString& text);
     // Runs Perft(depth, divide) on every "FEN,...,count" line of file and appends one result line per
     // position to the file's ".out.txt", continuing behind the lines that file already holds. An empty file
@@ -174,6 +177,8 @@ public:
     clsBook Book; // empty until the engine loads one
     nuvobase::clsString SoulName;
     clsSearchLimits Limits;
+    uint64_t ReplyArrivalUs = 0;   // when the last reply read arrived (ClockUs); 0 when nobody can tell
+    int32_t ReportedSearchMs = -1; // the search time the engine last reported in this turn; -1 none
 };
 
 } // namespace nvoChess

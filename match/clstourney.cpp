@@ -176,6 +176,7 @@ void clsTourney::MakeGames() {
                                                          PathPrefix + ".R0.G" + Number(id) + ".pgn", Output);
             game->Verbose = Verbose;
             game->PaceMs = PaceMs;
+            game->OnFinished = [this] { WakeScheduler(); };
             Games.push_back(std::move(game));
         }
     }
@@ -216,6 +217,8 @@ void clsTourney::PlayRounds() {
             game.Reset(false);
             SetTags(game, int(p) + 1);
         }
+        // Without pauses a game that ends makes room at once; the progress line still comes once a second.
+        uint64_t progressDue = 0;
         for (int pending = 1; pending > 0;) {
             int playing = 0;
             pending = 0;
@@ -237,10 +240,17 @@ void clsTourney::PlayRounds() {
                     ++playing;
                 }
             }
-            Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
-                              Number(playing) + "/" + Number(pending) + " " + status,
-                          true);
-            if (pending > 0) nuvobase::SleepMs(SchedulerMs);
+            const uint64_t now = nuvobase::ClockMs();
+            if (PaceMs != 0 || now >= progressDue) {
+                Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
+                                  Number(playing) + "/" + Number(pending) + " " + status,
+                              true);
+                progressDue = now + SchedulerMs;
+            }
+            if (pending > 0 && PaceMs == 0)
+                AwaitGameEnd(int(progressDue - now));
+            else if (pending > 0)
+                nuvobase::SleepMs(SchedulerMs);
             if (StopRequested && playing == 0) break;
         }
     }
@@ -252,6 +262,20 @@ void clsTourney::Report(clsTourneyGame& game) {
     Log(game.GameId, "result\t" + game.ResultText() + "\t" + game.ReasonText() + "\t" +
                          game.WhitePlayer->Name + "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
     FlushLog();
+}
+
+void clsTourney::WakeScheduler() {
+    if (WakeLock.Lock() != 0) return;
+    GameEndedSinceLook = true;
+    GameEnded.WakeAll();
+    WakeLock.Unlock();
+}
+
+void clsTourney::AwaitGameEnd(int timeoutMs) {
+    if (WakeLock.Lock() != 0) return;
+    if (!GameEndedSinceLook) GameEnded.Wait(timeoutMs);
+    GameEndedSinceLook = false;
+    WakeLock.Unlock();
 }
 
 void clsTourney::Log(int32_t gameId, const clsString& text) {

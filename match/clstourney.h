@@ -4,6 +4,7 @@
 
 #include "match/clsplayer.h"
 #include "match/clstourneygame.h"
+#include "nuvobase/clscondition.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -69,6 +70,11 @@ public:
     nuvobase::clsString LogFolder;
     nuvobase::clsString LogFile;
     nuvobase::clsString Name;
+    // Wakes the scheduler when a game has ended. Declared before the games: a game ending while they
+    // are destroyed still reaches them.
+    nuvobase::clsMutex WakeLock;
+    nuvobase::clsCondition GameEnded{WakeLock};
+    bool GameEndedSinceLook = false; // guarded by WakeLock
     std::vector<std::unique_ptr<clsPlayer>> Players;
     std::vector<std::unique_ptr<clsTourneyGame>> Games;
     int32_t Type = RoundRobin;
@@ -84,6 +90,10 @@ private:
     void SetTags(clsTourneyGame& game, int position);
     // Marks the game as reported and logs its result.
     void Report(clsTourneyGame& game);
+    // Tells the scheduler that a game has ended; called on the game's thread.
+    void WakeScheduler();
+    // Waits up to timeoutMs for a game to end, or returns at once when one has ended since the last look.
+    void AwaitGameEnd(int timeoutMs);
     // Breeds candidate souls, each judged by a whole round loop of the pupil against the others.
     void LearningRun();
 
