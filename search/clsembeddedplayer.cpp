@@ -9,7 +9,8 @@ namespace nvoChess {
 
 namespace {
 constexpr const char* StartPosition = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-}
+constexpr int CentipawnsPerPawn = 100;
+} // namespace
 
 clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOutput* output,
                                      clsTourneyGame* game)
@@ -26,7 +27,7 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
 
 void clsEmbeddedPlayer::Think() {
     StopEngine();
-    SetPosition(StartPosition);
+    SetPosition(OpeningFen.IsEmpty() ? clsString(StartPosition) : OpeningFen);
     int position = 0;
     while (position >= 0) {
         const clsString move = MoveHistory.NextWord(' ', position, false, true);
@@ -40,7 +41,7 @@ void clsEmbeddedPlayer::Think() {
 
 clsString clsEmbeddedPlayer::ReadReply() {
     if (!Thinking) return clsString();
-    int score = 0;
+    int score = NoValue;
     if (IsRunning()) {
         // The search is stopped once its time is up and it has a move to give.
         if (nuvobase::ClockMs() <= Deadline || GetBestMoveText(false, score).IsEmpty()) return clsString();
@@ -49,6 +50,7 @@ clsString clsEmbeddedPlayer::ReadReply() {
     Wait();
     Thinking = false;
     const clsString best = GetBestMoveText(true, score);
+    if (score != NoValue) ReportScore(score * CentipawnsPerPawn / PawnValue());
     return best.IsEmpty() ? best : "move " + best;
 }
 
