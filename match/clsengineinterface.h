@@ -143,7 +143,7 @@ public:
     // neither and the grace time since the handshake has not passed. Moves sent before then could miss a
     // feature such as usermove.
     bool FeaturesPending() const;
-    static constexpr uint64_t FeatureGraceMs = 2000;
+    static constexpr uint64_t FeatureGraceMs = 5000;
     // While features are pending, says "accepted done" every FeatureNudgeMs: some programs pass their
     // output on only when a line comes in (gnuchess in XBoard mode), and every XBoard engine takes the line.
     void NudgeFeatures();
