@@ -80,7 +80,7 @@ public:
     clsOpenings Openings;            // empty without an openings element
     nuvobase::clsString OpeningsFile;
     clsAdjudicationRules Adjudication;
-    nuvobase::clsString PgnOut; // the file every finished game is appended to; empty for none
+    nuvobase::clsString PgnOut;              // the file every finished game is appended to; empty for none
     std::unique_ptr<clsStandings> Standings; // kept when the file has openings or pgnout
     // How long an XBoard engine gets to announce its features before it is judged by what it has said.
     static constexpr unsigned FeatureWaitMs = 5000;
