@@ -81,20 +81,30 @@ clsBookResult BookResultOf(uint32_t code) {
 
 int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bool extractFen) {
     Fens.Clear();
-    clsLineReader reader(file);
-    if (!reader.IsOpen()) return 0;
     clsBookBatch batch(Book);
     int games = 0;
-    clsString text;
     std::vector<uint64_t> keys;
-    auto closeGame = [&]() {
-        if (text.IsEmpty()) return;
+    const bool read = ForEachGame(file, [&](const clsString& text) {
         clsGame game;
         keys.clear();
         game.ReadPgn(text, core, extractFen ? &Fens : nullptr, maxPlies, &keys);
         const clsBookResult result = BookResultOf(game.Code);
         batch.AddGame(keys, result.Result, result.DrawCode);
         ++games;
+    });
+    if (!read) return 0;
+    batch.Flush();
+    if (extractFen) Fens.Write(clsString(file).ChangeExtension("txt"));
+    return games;
+}
+
+bool clsPGNFile::ForEachGame(const clsString& file, const std::function<void(const clsString&)>& onGame) {
+    clsLineReader reader(file);
+    if (!reader.IsOpen()) return false;
+    clsString text;
+    auto closeGame = [&]() {
+        if (text.IsEmpty()) return;
+        onGame(text);
         text.Clear();
     };
     bool inMoves = false;
@@ -111,9 +121,7 @@ int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bo
         if (start < line.Size()) text.Append(line.Text() + start, line.Size() - start).Append('\n');
     }
     closeGame();
-    batch.Flush();
-    if (extractFen) Fens.Write(clsString(file).ChangeExtension("txt"));
-    return games;
+    return true;
 }
 
 } // namespace nvoChess

@@ -7,6 +7,8 @@
 #include "book/clsfentable.h"
 #include "nuvobase/clsstring.h"
 
+#include <functional>
+
 namespace nvoChess {
 
 class clsChessCore;
@@ -25,6 +27,10 @@ public:
     // be read gives 0. maxPlies 0 reads whole games. With extractFen the position table goes to the file's
     // name with the extension "txt".
     int Load(const nuvobase::clsString& file, clsChessCore& core, int maxPlies, bool extractFen);
+    // Cuts the file into the texts of its games, tags and moves, and hands each to onGame in file order.
+    // False when the file cannot be read.
+    static bool ForEachGame(const nuvobase::clsString& file,
+                            const std::function<void(const nuvobase::clsString&)>& onGame);
 };
 
 } // namespace nvoChess

@@ -101,6 +101,13 @@ public:
     const clsMove* FindSanMove(const nuvobase::clsString& san);
     // The coordinate text of a SAN move of the root position, or empty text.
     nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst);
+    // Standard algebraic notation of a legal coordinate move of the board's position, with "+" or "#"
+    // behind a check or a mate; empty text when the move is not legal here. The board stays as it was.
+    nuvobase::clsString SanText(const nuvobase::clsString& coordinates);
+    // The coordinate text of the legal move whose standard notation the text is ("Nf3", "O-O-O",
+    // "e8=Q+", "0-0"); empty text when no legal move has it. Unlike SanToCoordinates, an ambiguous or
+    // illegal move is never guessed.
+    nuvobase::clsString LegalSanToCoordinates(const nuvobase::clsString& san);
 
     // --- perft
     uint64_t Perft(int32_t depth, bool divide);

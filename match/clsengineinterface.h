@@ -137,7 +137,8 @@ public:
     // its lines through SendLine in the dialect of Protocol; other Protocol values send nothing.
     // Opens the protocol; Ready tells when the engine has answered.
     void Handshake();
-    // Forgets the game's moves and resets the engine for a new game.
+    // Resets the engine for a new game from OpeningFen and OpeningMoves: the moves of the game so far are
+    // the opening's. An XBoard engine gets the opening in force mode and leaves it at its first turn.
     void NewGame();
     // Tells the clocks and asks the engine to move.
     void Go();
@@ -149,6 +150,21 @@ public:
     // One line of the engine's output in its normal form: "move ..." or "result ...", "resign",
     // or empty text for everything else; handshake answers update Ready, PingFeature and Options.
     nuvobase::clsString ParseLine(const nuvobase::clsString& line);
+    // The score reported since the last call, in centipawns from the engine's side; false when none was.
+    bool TakeScore(int32_t& centipawns);
+    // Keeps a score of the engine's own search for TakeScore.
+    void ReportScore(int32_t centipawns);
+    // An XBoard feature that the engine announced with the value 1.
+    bool HasFeature(const char* name) const;
+    // An XBoard engine may still be announcing features: it said done=0 and not yet done=1, or it has said
+    // neither and the grace time since the handshake has not passed. Moves sent before then could miss a
+    // feature such as usermove.
+    bool FeaturesPending() const;
+    static constexpr uint64_t FeatureGraceMs = 5000;
+    // While features are pending, says "accepted done" every FeatureNudgeMs: some programs pass their
+    // output on only when a line comes in (gnuchess in XBoard mode), and every XBoard engine takes the line.
+    void NudgeFeatures();
+    static constexpr uint64_t FeatureNudgeMs = 250;
 
     nuvobase::clsTSafeOutput* Output; // not owned
     clsTourneyGame* Game;             // not owned; null outside a tournament game
@@ -179,6 +195,33 @@ public:
     clsSearchLimits Limits;
     uint64_t ReplyArrivalUs = 0;   // when the last reply read arrived (ClockUs); 0 when nobody can tell
     int32_t ReportedSearchMs = -1; // the search time the engine last reported in this turn; -1 none
+    // The game's start position as FEN, empty for the usual start, and the opening moves played from it
+    // before the engines' first move, each followed by a blank. Read by NewGame.
+    nuvobase::clsString OpeningFen;
+    nuvobase::clsString OpeningMoves;
+    // Options sent to another program before each game: UCI "setoption", XBoard "option".
+    nuvobase::clsStrings EngineOptions;
+
+private:
+    // The UCI position line of the game so far.
+    nuvobase::clsString PositionLine() const;
+    // A move as an XBoard engine takes it: behind "usermove" when it asked for that.
+    nuvobase::clsString XBoardMoveLine(const nuvobase::clsString& move) const;
+    // Reads the score of a UCI info line or an XBoard thinking line, if it holds one.
+    void ReadScore(const nuvobase::clsString& line);
+    // The move of the older XBoard forms "My move is : g1f3" and "1. ... g1f3", or empty text; the
+    // second of the two forms that name one move gives empty text too.
+    nuvobase::clsString OldFormMove(const nuvobase::clsString& line);
+    // A move text as the game reads it: coordinates in lower case, standard notation as it stands.
+    static nuvobase::clsString MoveReplyText(const nuvobase::clsString& text);
+
+    uint64_t HandshakeMs = 0; // when the handshake went out
+    uint64_t NudgeMs = 0;     // when the last nudge went out
+    bool ForceMode = false;   // an XBoard engine holds the opening in force mode until its first turn
+    bool ScoreKnown = false;
+    int32_t ScoreCp = 0;
+    nuvobase::clsString OldFormMoveText; // the move named by the last older form line
+    int OldFormKind = 0;                 // which form named it
 };
 
 } // namespace nvoChess

@@ -2,6 +2,7 @@
 // program's answers are read. Every operation ends in SendLine, which does nothing on the engines of this
 // program.
 #include "match/clsengineinterface.h"
+#include "nuvobase/platform.h"
 
 #include <cstdlib>
 
@@ -28,6 +29,7 @@ long ReadNumber(const clsString& text) {
 void clsEngineInterface::Handshake() {
     if (Protocol == XBoard) {
         PingFeature = false;
+        HandshakeMs = nuvobase::ClockMs();
         SendLine("xboard");
         SendLine("protover 2");
         Ready = true;
@@ -37,16 +39,58 @@ void clsEngineInterface::Handshake() {
 }
 
 void clsEngineInterface::NewGame() {
-    MoveHistory.Clear();
+    MoveHistory = OpeningMoves;
+    ForceMode = false;
     if (Protocol == XBoard) {
         SendLine("new");
         SendLine("post");
         SendLine("level 0 " + Number(OwnTimeMs / MsPerSecond) + " " + Number(OwnIncrementMs / MsPerSecond));
+        for (int i = 0; i < EngineOptions.Count; ++i)
+            SendLine("option " + EngineOptions.GetName(i) + "=" + EngineOptions.GetAt(i));
+        if (OpeningFen.IsEmpty() && OpeningMoves.IsEmpty()) return;
+        // In force mode the engine takes moves for both sides without thinking.
+        SendLine("force");
+        ForceMode = true;
+        if (!OpeningFen.IsEmpty()) SendLine("setboard " + OpeningFen);
+        for (int position = 0; position >= 0;) {
+            const clsString move = OpeningMoves.NextWord(' ', position, false, true);
+            if (!move.IsEmpty()) SendLine(XBoardMoveLine(move));
+        }
     } else if (Protocol == Uci) {
+        for (int i = 0; i < EngineOptions.Count; ++i)
+            SendLine("setoption name " + EngineOptions.GetName(i) + " value " + EngineOptions.GetAt(i));
         SendLine("ucinewgame");
-        SendLine("position startpos");
+        SendLine(PositionLine());
         Synchronise();
     }
+}
+
+clsString clsEngineInterface::PositionLine() const {
+    clsString line = OpeningFen.IsEmpty() ? clsString("position startpos") : "position fen " + OpeningFen;
+    if (!MoveHistory.IsEmpty()) line += " moves " + MoveHistory;
+    return line;
+}
+
+clsString clsEngineInterface::XBoardMoveLine(const clsString& move) const {
+    return HasFeature("usermove") ? "usermove " + move : move;
+}
+
+bool clsEngineInterface::FeaturesPending() const {
+    if (Protocol != XBoard || HasFeature("done")) return false;
+    return !Options.GetValue("done").IsEmpty() || nuvobase::ClockMs() - HandshakeMs < FeatureGraceMs;
+}
+
+void clsEngineInterface::NudgeFeatures() {
+    const uint64_t now = nuvobase::ClockMs();
+    if (!FeaturesPending() || now - NudgeMs < FeatureNudgeMs || now - HandshakeMs < FeatureNudgeMs) return;
+    NudgeMs = now;
+    SendLine("accepted done");
+}
+
+bool clsEngineInterface::HasFeature(const char* name) const {
+    for (int i = 0; i < Options.Count; ++i)
+        if (Options.GetName(i) == name && Options.GetAt(i) == "1") return true;
+    return false;
 }
 
 void clsEngineInterface::Go() {
@@ -55,6 +99,7 @@ void clsEngineInterface::Go() {
         SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
         SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
         SendLine("go");
+        ForceMode = false;
     } else if (Protocol == Uci) {
         const bool white = Side == 0;
         SendLine("go wtime " + Number(white ? OwnTimeMs : OpponentTimeMs) + " btime " +
@@ -73,10 +118,15 @@ void clsEngineInterface::NotifyMove(const clsString& move, int mover) {
     if (Protocol == XBoard) {
         SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
         SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
-        SendLine(move);
+        SendLine(XBoardMoveLine(move));
+        // The engine that waited in force mode for its first turn is sent thinking.
+        if (ForceMode) {
+            SendLine("go");
+            ForceMode = false;
+        }
         Think();
     } else if (Protocol == Uci) {
-        SendLine("position startpos moves " + MoveHistory);
+        SendLine(PositionLine());
         Go();
     }
 }
@@ -113,12 +163,14 @@ clsString clsEngineInterface::ParseLine(const clsString& line) {
             }
         }
         if (word == "bestmove") return "move " + rest.Lower();
+        if (word == "info") ReadScore(line);
         return clsString();
     }
     if (word == "pong") {
         Ready = ReadNumber(rest) == PingCounter;
     } else if (word == "move") {
-        return "move " + rest.Lower();
+        OldFormMoveText.Clear();
+        return "move " + MoveReplyText(rest);
     } else if (word == "resign") {
         return clsString("resign");
     } else if (word == "feature") {
@@ -142,6 +194,10 @@ clsString clsEngineInterface::ParseLine(const clsString& line) {
     } else if (word.Size() >= 2 && word.Text()[0] >= '0' && word.Text()[0] <= '9' &&
                (word.Text()[1] == '-' || word.Text()[1] == '/')) {
         return "result " + word;
+    } else {
+        const clsString move = OldFormMove(line);
+        if (!move.IsEmpty()) return "move " + move;
+        ReadScore(line);
     }
     return clsString();
 }

@@ -38,6 +38,8 @@ public:
     nuvobase::clsString Protocol;
     nuvobase::clsString FileName;
     nuvobase::clsString Parameters;
+    // Options the engine is given before each game, name and value ("Skill Level", "3").
+    nuvobase::clsStrings EngineOptions;
 };
 
 } // namespace nvoChess

@@ -75,7 +75,11 @@ bool clsTourney::Run() {
         FlushLog();
         return true;
     }
-    ReadSettings();
+    if (!ReadSettings()) {
+        Output->Write("# end", true);
+        FlushLog();
+        return true;
+    }
     clsXML* engines = Root->FindPath("tourney/engines", clsString(), clsString());
     if (!engines) {
         Output->Write("# tourney: the file has no engines element", true);
@@ -86,6 +90,16 @@ bool clsTourney::Run() {
     // The console takes lines ended by LF alone.
     Output->Write(engines->ToText().ReplaceAll("\r\n", "\n"), false);
     MakePlayers(*engines);
+    if (!PgnOut.IsEmpty() || !Openings.Items.empty()) {
+        std::vector<clsString> names;
+        for (auto& player : Players) names.push_back(player->Name);
+        Standings = std::make_unique<clsStandings>(names);
+    }
+    if (!EnginesTakeOpenings()) {
+        Output->Write("# end", true);
+        FlushLog();
+        return true;
+    }
     if (Players.size() < 2) Output->Write("# tourney: fewer than two active engines, no game to play", true);
     PathPrefix = LogFolder;
     PathPrefix.PathJoin(Name.Text());
@@ -105,13 +119,14 @@ bool clsTourney::Run() {
         Log(0, "----------------- tournament has finished");
         for (auto& player : Players) Log(0, player->Name + ": " + Number(player->GetScore()));
         Log(0, "-----------------");
+        if (Standings) WriteStandings(true);
     }
     Output->Write("# end", true);
     FlushLog();
     return true;
 }
 
-void clsTourney::ReadSettings() {
+bool clsTourney::ReadSettings() {
     Name = Root->GetAttribute("name");
     Rounds = 1;
     const clsString type = Root->GetAttribute("type");
@@ -131,6 +146,15 @@ void clsTourney::ReadSettings() {
             ClockGameMs = NumberAttribute(*clock, "game_ms", ClockDefaultMs);
             ClockIncrementMs = NumberAttribute(*clock, "increment_ms", 0);
         }
+        if (clsXML* adjudicate = options->FindPath("adjudicate", clsString(), clsString()))
+            Adjudication = clsAdjudicationRules::Read(*adjudicate);
+        PgnOut = options->GetValue("pgnout", clsString());
+        PgnOut.Trim(' ');
+        if (!PgnOut.IsEmpty()) {
+            clsString path = LogFolder;
+            PgnOut = path.PathJoin(PgnOut.Text());
+        }
+        if (!ReadOpenings(*options)) return false;
     }
     if (!LogFolder.IsEmpty()) {
         LogFile = LogFolder;
@@ -147,6 +171,7 @@ void clsTourney::ReadSettings() {
             HeaderTags.SetValue(tag->Name, tag->Text, false);
         }
     }
+    return true;
 }
 
 void clsTourney::MakePlayers(clsXML& engines) {
@@ -160,6 +185,11 @@ void clsTourney::MakePlayers(clsXML& engines) {
         auto player =
             std::make_unique<clsPlayer>(engine.GetAttribute("name"), engine.GetAttribute("protocol"),
                                         fileName, engine.GetValue("parameters", clsString()));
+        nuvobase::clsXMLCollection options;
+        engine.FindAll("option", options);
+        for (int i = 0; i < options.Count; ++i)
+            player->EngineOptions.SetValue(options.Items[i]->GetAttribute("name"),
+                                           options.Items[i]->GetAttribute("value"));
         Log(0, "engine " + Number(n + 1) + "\t" + player->Name + "\t" + player->FileName);
         Players.push_back(std::move(player));
     }
@@ -216,6 +246,7 @@ void clsTourney::PlayRounds() {
             game.PgnFile = PathPrefix + ".R" + Number(Round) + ".G" + Number(game.GameId) + ".pgn";
             game.Reset(false);
             SetTags(game, int(p) + 1);
+            SetOpening(game);
         }
         // Without pauses a game that ends makes room at once; the progress line still comes once a second.
         uint64_t progressDue = 0;
@@ -262,6 +293,7 @@ void clsTourney::Report(clsTourneyGame& game) {
     Log(game.GameId, "result\t" + game.ResultText() + "\t" + game.ReasonText() + "\t" +
                          game.WhitePlayer->Name + "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
     FlushLog();
+    if (Standings) RecordResult(game);
 }
 
 void clsTourney::WakeScheduler() {

@@ -2,7 +2,11 @@
 // A tournament from an XML file: players, pairings, rounds on a limited number of game threads, scores,
 // a tournament log and the files of every game. It runs on a thread of its own.
 
+#include "book/clspgnexport.h"
+#include "match/clsadjudicator.h"
+#include "match/clsopenings.h"
 #include "match/clsplayer.h"
+#include "match/clsstandings.h"
 #include "match/clstourneygame.h"
 #include "nuvobase/clscondition.h"
 #include "nuvobase/clsmutex.h"
@@ -79,10 +83,18 @@ public:
     std::vector<std::unique_ptr<clsTourneyGame>> Games;
     int32_t Type = RoundRobin;
     nuvobase::clsStrings HeaderTags; // the extra PGN tags of the file, in file order
+    clsOpenings Openings;            // empty without an openings element
+    nuvobase::clsString OpeningsFile;
+    clsAdjudicationRules Adjudication;
+    nuvobase::clsString PgnOut;              // the file every finished game is appended to; empty for none
+    std::unique_ptr<clsStandings> Standings; // kept when the file has openings or pgnout
+    // How long an XBoard engine gets to announce its features before it is judged by what it has said.
+    static constexpr unsigned FeatureWaitMs = 5000;
 
 private:
     // The settings of the options, clock and header elements.
-    void ReadSettings();
+    // False when the tournament cannot be played as the file says.
+    bool ReadSettings();
     void MakePlayers(nuvobase::clsXML& engines);
     void MakeGames();
     void PlayRounds();
@@ -94,6 +106,20 @@ private:
     void WakeScheduler();
     // Waits up to timeoutMs for a game to end, or returns at once when one has ended since the last look.
     void AwaitGameEnd(int timeoutMs);
+    // The openings element; false, with a message, when its file gives no opening.
+    bool ReadOpenings(nuvobase::clsXML& options);
+    // Every XBoard engine can take the set-up positions of the openings; false, with a message, if not.
+    bool EnginesTakeOpenings();
+    // Starts the player's program, reads its features and ends it: whether it takes "setboard".
+    bool TakesSetBoard(const clsPlayer& player);
+    // The game's opening and adjudication for the round.
+    void SetOpening(clsTourneyGame& game);
+    // Appends the finished game to PgnOut and counts it in the standings.
+    void RecordResult(const clsTourneyGame& game);
+    // The game as standard PGN.
+    clsPgnExport ExportOf(const clsTourneyGame& game) const;
+    // Writes NAME.results.json; with print also the table to the output.
+    void WriteStandings(bool print);
     // Breeds candidate souls, each judged by a whole round loop of the pupil against the others.
     void LearningRun();
 

@@ -1,5 +1,6 @@
 #include "match/clstourneygame.h"
 
+#include "chess/coordinates.h"
 #include "chess/keys.h"
 #include "match/clsexternalengine.h"
 #include "nuvobase/platform.h"
@@ -76,6 +77,7 @@ bool clsTourneyGame::Run() {
     bool decided = false;
     try {
         decided = Play();
+        if (!AdjudicationRule.IsEmpty()) Tags.SetValue("Reason", AdjudicationRule);
     } catch (abi::__forced_unwind&) {
         throw; // a cancelled thread unwinds to its end
     } catch (...) {
@@ -93,12 +95,14 @@ bool clsTourneyGame::Run() {
 bool clsTourneyGame::Play() {
     Reset(true);
     Referee = std::make_unique<clsChessCore>();
-    Referee->SetPosition(StartPositionFen);
+    const int firstMover = SetUpOpening();
     if (!WhitePlayer || !BlackPlayer) return false;
     GameLog(Neither, "new match: " + WhitePlayer->Name.Quote('\'') + " vs " + BlackPlayer->Name.Quote('\''));
     for (int side : {White, Black}) {
         std::unique_ptr<clsEngineInterface> engine = MakeEngine(side == White ? *WhitePlayer : *BlackPlayer);
         if (!engine) continue;
+        engine->OpeningFen = StartFen;
+        engine->OpeningMoves = OpeningMoves;
         Engines.push_back(std::move(engine));
         LaunchPlayer(*Engines.back(), side);
         if (PaceMs != 0) OpenGame(*Engines.back());
@@ -110,10 +114,9 @@ bool clsTourneyGame::Play() {
         SetCode(CodeAborted);
         return false;
     }
-    StartTurn([this] { Engines[White]->Go(); });
+    StartTurn([this, firstMover] { Engines[firstMover]->Go(); });
     if (PaceMs != 0) nuvobase::SleepMs(1);
-    SideToMove = White;
-    MoveNumber = 0;
+    SideToMove = firstMover;
     while (GetState() == ThreadRunning && Code == CodeRunning) {
         if (AbortRequested) {
             SetCode(CodeAborted);
@@ -168,6 +171,7 @@ std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player
         auto external = std::make_unique<clsExternalEngine>(player.Name, Output, this);
         external->FileName = player.FileName;
         external->Parameters = player.Parameters;
+        external->EngineOptions = player.EngineOptions;
         external->PaceMs = PaceMs;
         engine = std::move(external);
     }
@@ -199,17 +203,15 @@ bool clsTourneyGame::OpenGame(clsEngineInterface& engine) {
 }
 
 void clsTourneyGame::AwaitReady(clsEngineInterface& engine) {
-    // Spoken to at once, an XBoard program is ready when it says so with the feature done, not when the
-    // handshake has gone out.
-    const auto ready = [&] {
-        return engine.Ready && (PaceMs != 0 || engine.Protocol != clsEngineInterface::XBoard ||
-                                !engine.Options.GetValue("done").IsEmpty());
-    };
+    // An XBoard program is ready when it says so with the feature done (or stays silent about it for the
+    // grace time), not when the handshake has gone out.
+    const auto ready = [&] { return engine.Ready && !engine.FeaturesPending(); };
     const uint64_t until = nuvobase::ClockMs() + HandshakePolls;
     // A program that has ended will not answer: it loses when its turn comes.
     for (int poll = 0; !ready() && !engine.IsStopped(); ++poll) {
         const uint64_t now = nuvobase::ClockMs();
         if (PaceMs == 0 ? now >= until : poll >= HandshakePolls) break;
+        engine.NudgeFeatures();
         if (!engine.ReadReply().IsEmpty()) break;
         if (PaceMs == 0)
             engine.WaitForReply(int(std::min<uint64_t>(until - now, ReplyWaitMs)));
@@ -245,16 +247,12 @@ uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
     clsEngineInterface& mover = *Engines[side];
     mover.OwnTimeMs += int32_t(ClockIncrementMs - elapsedMs);
     TurnMs.push_back(int32_t(elapsedMs));
-    clsString move = rest.BeforeChar(' ');
-    move.RemoveChar('=');
-    if (move.IsEmpty() || !Referee->MakeMoveText(move)) return side == Black ? BlackIllegal : WhiteIllegal;
-    if (side == White) {
-        ++MoveNumber;
-        MoveText += Number(MoveNumber) + ". ";
-    }
-    MoveText += move + " ";
-    PositionHashes.push_back(ScratchHash(Referee->Board));
+    const clsString move = CoordinatesOf(rest.BeforeChar(' '));
+    const clsString san = move.IsEmpty() ? clsString() : Referee->SanText(move);
+    if (san.IsEmpty() || !Referee->MakeMoveText(move)) return side == Black ? BlackIllegal : WhiteIllegal;
+    RecordMove(move, san, side);
     uint32_t code = IsFourthOccurrence(PositionHashes) ? RepetitionDraw : Referee->GameStatus();
+    if (code == CodeRunning) code = Adjudicate(mover, side);
     if (code != CodeRunning) {
         SetCode(code);
         GameLog(Neither, ResultText() + " " + ReasonText());
@@ -268,6 +266,59 @@ uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
     next.MovesToGo = 0;
     StartTurn([&] { next.NotifyMove(move, side); });
     return CodeRunning;
+}
+
+int clsTourneyGame::SetUpOpening() {
+    SanMoves.clear();
+    Adjudicator.Reset();
+    AdjudicationRule.Clear();
+    Referee->SetPosition(StartFen.IsEmpty() ? clsString(StartPositionFen) : StartFen);
+    if (!StartFen.IsEmpty()) {
+        Tags.SetValue("FEN", StartFen);
+        Tags.SetValue("SetUp", "1");
+    }
+    const int firstMover = Referee->Board.SideToMove == 0 ? White : Black;
+    // Full moves started: the move number of the position, less one while White has not moved in it.
+    MoveNumber = Referee->MoveNumber > 0 ? Referee->MoveNumber : 1;
+    if (firstMover == White) --MoveNumber;
+    for (int position = 0; position >= 0;) {
+        const clsString move = OpeningMoves.NextWord(' ', position, false, true);
+        if (move.IsEmpty()) continue;
+        const int side = Referee->Board.SideToMove == 0 ? White : Black;
+        const clsString san = Referee->SanText(move);
+        // The tournament has checked its openings: a move that fails here ends the opening.
+        if (san.IsEmpty() || !Referee->MakeMoveText(move)) break;
+        RecordMove(move, san, side);
+    }
+    OpeningPlies = SanMoves.size();
+    return Referee->Board.SideToMove == 0 ? White : Black;
+}
+
+void clsTourneyGame::RecordMove(const clsString& move, const clsString& san, int side) {
+    if (side == White) {
+        ++MoveNumber;
+        MoveText += Number(MoveNumber) + ". ";
+    } else if (MoveText.IsEmpty()) {
+        MoveText += Number(MoveNumber) + "... ";
+    }
+    MoveText += move + " ";
+    SanMoves.push_back(san);
+    PositionHashes.push_back(ScratchHash(Referee->Board));
+}
+
+clsString clsTourneyGame::CoordinatesOf(const clsString& text) {
+    clsString move = text;
+    move.RemoveChar('=');
+    const clsCoordinateMove coordinates = ParseCoordinateMove(move);
+    return coordinates.From != 0 && coordinates.To != 0 ? move : Referee->LegalSanToCoordinates(text);
+}
+
+uint32_t clsTourneyGame::Adjudicate(clsEngineInterface& mover, int side) {
+    int32_t score = 0;
+    const bool known = mover.TakeScore(score);
+    if (!Adjudicator.Rules.Any()) return CodeRunning;
+    return Adjudicator.AfterMove(side, known, score, MoveNumber, int32_t(SanMoves.size() - OpeningPlies),
+                                 AdjudicationRule);
 }
 
 bool clsTourneyGame::IsFourthOccurrence(const std::vector<uint64_t>& hashes) {

@@ -4,6 +4,7 @@
 
 #include "book/clsgame.h"
 #include "chess/clschesscore.h"
+#include "match/clsadjudicator.h"
 #include "match/clsengineinterface.h"
 #include "match/clsexternalengine.h"
 #include "match/clsplayer.h"
@@ -86,6 +87,13 @@ public:
     // Called on the game's thread once its files are written; the tournament wakes its scheduler here.
     std::function<void()> OnFinished;
     nuvobase::clsString PgnFile;
+    // Where the game starts: a FEN of all six fields (empty for the usual start), and coordinate moves
+    // played from there before the engines' first move, each followed by a blank.
+    nuvobase::clsString StartFen;
+    nuvobase::clsString OpeningMoves;
+    // Every move of the game in standard notation, the opening's included.
+    std::vector<nuvobase::clsString> SanMoves;
+    clsAdjudicator Adjudicator;
     bool Verbose = false;
     // The pause behind each line sent to another program.
     int PaceMs = clsExternalEngine::DefaultPaceMs;
@@ -111,10 +119,21 @@ private:
     uint32_t HandleMove(const nuvobase::clsString& rest, int64_t elapsedMs);
     // Adds the points of the result to both players and logs them.
     void Score();
+    // Puts the referee on the start position and plays the opening's moves; the first to move.
+    int SetUpOpening();
+    // Writes a legal move of side into the move texts.
+    void RecordMove(const nuvobase::clsString& move, const nuvobase::clsString& san, int side);
+    // The coordinates of a move that an engine wrote as coordinates or in standard notation; empty text
+    // when it names no legal move.
+    nuvobase::clsString CoordinatesOf(const nuvobase::clsString& text);
+    // After a legal move that left the game on: the result word of the adjudication rules, or 1.
+    uint32_t Adjudicate(clsEngineInterface& mover, int side);
 
     std::unique_ptr<clsChessCore> Referee; // holds the game's position while the game runs
     std::vector<std::unique_ptr<clsEngineInterface>> Engines;
     uint64_t TurnStartUs = 0;
+    size_t OpeningPlies = 0;
+    nuvobase::clsString AdjudicationRule; // the rule that ended the game, for its "Reason" tag
     std::atomic<bool> AbortRequested{false};
 };
 

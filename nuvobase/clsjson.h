@@ -28,6 +28,16 @@ public:
     // Builds the tree of text under this node. False after a bad token (shown on the output with the
     // tokens around it) or too deep a nesting; the tree then holds what was read before.
     bool Parse(const clsString& text);
+    // Adds a child and returns it: a member named key (its quotes are added), or an element of an array
+    // for an empty key. value is the child's JSON text as it stands: a number, true, false, null, or a
+    // text made by Quoted; empty for a child that gets items of its own.
+    clsJSON& Add(const clsString& key, const clsString& value = clsString());
+    // JSON text of this node: its value, or its items as an object when they have names, else as an
+    // array; nested items are indented by two blanks a level, lines end in LF.
+    clsString ToJsonText() const;
+    // text as a JSON string, in double quotes with its quotes, backslashes and control bytes escaped.
+    static clsString Quoted(const clsString& text);
+
     // XML text of this node and all below it, each line begun by CR LF and indent plus one TAB per level.
     // indent is given back as it came.
     clsString ToXmlText(clsString& indent) const;
@@ -37,6 +47,7 @@ private:
     bool ReadItems(const clsCStrings& tokens, int& position, int depth);
     clsJSON* AddItem(const clsString& key);
     void WriteXml(clsString& out, clsString& indent) const;
+    void WriteJson(clsString& out, int depth) const;
 };
 
 } // namespace nuvobase

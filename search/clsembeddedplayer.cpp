@@ -7,6 +7,10 @@ using nuvobase::clsString;
 
 namespace nvoChess {
 
+namespace {
+constexpr int CentipawnsPerPawn = 100;
+} // namespace
+
 clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOutput* output,
                                      clsTourneyGame* game, const clsString& soul)
     : clsEngineCorvane(&Table, name, output, game) {
@@ -19,7 +23,7 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
 
 void clsEmbeddedPlayer::Think() {
     StopEngine();
-    SetPosition(StartPositionFen);
+    SetPosition(OpeningFen.IsEmpty() ? clsString(StartPositionFen) : OpeningFen);
     int position = 0;
     while (position >= 0) {
         const clsString move = MoveHistory.NextWord(' ', position, false, true);
@@ -32,7 +36,7 @@ void clsEmbeddedPlayer::Think() {
 
 clsString clsEmbeddedPlayer::ReadReply() {
     if (!Thinking) return clsString();
-    int score = 0;
+    int score = NoValue;
     if (IsRunning()) {
         // The search is stopped once its time is up and it has a move to give.
         if (nuvobase::ClockMs() <= Deadline || GetBestMoveText(false, score).IsEmpty()) return clsString();
@@ -41,6 +45,7 @@ clsString clsEmbeddedPlayer::ReadReply() {
     Wait();
     Thinking = false;
     const clsString best = GetBestMoveText(true, score);
+    if (score != NoValue) ReportScore(score * CentipawnsPerPawn / PawnValue());
     return best.IsEmpty() ? best : "move " + best;
 }
 

@@ -154,3 +154,34 @@ TEST(ChessNotation, SanToCoordinates) {
     for (const auto& c : cases)
         EXPECT_EQ(Coordinates(*CoreAt(c.Fen), c.San), c.Coordinates) << c.Fen << " " << c.San;
 }
+
+TEST(ChessNotation, StandardNotationWrittenAndReadBack) {
+    struct clsRow {
+        const char* Fen;
+        const char* Move;
+        const char* San;
+    };
+    const clsRow rows[] = {
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "g1f3", "Nf3"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1c1", "O-O-O"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8g8", "O-O"},
+        {"4k3/8/8/8/8/8/8/1N1K1N2 w - - 0 1", "b1d2", "Nbd2"},
+        {"4k3/8/8/8/8/1N6/8/1N2K3 w - - 0 1", "b1d2", "N1d2"},
+        {"3r3k/4P3/8/8/8/8/8/4K3 w - - 0 1", "e7d8q", "exd8=Q+"},
+        {"rnbqkbnr/pppp1ppp/8/4p3/6P1/5P2/PPPPP2P/RNBQKBNR b KQkq - 0 2", "d8h4", "Qh4#"},
+        {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "e5d6", "exd6"},
+        {"4k3/8/8/8/2p5/1P1B4/8/4K3 w - - 0 1", "d3c4", "Bxc4"},
+        {"4k3/8/8/8/2p5/1P1B4/8/4K3 w - - 0 1", "b3c4", "bxc4"},
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "e2e5", ""},
+    };
+    for (const clsRow& row : rows) {
+        const auto core = CoreAt(row.Fen);
+        EXPECT_STREQ(core->SanText(row.Move).Text(), row.San) << row.Fen;
+        if (*row.San) {
+            EXPECT_STREQ(core->LegalSanToCoordinates(row.San).Text(), row.Move) << row.San;
+        }
+    }
+    // Zeros for castling and a promotion letter in small: the same moves.
+    EXPECT_STREQ(CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1")->LegalSanToCoordinates("0-0").Text(), "e1g1");
+    EXPECT_STREQ(CoreAt("3r3k/4P3/8/8/8/8/8/4K3 w - - 0 1")->LegalSanToCoordinates("exd8=q").Text(), "e7d8q");
+}

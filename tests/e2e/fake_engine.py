@@ -7,7 +7,8 @@ Faults, each at the engine's own move N (from 1): --crash N, --hang N, --illegal
 --draw N, --claim-win N (claims a win, then moves), --flood N (5 MB of info lines, then the move),
 --garbage (junk lines before every move),
 --ponder (a ponder move behind every bestmove), --no-handshake (reads and never answers),
---slow-start SECONDS, --exit (ends at once).
+--slow-start SECONDS, --exit (ends at once). --score CP reports that score with every move (UCI info, XBoard
+thinking line); an XBoard fake writes its moves as --notation san, or old (both older forms for one move).
 """
 import argparse
 import sys
@@ -17,6 +18,8 @@ LINES = {
     "cycle": ["g1f3", "g8f6", "f3g1", "f6g8"] * 8,
     "mate": ["f2f3", "e7e5", "g2g4", "d8h4"],
 }
+SAN = {"g1f3": "Nf3", "g8f6": "Nf6", "f3g1": "Ng1", "f6g8": "Ng8", "f2f3": "f3", "e7e5": "e5", "g2g4": "g4",
+       "d8h4": "Qh4#"}
 
 
 def main():
@@ -27,6 +30,8 @@ def main():
     for switch in ("garbage", "ponder", "no-handshake", "exit"):
         parser.add_argument("--" + switch, action="store_true")
     parser.add_argument("--slow-start", type=float, default=0)
+    parser.add_argument("--score", type=int, default=0)
+    parser.add_argument("--notation", default="coordinates", choices=["coordinates", "san", "old"])
     options = parser.parse_args()
     if options.exit:
         return 0
@@ -71,11 +76,16 @@ def main():
         move = "e2e5" if own_moves == options.illegal else line[len(moves) % len(line)]
         if uci:
             ponder = " ponder " + line[(len(moves) + 1) % len(line)] if options.ponder else ""
-            say("info depth 1 score cp 0 pv " + move)
+            say("info depth 1 score cp %d pv %s" % (options.score, move))
             say("bestmove " + move + ponder)
         else:
             moves.append(move)
-            say("move " + move)
+            say("1 %d 0 1 %s" % (options.score, move))
+            if options.notation == "old":
+                say("%d. ... %s" % ((len(moves) + 1) // 2, move))
+                say("My move is : " + move)
+            else:
+                say("move " + SAN.get(move, move) if options.notation == "san" else "move " + move)
 
     for text in sys.stdin:
         words = text.split()
