@@ -71,7 +71,7 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
     } else if (command == "go") {
         return UciGo(arguments);
     } else if (command == "stop") {
-        Engine->StopEngine();
+        FinishSearch();
     } else if (command == "quit") {
         State = StateIdle;
         Engine->StopEngine();
@@ -83,7 +83,8 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
 }
 
 int clsChessApplication::UciPosition(const clsString& arguments) {
-    HaltEngine();
+    // A go not yet answered gets its move before the position changes under it.
+    FinishSearch();
     SetUpPosition(*Engine, arguments);
     return 0;
 }
@@ -115,7 +116,7 @@ int clsChessApplication::UciGo(const clsString& arguments) {
         }
         // ponder, and any word not known, is skipped: a ponder search runs as a normal one.
     }
-    HaltEngine();
+    FinishSearch();
     State = Engine->IsWhiteToMove() ? StateEngineWhite : StateEngineBlack;
     return StartThinking();
 }
