@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
-"""stop-stress.py [CORVANE] [CYCLES] [LOAD] [WAY]: sends a search's stop at every moment of it, CYCLES times (2000) for
-each way of playing, and checks every answer. The ways: both engines over plain UCI (with XBoard's post, so that
-the search shows its move once a second) and over -strictuci (a line per finished depth), each a go and a stop at a
-random delay from a microsecond to 50 ms, the next position right behind the stop; and both engines over XBoard, a new and at once a go, then the move asked
-for with ? at such a delay. LOAD (2) stockfish processes search meanwhile, so that the threads wait for a processor.
+"""stop-stress.py [CORVANE] [CYCLES] [LOAD] [WAY]: sends a search's stop at every moment of it, CYCLES times (2000)
+for each way of playing, and checks every answer. The ways: both engines over plain UCI (with XBoard's post, so
+that the search shows its move once a second) and over -strictuci (a line per finished depth), each a go and a stop
+at a random delay from a microsecond to 50 ms, the next position right behind the stop; and both engines over
+XBoard, a new and at once a go, then the move asked for with ? at such a delay and a ping behind it. LOAD (2)
+stockfish processes search meanwhile, so that the threads wait for a processor. WAY runs only the ways whose
+names contain it.
 
-An answer fails when it is not a legal move of the position while the position has one ("bestmove 0000" or no
-"move" at all among them), and the report counts apart those that came after the search had shown a move."""
+An answer fails when it is not a legal move of the position while the position has one ("bestmove 0000", or no
+"move" before the pong) or comes with a sanitizer's report; the report counts apart those that came after the
+search had shown a move."""
 import math
 import os
 import random
@@ -20,7 +23,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 CORVANE = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(HERE, "../build/release/corvane"))
 CYCLES = int(sys.argv[2]) if len(sys.argv) > 2 else 2000
 LOAD = int(sys.argv[3]) if len(sys.argv) > 3 else 2
-ONLY = sys.argv[4] if len(sys.argv) > 4 else ""  # the ways whose names contain this text
+ONLY = sys.argv[4] if len(sys.argv) > 4 else ""
 STOCKFISH = "/usr/games/stockfish"
 START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
 SHORTEST_DELAY, LONGEST_DELAY = 1e-6, 0.05
@@ -131,7 +134,7 @@ def run_way(name, args, way, fens, legal, folder):
         shown = any(shown_move(l) for l in lines)
         shown_count += shown
         answer = answer_of(lines, way)
-        if answer not in legal[fen]:
+        if answer not in legal[fen] or any("Sanitizer" in l for l in lines):
             failures.append((cycle, answer, shown, lines))
             after_shown += shown
     program.send("quit")
