@@ -128,7 +128,8 @@ void clsChessApplication::AnswerGo(const clsString& best, uint64_t now) {
             FenHistory.Add(GetFen());
             WriteLine(clsString("move ") + best);
         } else if (Engine->Protocol == clsEngineInterface::Uci) {
-            WriteLine(clsString("bestmove ") + best);
+            // UCI writes a promotion without the "=" of the engine's move text.
+            WriteLine(clsString("bestmove ") + clsEngineInterface::UciMoveText(best));
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
@@ -199,7 +200,7 @@ clsString clsChessApplication::FirstLegalMove() {
     // Rarely needed, and a board is large: it lives for this one look.
     const auto board = std::make_unique<clsChessCore>();
     board->SetPosition(GetFen());
-    return clsEngineInterface::UciMoveText(board->FirstLegalMove());
+    return board->FirstLegalMove();
 }
 
 bool clsChessApplication::StartThinking() {
