@@ -20,7 +20,7 @@ class ThreadedXBoard : public XBoardTest {
 protected:
     ThreadedXBoard() {
         App.SetEngine(clsString("corvane"));
-        App.SetBoard(clsString(clsChessApplication::StartFen));
+        App.SetBoard(clsString(nvoChess::StartPositionFen));
     }
     ~ThreadedXBoard() override { App.HaltEngine(); }
 
@@ -45,7 +45,7 @@ protected:
 // position or ask a ping. Over UCI and over XBoard's new and go, with both engines.
 TEST_F(ThreadedXBoard, EveryStopGetsALegalMove) {
     // The start, a middlegame, and a position with a single legal move, a1a2.
-    const char* const fens[] = {clsChessApplication::StartFen,
+    const char* const fens[] = {StartPositionFen,
                                 "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
                                 "8/8/8/8/8/8/8/K1k5 w - - 0 1"};
     constexpr int Cycles = 120, Pauses = 4;
@@ -55,7 +55,7 @@ TEST_F(ThreadedXBoard, EveryStopGetsALegalMove) {
         for (int cycle = 0; cycle < Cycles; ++cycle) {
             SCOPED_TRACE(std::string(engine) + " cycle " + std::to_string(cycle));
             const bool uci = cycle % 2 == 0;
-            const char* fen = uci ? fens[cycle / 2 % 3] : clsChessApplication::StartFen;
+            const char* fen = uci ? fens[cycle / 2 % 3] : StartPositionFen;
             if (uci) {
                 App.Engine->Protocol = clsEngineInterface::Uci;
                 App.HandleUci(clsString("position"), clsString("fen ") + fen);
@@ -99,7 +99,7 @@ TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
         Send(command, command == std::string("setboard") ? "K7/8/8/8/8/8/8/7k w - - 0 1" : "");
         EXPECT_FALSE(App.Engine->IsRunning());
         EXPECT_EQ(BestMove(), "");
-        Send("setboard", clsChessApplication::StartFen);
+        Send("setboard", nvoChess::StartPositionFen);
     }
 }
 
