@@ -8,6 +8,8 @@
 #include "search/clstimerule.h"
 #include "vesko/clsenginevesko.h"
 
+#include <memory>
+#include <utility>
 
 namespace nvoChess {
 
@@ -110,9 +112,19 @@ void clsChessApplication::DeliverMove(uint64_t now) {
     ShowProgress();
     int score = 0;
     const clsString best = Engine->GetBestMoveText(true, score);
+    const bool due = std::exchange(AnswerDue, false);
     if (State == StateEpd) {
+        // The run scores the engine's own answer.
         if (EpdRunning()) EpdStep(best);
-    } else if (!best.IsEmpty()) {
+    } else if (due || !best.IsEmpty()) {
+        // A search stopped before it found a move still owes the GUI one whenever the position has one.
+        AnswerGo(best.IsEmpty() ? FirstLegalMove() : best, now);
+    }
+    SendPong();
+}
+
+void clsChessApplication::AnswerGo(const clsString& best, uint64_t now) {
+    if (!best.IsEmpty()) {
         const int64_t elapsed = int64_t(now - ThinkStart) + 1;
         EngineTimeMs += IncrementMs - elapsed;
         Engine->Info(Engine->GetStatistics(elapsed));
@@ -121,17 +133,16 @@ void clsChessApplication::DeliverMove(uint64_t now) {
             FenHistory.Add(GetFen());
             WriteLine(clsString("move ") + best);
         } else if (Engine->Protocol == clsEngineInterface::Uci) {
-            WriteLine(clsString("bestmove ") + best);
+            // UCI writes a promotion without the "=" of the engine's move text.
+            WriteLine(clsString("bestmove ") + clsEngineInterface::UciMoveText(best));
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
     } else if (Engine->Protocol == clsEngineInterface::Uci) {
-        // A GUI waits for one answer to every go, also when the engine found no move: a mate or stalemate on
-        // the board, or a stop that came before the first result.
+        // A GUI waits for one answer to every go, also when the position has no move.
         WriteLine(clsString("bestmove 0000"));
         State = StateIdle;
     }
-    SendPong();
 }
 
 void clsChessApplication::ExecuteCommand(const clsString& line) {
@@ -185,6 +196,18 @@ void clsChessApplication::HaltEngine() {
     Engine->Wait();
 }
 
+void clsChessApplication::FinishSearch() {
+    HaltEngine();
+    if (!IsStrict()) DeliverMove(nuvobase::ClockMs());
+}
+
+clsString clsChessApplication::FirstLegalMove() {
+    // Rarely needed, and a board is large: it lives for this one look.
+    const auto board = std::make_unique<clsChessCore>();
+    board->SetPosition(GetFen());
+    return board->FirstLegalMove();
+}
+
 bool clsChessApplication::StartThinking() {
     HaltEngine();
     Engine->Post = Post;
@@ -212,6 +235,8 @@ bool clsChessApplication::StartThinking() {
         Engine->Info(clsString("moves ") + clsString(moveNumber) + "/" + clsString(controlMoves) +
                      " - time " + clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
     }
+    // Also a thread that cannot start owes the GUI its move.
+    AnswerDue = true;
     return Engine->Start();
 }
 

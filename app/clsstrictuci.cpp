@@ -182,9 +182,8 @@ void clsStrictUci::Answer() {
 
 clsString clsStrictUci::LegalMove(const clsString& engineMove) {
     clsChessCore& board = *Mirror;
-    board.ResetNodes();
-    board.Generate(-1);
-    if (board.FilterLegal() == 0) return clsString(NoMove);
+    const clsString first = board.FirstLegalMove();
+    if (first.IsEmpty()) return clsString(NoMove);
     const clsString wanted = clsEngineInterface::UciMoveText(engineMove);
     const clsSimpleNode& root = *board.Root;
     for (const clsMove* move = root.Moves; move != root.End(); ++move) {
@@ -192,7 +191,7 @@ clsString clsStrictUci::LegalMove(const clsString& engineMove) {
         if (text == wanted) return text;
     }
     if (!engineMove.IsEmpty()) App.Engine->Info("no legal move from the engine: " + engineMove);
-    return clsEngineInterface::UciMoveText(board.MoveText(root.Moves, false));
+    return clsEngineInterface::UciMoveText(first);
 }
 
 void clsStrictUci::WriteLine(const clsString& text) {

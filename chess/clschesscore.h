@@ -61,6 +61,9 @@ public:
     bool RayAttack(int32_t square, int32_t firstRay, uint64_t attackers) const;
     // Drops the records whose making leaves the mover's king attacked; returns how many remain.
     int32_t FilterLegal();
+    // The position's legal moves become the root list; the first of them as MoveText gives it, or empty
+    // text when the position has none.
+    nuvobase::clsString FirstLegalMove();
     // The root's parent move takes the shape of the last move played; the root's board is saved.
     void SetRootNode();
     // Prepares the first nodes (all by default) for a walk from the board's position; a generation at the
