@@ -7,6 +7,7 @@
 
 #include "book/clsbookbatch.h"
 #include "book/clsgame.h"
+#include "chess/keys.h"
 
 namespace nvoChess {
 
@@ -77,23 +78,36 @@ clsBookResult BookResultOf(uint32_t code) {
     return {0, 0};
 }
 
+// Counts the positions each game reaches in a book, by the game's result.
+class clsBookCounter : public clsPlyListener {
+public:
+    explicit clsBookCounter(clsBook& book) : Batch(book) {}
+
+    void Played(const clsBoard&, const clsMove&, const clsBoard& after) override { Keys.push_back(BoardKey(after)); }
+    void GameEnded(uint32_t code) override {
+        const clsBookResult result = BookResultOf(code);
+        Batch.AddGame(Keys, result.Result, result.DrawCode);
+        Keys.clear();
+    }
+
+private:
+    clsBookBatch Batch;
+    std::vector<uint64_t> Keys;
+};
+
 } // namespace
 
-int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bool extractFen) {
-    Fens.Clear();
+int ReadPgnGames(const clsString& file, clsChessCore& core, int maxPlies, clsFENTable* fens,
+                 clsPlyListener& listener) {
     clsLineReader reader(file);
     if (!reader.IsOpen()) return 0;
-    clsBookBatch batch(Book);
     int games = 0;
     clsString text;
-    std::vector<uint64_t> keys;
     auto closeGame = [&]() {
         if (text.IsEmpty()) return;
         clsGame game;
-        keys.clear();
-        game.ReadPgn(text, core, extractFen ? &Fens : nullptr, maxPlies, &keys);
-        const clsBookResult result = BookResultOf(game.Code);
-        batch.AddGame(keys, result.Result, result.DrawCode);
+        game.ReadPgn(text, core, fens, maxPlies, &listener);
+        listener.GameEnded(game.Code);
         ++games;
         text.Clear();
     };
@@ -111,7 +125,16 @@ int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bo
         if (start < line.Size()) text.Append(line.Text() + start, line.Size() - start).Append('\n');
     }
     closeGame();
-    batch.Flush();
+    return games;
+}
+
+int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bool extractFen) {
+    Fens.Clear();
+    int games = 0;
+    {
+        clsBookCounter counter(Book);
+        games = ReadPgnGames(file, core, maxPlies, extractFen ? &Fens : nullptr, counter);
+    }
     if (extractFen) Fens.Write(clsString(file).ChangeExtension("txt"));
     return games;
 }
