@@ -3,6 +3,7 @@
 // hold every engine, embedded or external, through this class.
 #include "book/clsbook.h"
 #include "book/clsbookentry.h"
+#include "book/clspolyglotbook.h"
 #include "nuvobase/clscollection.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
@@ -45,6 +46,10 @@ public:
     // Asks the engine to stop; true.
     virtual bool StopEngine();
     virtual void ListBookMoves();
+    // A polyglot book when the name ends in ".bin", the other kind emptied; else a .cbk book filtered by limit,
+    // which empties the polyglot book. False when the file is missing or damaged, with the reason, if known,
+    // in error; a damaged polyglot book is not used.
+    bool LoadBookFile(const nuvobase::clsString& file, int limit, nuvobase::clsString& error);
     // True when a book move was chosen.
     virtual bool PlayBookMove();
     // Text about the finished search that took elapsedMs.
@@ -158,6 +163,7 @@ public:
     int32_t MaxDepth = 0;
     uint32_t Post = 0;
     clsBook Book; // empty until the engine loads one
+    clsPolyglotBook PolyglotBook; // when not empty, played from in place of Book
     nuvobase::clsString SoulName;
     clsSearchLimits Limits;
 };
