@@ -62,10 +62,11 @@ clsString Counted(int index, int count, const clsString& path) {
 
 void BuildBooks(clsChessApplication& app, const clsString& arguments) {
     if (arguments.IsEmpty()) {
-        Remark(app, "buildbooks path_of_pgn_files moves_count [type [min_games]]");
+        Remark(app, "buildbooks path_of_pgn_files moves_count [type]");
         Remark(app, "buildbooks d:\\games d:\\corvane\\corvane.cbk 10");
-        Remark(app, "type: 0=book, 1=extract FEN, 2=polyglot book of the moves played in min_games games");
+        Remark(app, "type: 0=book, 1=extract FEN");
         Remark(app, "NB: use \"path\" if you want to use path with embedded spaces");
+        Remark(app, "type 2 [min_games]: polyglot book .bin of the moves played in min_games games (3)");
         return;
     }
     int position = 0;
