@@ -76,8 +76,8 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
     const int maxPlies = plies.IsEmpty() ? DefaultBuildPlies : int(ReadBounded(plies, MaxCount));
     const int64_t type = ReadBounded(arguments.NextWord(' ', position), MaxCount);
     const clsString minGamesWord = arguments.NextWord(' ', position);
-    const int minGames =
-        minGamesWord.IsEmpty() ? clsPolyglotBuilder::DefaultMinGames : int(ReadBounded(minGamesWord, MaxCount));
+    const int minGames = minGamesWord.IsEmpty() ? clsPolyglotBuilder::DefaultMinGames
+                                                : int(ReadBounded(minGamesWord, MaxCount));
 
     // The board of a Corvane engine is the reader's working space; the other engine lends none.
     app.HaltEngine();
@@ -99,8 +99,11 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
             games += ReadPgnGames(file, *engine, maxPlies, nullptr, builder);
             const clsString book = clsString(file).ChangeExtension("bin");
             int64_t written = 0;
-            if (!builder.Write(book, minGames, written)) Remark(app, clsString("can't save ") + book);
-            Remark(app, clsString("saved book ") + book.Quote('\'') + " with " + clsString(written) + " moves");
+            if (!builder.Write(book, minGames, written))
+                Remark(app, clsString("can't save ") + book);
+            else
+                Remark(app, clsString("saved book ") + book.Quote('\'') + " with " + clsString(written) +
+                                " moves");
             continue;
         }
         clsPGNFile pgn;

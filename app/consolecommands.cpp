@@ -85,12 +85,14 @@ void LoadBook(App& app, const clsString& arguments) {
     clsEngineInterface& engine = *app.Engine;
     clsString error;
     if (!engine.LoadBookFile(words.Book.ToForwardSlashes(), words.Limit, error))
-        Remark(app, clsString("error loading ") + words.Book + (error.IsEmpty() ? clsString() : ": " + error));
+        Remark(app,
+               clsString("error loading ") + words.Book + (error.IsEmpty() ? clsString() : ": " + error));
     else if (!engine.PolyglotBook.IsEmpty())
         Remark(app, clsString("book ") + words.Book + " loaded with " +
                         clsString(int64_t(engine.PolyglotBook.Count())) + " moves");
     else
-        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(engine.Book.Count) + " positions");
+        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(engine.Book.Count) +
+                        " positions");
 }
 
 void SaveBook(App& app, const clsString& arguments) {

@@ -83,7 +83,9 @@ class clsBookCounter : public clsPlyListener {
 public:
     explicit clsBookCounter(clsBook& book) : Batch(book) {}
 
-    void Played(const clsBoard&, const clsMove&, const clsBoard& after) override { Keys.push_back(BoardKey(after)); }
+    void Played(const clsBoard&, const clsMove&, const clsBoard& after) override {
+        Keys.push_back(BoardKey(after));
+    }
     void GameEnded(uint32_t code) override {
         const clsBookResult result = BookResultOf(code);
         Batch.AddGame(Keys, result.Result, result.DrawCode);

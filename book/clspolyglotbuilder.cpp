@@ -102,7 +102,8 @@ bool clsPolyglotBuilder::Write(const nuvobase::clsString& file, int minGames, in
     uint8_t buffer[WriteBufferEntries * PolyglotEntrySize];
     for (size_t first = 0; first < entries.size(); first += WriteBufferEntries) {
         const size_t count = std::min(WriteBufferEntries, entries.size() - first);
-        for (size_t i = 0; i < count; ++i) WritePolyglotEntry(entries[first + i], buffer + i * PolyglotEntrySize);
+        for (size_t i = 0; i < count; ++i)
+            WritePolyglotEntry(entries[first + i], buffer + i * PolyglotEntrySize);
         if (std::fwrite(buffer, PolyglotEntrySize, count, stream.get()) != count) return false;
     }
     return std::fclose(stream.release()) == 0;

@@ -45,9 +45,9 @@ private:
     size_t SlotOf(uint64_t key) const { return size_t(key) & (Slots.size() - 1); }
     void Grow();
 
-    std::vector<clsPly> Game;       // the moves of the game being read
-    std::vector<clsTally> Tallies;  // in the order first met
-    std::vector<uint32_t> Slots;    // index + 1 into Tallies, 0 free; found by key, then by linear probing
+    std::vector<clsPly> Game;      // the moves of the game being read
+    std::vector<clsTally> Tallies; // in the order first met
+    std::vector<uint32_t> Slots;   // index + 1 into Tallies, 0 free; found by key, then by linear probing
 };
 
 } // namespace nvoChess

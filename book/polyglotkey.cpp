@@ -40,7 +40,8 @@ uint64_t PolyglotKey(const clsBoard& board) {
     }
     const uint64_t rights[4] = {WhiteKingSide, WhiteQueenSide, BlackKingSide, BlackQueenSide};
     for (int right = 0; right < 4; ++right)
-        if ((board.CastleRights & rights[right]) == rights[right]) key ^= PolyglotRandom[CastlingRandom + right];
+        if ((board.CastleRights & rights[right]) == rights[right])
+            key ^= PolyglotRandom[CastlingRandom + right];
     if (board.EnPassant != 0 && EnPassantTakers(board) != 0)
         key ^= PolyglotRandom[EnPassantRandom + (FormatSquare(board.EnPassant) & 7)];
     if (board.SideToMove == 0) key ^= PolyglotRandom[WhiteToMoveRandom];
@@ -55,7 +56,8 @@ uint16_t PolyglotMove(const clsMove& move) {
 
 bool IsPolyglotMoveShape(uint16_t code) {
     constexpr int HighestPromotion = 4;
-    const int toFile = code & 7, toRank = (code >> 3) & 7, fromFile = (code >> 6) & 7, fromRank = (code >> 9) & 7;
+    const int toFile = code & 7, toRank = (code >> 3) & 7, fromFile = (code >> 6) & 7,
+              fromRank = (code >> 9) & 7;
     const int promotion = code >> 12;
     const int files = std::abs(toFile - fromFile), ranks = std::abs(toRank - fromRank);
     if (promotion > HighestPromotion || files + ranks == 0) return false;

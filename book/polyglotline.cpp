@@ -18,13 +18,15 @@ const clsMove* FindPolyglotMove(clsChessCore& core, uint16_t code) {
 clsString PolyglotMoveText(uint16_t code) {
     static const char Promotions[] = " nbrq";
     clsString text;
-    for (const int square : {(code >> 6) & 63, code & 63}) text.Append(char('a' + (square & 7))).Append(char('1' + (square >> 3)));
+    for (const int square : {(code >> 6) & 63, code & 63})
+        text.Append(char('a' + (square & 7))).Append(char('1' + (square >> 3)));
     const int promotion = (code >> 12) & 7;
     if (promotion >= 1 && promotion <= 4) text.Append(Promotions[promotion]);
     return text;
 }
 
-clsString DrawBookLine(const clsPolyglotBook& book, clsChessCore& core, int plies, std::mt19937_64& generator) {
+clsString DrawBookLine(const clsPolyglotBook& book, clsChessCore& core, int plies,
+                       std::mt19937_64& generator) {
     core.SetPosition(clsString());
     clsString line;
     for (int ply = 0; ply < plies; ++ply) {

@@ -10,8 +10,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     nvoChess::clsPolyglotBook book;
     nuvobase::clsString error;
     const bool taken = book.Parse(data, size, error);
-    if (taken != error.IsEmpty() || (taken && book.Count() != size / nvoChess::PolyglotEntrySize)) std::abort();
-    for (size_t at = 0; taken && at + nvoChess::PolyglotEntrySize <= size; at += nvoChess::PolyglotEntrySize) {
+    if (taken != error.IsEmpty() || (taken && book.Count() != size / nvoChess::PolyglotEntrySize))
+        std::abort();
+    for (size_t at = 0; taken && at + nvoChess::PolyglotEntrySize <= size;
+         at += nvoChess::PolyglotEntrySize) {
         uint64_t key = 0;
         for (int i = 0; i < 8; ++i) key = key << 8 | data[at + i];
         const auto entries = book.Find(key);

@@ -46,9 +46,9 @@ public:
     // Asks the engine to stop; true.
     virtual bool StopEngine();
     virtual void ListBookMoves();
-    // A polyglot book when the name ends in ".bin", the other kind emptied; else a .cbk book filtered by limit,
-    // which empties the polyglot book. False when the file is missing or damaged, with the reason, if known,
-    // in error; a damaged polyglot book is not used.
+    // A polyglot book when the name ends in ".bin", the other kind emptied; else a .cbk book filtered by
+    // limit, which empties the polyglot book. False when the file is missing or damaged, with the reason, if
+    // known, in error; a damaged polyglot book is not used.
     bool LoadBookFile(const nuvobase::clsString& file, int limit, nuvobase::clsString& error);
     // True when a book move was chosen.
     virtual bool PlayBookMove();
@@ -162,7 +162,7 @@ public:
     int32_t HalfMoveClock = 0;
     int32_t MaxDepth = 0;
     uint32_t Post = 0;
-    clsBook Book; // empty until the engine loads one
+    clsBook Book;                 // empty until the engine loads one
     clsPolyglotBook PolyglotBook; // when not empty, played from in place of Book
     nuvobase::clsString SoulName;
     clsSearchLimits Limits;

@@ -128,7 +128,8 @@ void clsEngineCorvane::ListPolyglotMoves() {
     uint64_t total = 0;
     for (const clsPolyglotEntry& entry : entries) total += entry.Weight;
     for (const clsPolyglotEntry& entry : entries) {
-        clsString line = HexKey(key) + " " + PolyglotMoveText(entry.Move) + " " + clsString(int64_t(entry.Weight));
+        clsString line =
+            HexKey(key) + " " + PolyglotMoveText(entry.Move) + " " + clsString(int64_t(entry.Weight));
         if (total > 0) line += " " + clsString().FromDouble(100.0 * entry.Weight / double(total), 2) + "%";
         if (!FindPolyglotMove(*this, entry.Move)) line += " not legal";
         Info(line);

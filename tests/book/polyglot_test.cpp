@@ -1,5 +1,5 @@
-// Polyglot books: keys against the values the format's documentation and make-book give, books built from real games
-// byte for byte against polyglot make-book, damaged files, and opening lines drawn from a book.
+// Polyglot books: keys against the values the format's documentation and make-book give, books built from
+// real games byte for byte against polyglot make-book, damaged files, and opening lines drawn from a book.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -31,7 +31,8 @@ std::vector<uint8_t> FileBytes(const fs::path& path) {
 
 std::vector<uint8_t> BookBytes(const std::vector<clsPolyglotEntry>& entries) {
     std::vector<uint8_t> bytes(entries.size() * PolyglotEntrySize);
-    for (size_t i = 0; i < entries.size(); ++i) WritePolyglotEntry(entries[i], bytes.data() + i * PolyglotEntrySize);
+    for (size_t i = 0; i < entries.size(); ++i)
+        WritePolyglotEntry(entries[i], bytes.data() + i * PolyglotEntrySize);
     return bytes;
 }
 
@@ -55,7 +56,8 @@ TEST(PolyglotKey, DocumentedPositions) {
     for (const auto& c : cases) {
         core.SetPosition(nuvobase::clsString());
         const nuvobase::clsString moves(c.Moves);
-        for (int at = 0; at >= 0 && !moves.IsEmpty();) ASSERT_TRUE(core.MakeMoveText(moves.NextWord(' ', at)));
+        for (int at = 0; at >= 0 && !moves.IsEmpty();)
+            ASSERT_TRUE(core.MakeMoveText(moves.NextWord(' ', at)));
         EXPECT_EQ(PolyglotKey(core.Board), c.Key) << c.Moves;
     }
 }
@@ -74,9 +76,10 @@ TEST(PolyglotBuild, SameFileAsMakeBook) {
             const fs::path ours = folder / "ours.bin", theirs = folder / "theirs.bin";
             int64_t written = 0;
             ASSERT_TRUE(builder.Write(ours.c_str(), minGames, written));
-            const std::string command = std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" +
-                                        theirs.string() + "' -min-game " + std::to_string(minGames) +
-                                        (plies ? " -max-ply " + std::to_string(plies) : "") + " > /dev/null 2>&1";
+            const std::string command =
+                std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" + theirs.string() +
+                "' -min-game " + std::to_string(minGames) +
+                (plies ? " -max-ply " + std::to_string(plies) : "") + " > /dev/null 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0);
             const auto expected = FileBytes(theirs);
             EXPECT_EQ(int64_t(expected.size() / PolyglotEntrySize), written);
@@ -115,7 +118,8 @@ TEST(PolyglotBook, DamagedFilesAreRefused) {
 // where the book ends, never play 1.c4, follow the weights, and repeat with the seed.
 TEST(PolyglotLine, WalksByWeight) {
     constexpr uint64_t Start = 0x463b96181691fc9cULL, AfterE4 = 0x823c9b50fd114196ULL;
-    const auto bytes = BookBytes({{Start, 796, 3, 0}, {Start, 731, 1, 0}, {Start, 666, 0, 0}, {AfterE4, 3364, 1, 0}});
+    const auto bytes =
+        BookBytes({{Start, 796, 3, 0}, {Start, 731, 1, 0}, {Start, 666, 0, 0}, {AfterE4, 3364, 1, 0}});
     clsPolyglotBook book;
     nuvobase::clsString error;
     ASSERT_TRUE(book.Parse(bytes.data(), bytes.size(), error));
