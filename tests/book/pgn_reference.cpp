@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path SamplePgn = fs::path(CORVANE_TEST_DATA) / "../../../shared/data/pgn/lichess-sample.pgn";
+const fs::path SamplePgn = fs::path(CORVANE_TEST_DATA) / "lichess-sample.pgn";
 constexpr const char* PgnExtract = "/usr/games/pgn-extract";
 
 struct ReferenceGame {
