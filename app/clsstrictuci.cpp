@@ -89,7 +89,10 @@ void clsStrictUci::SetOption(const clsString& arguments) {
         App.HaltEngine();
         // A file that cannot be read leaves the engine without a book.
         corvane->Book.Clear();
-        corvane->Book.Load(value.ToForwardSlashes(), 0);
+        corvane->PolyglotBook.Clear();
+        clsString error;
+        if (!corvane->LoadBookFile(value.ToForwardSlashes(), 0, error) && !error.IsEmpty())
+            corvane->Info("error loading " + value + ": " + error);
     } else {
         App.Engine->SetOption(name, value);
     }

@@ -89,11 +89,17 @@ void LoadBook(App& app, const clsString& arguments) {
     BookWords words(arguments);
     if (words.Book.IsEmpty()) words.Book = DefaultBookFile;
     Remark(app, clsString("wait..."));
-    clsBook& book = app.Engine->Book;
-    if (!book.Load(words.Book.ToForwardSlashes(), words.Limit))
-        Remark(app, clsString("error loading ") + words.Book);
+    clsEngineInterface& engine = *app.Engine;
+    clsString error;
+    if (!engine.LoadBookFile(words.Book.ToForwardSlashes(), words.Limit, error))
+        Remark(app,
+               clsString("error loading ") + words.Book + (error.IsEmpty() ? clsString() : ": " + error));
+    else if (!engine.PolyglotBook.IsEmpty())
+        Remark(app, clsString("book ") + words.Book + " loaded with " +
+                        clsString(int64_t(engine.PolyglotBook.Count())) + " moves");
     else
-        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(book.Count) + " positions");
+        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(engine.Book.Count) +
+                        " positions");
 }
 
 void SaveBook(App& app, const clsString& arguments) {

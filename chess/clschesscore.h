@@ -99,9 +99,9 @@ public:
     void PrintMoves(bool flag);
     // The long texts of the root's list, each followed by a space; empty unless the root is current.
     nuvobase::clsString MovesAsText();
-    // The first record of the root's list, illegal ones included, whose long text fits the SAN move; null
-    // for none.
-    const clsMove* FindSanMove(const nuvobase::clsString& san);
+    // The first record of the root's list whose long text fits the SAN move, illegal ones included unless
+    // legalOnly; null for none.
+    const clsMove* FindSanMove(const nuvobase::clsString& san, bool legalOnly = false);
     // The coordinate text of a SAN move of the root position, or empty text.
     nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst);
     // Standard algebraic notation of a legal coordinate move of the board's position, with "+" or "#"

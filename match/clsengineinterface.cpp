@@ -37,6 +37,17 @@ bool clsEngineInterface::StopEngine() {
 
 void clsEngineInterface::ListBookMoves() {}
 
+bool clsEngineInterface::LoadBookFile(const clsString& file, int limit, clsString& error) {
+    if (file.Right(4) == ".bin") {
+        if (!PolyglotBook.Load(file, error)) return false;
+        Book.Clear();
+        return true;
+    }
+    if (!Book.Load(file, limit)) return false;
+    PolyglotBook.Clear();
+    return true;
+}
+
 bool clsEngineInterface::PlayBookMove() {
     return false;
 }
