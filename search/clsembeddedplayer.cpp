@@ -24,6 +24,10 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
     clsEngineInterface::Stopped = false;
 }
 
+clsEmbeddedPlayer::~clsEmbeddedPlayer() {
+    StopEngine();
+}
+
 void clsEmbeddedPlayer::Think() {
     StopEngine();
     SetPosition(StartPosition);

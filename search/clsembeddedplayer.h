@@ -24,6 +24,8 @@ public:
 
     clsEmbeddedPlayer(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
                       clsTourneyGame* game);
+    // Ends the search before any part of the player goes: the search thread calls its virtual operations.
+    ~clsEmbeddedPlayer() override;
 
     // Searches the game's position for (own clock - 50) / 40 ms.
     void Think() override;
