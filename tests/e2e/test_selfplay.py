@@ -97,6 +97,9 @@ def learn_input(folder):
             check(os.path.exists(os.path.join(folder, "r.005.csv")), "no file of generation 5")
     # An interrupt ends a long run once the generation under way is written; a line typed meanwhile is
     # answered behind it, and the same command resumes the run.
+    # A child of a test run in the background of a shell would inherit interrupts ignored, and rightly keep
+    # ignoring them: this process catches them instead, so that the child starts with the usual handling.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     session = Session(CORVANE, cwd=folder)
     session.send("\\learn i.csv 100 2 20 4")
     session.read_until(lambda l: "GENERATION 1" in l, 120)
