@@ -41,6 +41,9 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
 }
 
 clsChessApplication::~clsChessApplication() {
+    // The application's own thread works on every field: it ends first.
+    Stop();
+    Wait();
     // The search is stopped by its own flag rather than cancelled: a search meets no cancellation point.
     HaltEngine();
     Tourneys.clear();
@@ -91,7 +94,7 @@ bool clsChessApplication::CommandLoopPass() {
         // An EPD run given with the input goes on to its last line.
         return searching || EpdRunning();
     }
-    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult || QuitPending) {
+    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
         nuvobase::StdIn.Stop();
         return false;
     }

@@ -21,7 +21,7 @@ namespace nvoChess {
 
 using nuvobase::clsString;
 
-class clsChessApplication : public nuvobase::clsThread {
+class clsChessApplication final : public nuvobase::clsThread {
 public:
     // What the command loop hands a handler's result: 4 ends the loop.
     static constexpr int QuitResult = 4;
@@ -134,8 +134,6 @@ public:
     std::unique_ptr<clsStrictUci> Strict;
     // Reads the operations and the SAN of the line under test, whichever engine searches it.
     std::unique_ptr<clsChessCore> EpdNotation;
-    // A quit read by a long command that reads input on its own: the command loop ends behind it.
-    bool QuitPending = false;
 
 protected:
     // Writes one line to Output.

@@ -7,7 +7,7 @@
 
 namespace nvoChess {
 
-class clsExternalEngine : public clsEngineInterface, public clsRedirectedChild {
+class clsExternalEngine final : public clsEngineInterface, public clsRedirectedChild {
 public:
     // The pause behind every line sent, unless the tournament sets its own.
     static constexpr int DefaultPaceMs = 100;

@@ -23,7 +23,7 @@
 
 namespace nvoChess {
 
-class clsTourney : public nuvobase::clsThread {
+class clsTourney final : public nuvobase::clsThread {
 public:
     enum TourneyTypes : int32_t { RoundRobin = 0, Gauntlet = 1, Learning = 2 };
     // The text "NuvoSoftware" carries.

@@ -21,7 +21,7 @@
 
 namespace nvoChess {
 
-class clsTourneyGame : public nuvobase::clsThread, public clsGame {
+class clsTourneyGame final : public nuvobase::clsThread, public clsGame {
 public:
     // Makes the engine of an "embedded" player: an engine of this program that answers like any other.
     // The application registers it at start; without one an embedded player cannot play.

@@ -22,6 +22,8 @@ public:
     // The table is shared, not owned, and may be null.
     clsEngineCorvane(clsEngineShare* share, const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
                      clsTourneyGame* game = nullptr);
+    // Ends the search. A class derived from this one ends it in its own destructor too, before its
+    // parts go, since the search calls virtual operations of the whole object.
     ~clsEngineCorvane() override;
 
     // Starts a search unless one runs. The stop flag is cleared here rather
