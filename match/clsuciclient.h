@@ -12,14 +12,14 @@ public:
 
     // "uci"; Ready waits for "uciok".
     void Handshake() override;
-    // The options, "ucinewgame", the position, then a sign of life.
-    void NewGame() override;
-    // "go" with both clocks and increments by colour.
-    void Go() override;
-    // The position line with the game's moves, then a go through the engine.
-    void OpponentMoved(const nuvobase::clsString& move) override;
     // "isready"; Ready waits for "readyok".
     void Synchronise() override;
+    // The options, "ucinewgame", the position, then a sign of life.
+    void NewGame() override;
+    // The position line with the game's moves, then a go through the engine.
+    void OpponentMoved(const nuvobase::clsString& move) override;
+    // "go" with both clocks and increments by colour.
+    void Go() override;
     // "bestmove" gives the move, ponder part included, in lower case; "uciok" and "readyok" set Ready; an
     // info line gives its time and score to the engine.
     nuvobase::clsString ParseLine(const nuvobase::clsString& line, const nuvobase::clsString& word,

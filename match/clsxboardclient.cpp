@@ -2,6 +2,7 @@
 
 #include "chess/coordinates.h"
 #include "match/clsengineinterface.h"
+#include "nuvobase/asciichars.h"
 #include "nuvobase/platform.h"
 
 using nuvobase::clsString;
@@ -15,13 +16,6 @@ constexpr int MsPerCentisecond = 10;
 // The two older forms of a move.
 constexpr int NumberedForm = 1, AnnouncedForm = 2;
 constexpr const char* Announcement = "My move is";
-
-bool IsDigits(const clsString& word) {
-    if (word.IsEmpty()) return false;
-    for (const char* c = word.Text(); *c; ++c)
-        if (*c < '0' || *c > '9') return false;
-    return true;
-}
 
 } // namespace
 
@@ -150,7 +144,7 @@ void clsXBoardClient::ReadScore(const clsString& line) {
     int position = 0;
     const clsString ply = text.NextWord(' ', position, false, true);
     int32_t value = 0;
-    if (!IsDigits(ply) || position < 0) return;
+    if (!nuvobase::IsAsciiDigits(ply.Text()) || position < 0) return;
     if (ReadSigned(text.NextWord(' ', position, false, true), value)) Engine.ReportScore(value);
 }
 
@@ -169,7 +163,7 @@ clsString clsXBoardClient::OldFormMove(const clsString& line) {
         const clsString number = text.NextWord(' ', position, false, true);
         const clsString dots = position >= 0 ? text.NextWord(' ', position, false, true) : clsString();
         if (number.Size() < 2 || number.Text()[number.Size() - 1] != '.' ||
-            !IsDigits(number.Left(number.Size() - 1)) || dots != "..." || position < 0)
+            !nuvobase::IsAsciiDigits(number.Left(number.Size() - 1).Text()) || dots != "..." || position < 0)
             return clsString();
         move = text.NextWord(' ', position, false, true);
         kind = NumberedForm;

@@ -12,26 +12,25 @@ public:
 
     // "xboard", "protover 2"; Ready at once, pulled back by "feature done=0".
     void Handshake() override;
-    // "new", "post", the level of the engine's own clock, the options; an opening goes in force mode.
-    void NewGame() override;
-    // Both clocks, then "go".
-    void Go() override;
-    // Both clocks and the move; "go" when the program held the opening in force mode.
-    void OpponentMoved(const nuvobase::clsString& move) override;
-    // "ping" with the next number when the program does pings, else Ready at once.
-    void Synchronise() override;
-    // "move", "resign", a result word, "pong", "feature", the older move forms and thinking lines.
-    nuvobase::clsString ParseLine(const nuvobase::clsString& line, const nuvobase::clsString& word,
-                                  const nuvobase::clsString& rest) override;
     // The program said done=0 and not yet done=1, or it has said neither and the grace time since the
     // handshake has not passed. Moves sent before then could miss a feature such as usermove.
     bool FeaturesPending() const override;
     // While features are pending, says "accepted done" every FeatureNudgeMs: some programs pass their
     // output on only when a line comes in (gnuchess in XBoard mode), and every XBoard engine takes the line.
     void NudgeFeatures() override;
-
     static constexpr uint64_t FeatureGraceMs = 5000;
     static constexpr uint64_t FeatureNudgeMs = 250;
+    // "ping" with the next number when the program does pings, else Ready at once.
+    void Synchronise() override;
+    // "new", "post", the level of the engine's own clock, the options; an opening goes in force mode.
+    void NewGame() override;
+    // Both clocks, then "go".
+    void Go() override;
+    // Both clocks and the move; "go" when the program held the opening in force mode.
+    void OpponentMoved(const nuvobase::clsString& move) override;
+    // "move", "resign", a result word, "pong", "feature", the older move forms and thinking lines.
+    nuvobase::clsString ParseLine(const nuvobase::clsString& line, const nuvobase::clsString& word,
+                                  const nuvobase::clsString& rest) override;
 
 private:
     // "time" and "otim" in centiseconds.
