@@ -144,13 +144,6 @@ TEST(ThreadedApplication, MemoryArgument) {
 TEST(ThreadedApplication, EngineSelectionAndMemory) {
     CapturedApplication app;
     clsChessApplication& a = app.Application;
-    EXPECT_EQ(a.Engine->Name, "Vesko");
-    // An unknown name changes nothing.
-    nvoChess::clsEngineInterface* first = a.Engine.get();
-    EXPECT_FALSE(a.SetEngine(clsString("foo")));
-    EXPECT_FALSE(a.SetEngine(clsString()));
-    EXPECT_EQ(a.Engine.get(), first);
-
     // No resizing under a running search; a negative size means no table.
     a.Engine->Output = nullptr; // the new search's remarks are of no interest
     a.StartThinking();
@@ -163,24 +156,4 @@ TEST(ThreadedApplication, EngineSelectionAndMemory) {
     EXPECT_EQ(a.Engine->Protocol, nvoChess::clsEngineInterface::XBoard);
     EXPECT_TRUE(a.SetMemory(-5));
     EXPECT_EQ(a.Share.TTCount, 0u);
-}
-
-TEST(ThreadedApplication, PublishedPositionAndPong) {
-    CapturedApplication app;
-    clsChessApplication& a = app.Application;
-    const clsString fen("8/8/8/8/8/8/8/K1k5 w - - 0 1");
-    EXPECT_TRUE(a.SetBoard(fen));
-    EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
-    EXPECT_NE(a.GetFen(), clsString(nvoChess::StartPositionFen));
-    // Moves on the engine's board are published only by the next SetBoard or StartThinking.
-    const clsString published = a.GetFen();
-    a.Engine->MakeMoveText(clsString("a1a2"));
-    EXPECT_EQ(a.GetFen(), published);
-
-    a.SendPong();
-    EXPECT_EQ(app.Captured.Text(), "");
-    a.PendingPing = "7";
-    a.SendPong();
-    a.SendPong();
-    EXPECT_EQ(app.Captured.Text(), "pong 7\n");
 }

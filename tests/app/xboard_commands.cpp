@@ -1,6 +1,5 @@
-// The XBoard front end driven line by line: replies, clocks, sides and the game's history; and the console
-// commands as a user types them, whose replies the end-to-end console test checks: here the state behind
-// them.
+// The XBoard front end and the console driven line by line, for the state behind the replies that the
+// end-to-end tests check.
 #include "xboard_fixture.h"
 
 #include "book/clsbookentry.h"
@@ -37,52 +36,6 @@ TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
     EXPECT_EQ(App.OpponentTimeMs, -yearMs);
 }
 
-// The feature line itself is checked by the end-to-end XBoard test.
-TEST_F(XBoardTest, RefusedFeaturesFlip) {
-    const auto feature = [&](const char* name) { return std::string(App.Features.GetValue(name).Text()); };
-    Send("protover", "2");
-    EXPECT_EQ(App.Features.Count, 19);
-    EXPECT_EQ(Send("rejected", "ping"), Lines{});
-    EXPECT_EQ(feature("ping"), "0");
-    Send("rejected", "PING");
-    EXPECT_EQ(feature("ping"), "1");
-    // An unknown feature counts as 0 and is added; the name features stay.
-    Send("rejected", "pause");
-    EXPECT_EQ(feature("pause"), "1");
-    EXPECT_EQ(App.Features.Count, 20);
-    Send("rejected", "myname");
-    Send("rejected", "name");
-    EXPECT_EQ(feature("myname"), "\"Vesko\"");
-    EXPECT_EQ(feature("name"), "1");
-    // The next protover builds the list anew.
-    Send("protover", "2");
-    EXPECT_EQ(App.Features.Count, 19);
-    EXPECT_EQ(feature("ping"), "1");
-}
-
-TEST_F(XBoardTest, StateMachine) {
-    Send("new");
-    EXPECT_EQ(App.State, 3);
-    Send("force");
-    EXPECT_EQ(App.State, 0);
-    Send("white");
-    EXPECT_EQ(App.State, 3);
-    Send("black");
-    EXPECT_EQ(App.State, 2);
-    Send("stop");
-    EXPECT_EQ(App.State, 1);
-    // A stopped engine takes the user's move and does not think.
-    EXPECT_EQ(Send("e2e4"), Lines{});
-    EXPECT_EQ(App.State, 1);
-    EXPECT_FALSE(App.Engine->IsRunning());
-    Send("black");
-    EXPECT_EQ(Send("result", "1-0 {White mates}"), Lines{"# result 1-0 {White mates}"});
-    EXPECT_EQ(App.State, 0);
-    EXPECT_EQ(Send("quit"), Lines{});
-    EXPECT_EQ(Result, clsChessApplication::QuitResult);
-    EXPECT_EQ(App.State, 0);
-}
-
 // The positions after moves and undos are checked by the end-to-end XBoard test; here the replies and the
 // history behind them.
 TEST_F(XBoardTest, UserMovesAndUndo) {
@@ -110,41 +63,7 @@ TEST_F(XBoardTest, UserMovesAndUndo) {
     EXPECT_EQ(Position(), start);
 }
 
-TEST_F(XBoardTest, OptionsDepthAndMemory) {
-    for (const auto& [words, depth] : {std::pair{"", 2}, {"7", 7}, {"abc", 0}}) {
-        Send("sd", words);
-        EXPECT_EQ(App.Engine->MaxDepth, depth) << words;
-    }
-    const auto option = [&](const char* name) {
-        return std::string(App.Engine->Options.GetValue(name).Text());
-    };
-    Send("option", "Style=sharp=very");
-    EXPECT_EQ(option("Style"), "sharp=very");
-    Send("cores", "2");
-    EXPECT_EQ(option("cores"), "2");
-    Send("memory", "2");
-    EXPECT_EQ(option("memory"), "2");
-    EXPECT_EQ(App.Share.TTBytes, uint64_t(2) << 20);
-    App.DefaultMemoryMb = 3;
-    Send("memory");
-    EXPECT_EQ(App.Share.TTBytes, uint64_t(3) << 20);
-    Send("memory", "none");
-    EXPECT_EQ(App.Share.TTBytes, 0u);
-}
-
-TEST_F(XBoardTest, BookWithoutEntries) {
-    EXPECT_EQ(Send("bk"), (Lines{" no book moves found", "", ""}));
-}
-
 using ConsoleTest = XBoardTest;
-
-// The board after the moves and the history that ignores them are checked end to end.
-TEST_F(ConsoleTest, MovesLeaveThePublishedPosition) {
-    const clsString published = App.GetFen();
-    Send("\\moves", "e2:e4");
-    EXPECT_NE(Position(), std::string(published.Text()));
-    EXPECT_TRUE(App.GetFen() == published);
-}
 
 TEST_F(ConsoleTest, BookLimitOnSave) {
     // One folder per process: ctest runs the tests side by side.
@@ -162,14 +81,6 @@ TEST_F(ConsoleTest, BookLimitOnSave) {
               (Lines{"# wait...", "# book " + book + " loaded with 2 positions"}));
     EXPECT_EQ(App.Engine->Book.Count, 2);
     std::filesystem::remove_all(folder);
-}
-
-TEST_F(ConsoleTest, EngineSwitchKeepsStateAndSpeaksXBoard) {
-    App.State = clsChessApplication::StateEngineBlack;
-    App.Engine->Protocol = clsEngineInterface::Uci;
-    EXPECT_EQ(App.HandleUci(clsString("\\VESKO"), clsString()), 0);
-    EXPECT_EQ(App.Engine->Protocol, clsEngineInterface::XBoard);
-    EXPECT_EQ(App.State, clsChessApplication::StateEngineBlack);
 }
 
 } // namespace

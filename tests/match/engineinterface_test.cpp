@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <regex>
 #include <string>
 #include <vector>
@@ -24,19 +23,7 @@ uint64_t Bit(int index) {
     return uint64_t(1) << index;
 }
 
-const char* Fen = "r3k2r/8/2n5/8/4P3/8/8/R3K2R w KQkq - 0 1";
-
 } // namespace
-
-TEST(ThreadedEngineInterface, StartEngineClearsStoppedAndRunsTheBody) {
-    RecordingEngine engine;
-    engine.StartEngine();
-    EXPECT_FALSE(engine.IsStopped());
-    engine.Wait();
-    EXPECT_EQ(engine.Runs, 1);
-    EXPECT_TRUE(engine.StopEngine());
-    EXPECT_TRUE(engine.IsStopped());
-}
 
 TEST(EngineInterface, SetClockMapsColoursBySide) {
     // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
@@ -110,28 +97,6 @@ TEST(EngineInterface, SquaresAndMoveTexts) {
                                                {0, 0, 0},
                                                {Bit(51), Bit(59), 0},
                                                {0, 0, 0}}));
-}
-
-TEST(EngineInterface, RemarksAndTheBoardInTheDialectOfTheProtocol) {
-    CapturedOutput captured;
-    RecordingEngine engine(&captured.Output);
-    engine.Info("hello");
-    engine.Protocol = 2;
-    engine.Info("nobody");
-    engine.Protocol = clsEngineInterface::Uci;
-    engine.SetPosition(Fen);
-    EXPECT_STREQ(engine.BoardText().Text(), "r---k--r\r\n--------\r\n--n-----\r\n--------\r\n"
-                                            "----P---\r\n--------\r\n--------\r\nR---K--R");
-    engine.PrintBoard();
-    EXPECT_EQ(captured.Text(), "# hello\ninfo string r---k--r\ninfo string --------\ninfo string --n-----\n"
-                               "info string --------\ninfo string ----P---\ninfo string --------\n"
-                               "info string --------\ninfo string R---K--R\n"
-                               "info string white [" +
-                                   std::string(Fen) + "]\ninfo string \n");
-    engine.SetPosition("");
-    EXPECT_TRUE(engine.BoardText().IsEmpty());
-    RecordingEngine silent;
-    silent.Info("no output at all");
 }
 
 namespace {

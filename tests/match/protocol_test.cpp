@@ -119,7 +119,7 @@ TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
     EXPECT_EQ(engine.Sent.size(), 1u);
 }
 
-TEST(GameRules, TimeForfeitRepetitionPointsAndTimeControl) {
+TEST(GameRules, TimeForfeitRepetitionAndTimeControl) {
     // An answer up to 50 ms beyond the clock is in time.
     EXPECT_FALSE(clsTourneyGame::IsOverTime(5050, 5000));
     EXPECT_TRUE(clsTourneyGame::IsOverTime(5051, 5000));
@@ -131,17 +131,6 @@ TEST(GameRules, TimeForfeitRepetitionPointsAndTimeControl) {
     fourth.insert(fourth.end(), {1, 2, 5});
     EXPECT_TRUE(clsTourneyGame::IsFourthOccurrence(fourth));
     EXPECT_FALSE(clsTourneyGame::IsFourthOccurrence({5, 5, 5, 5}));
-    const struct {
-        uint32_t Code;
-        int32_t White, Black;
-    } points[] = {{0x0016, 2, 0}, {0x001A, 0, 2}, {0x0A00, 1, 1}, {0x2200, 1, 1}, {0x4006, 2, 0},
-                  {0x002A, 0, 2}, {0x0042, 2, 0}, {0x8000, 0, 0}, {0x0001, 0, 0}};
-    for (const auto& row : points) {
-        int32_t white = -1, black = -1;
-        clsTourneyGame::Points(row.Code, white, black);
-        EXPECT_EQ(white, row.White) << row.Code;
-        EXPECT_EQ(black, row.Black) << row.Code;
-    }
     EXPECT_STREQ(clsTourney::TimeControlTag(0, 60000, 0).Text(), "60");
     EXPECT_STREQ(clsTourney::TimeControlTag(300000, 300000, 0).Text(), "300000/300");
     EXPECT_STREQ(clsTourney::TimeControlTag(40, 1999, 500).Text(), "40/1+500");

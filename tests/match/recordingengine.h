@@ -3,7 +3,6 @@
 // the lines it is asked to send.
 #include "match/clsengineinterface.h"
 
-#include <atomic>
 #include <map>
 #include <string>
 #include <vector>
@@ -18,10 +17,7 @@ public:
         : clsEngineInterface("Test", output) {}
     ~RecordingEngine() override { Wait(); }
 
-    bool Run() override {
-        ++Runs;
-        return true;
-    }
+    bool Run() override { return true; }
     bool SetPosition(const clsString& fen) override {
         Fen = fen;
         Positions.push_back(fen.Text());
@@ -55,7 +51,6 @@ public:
     std::vector<std::string> Positions;          // every position set, in order
     std::map<std::string, uint64_t> PerftCounts; // what Perft counts for a position; 0 for others
     clsString Fen;
-    std::atomic<int> Runs{0};
 };
 
 } // namespace nvoChess
