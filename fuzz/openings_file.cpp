@@ -1,5 +1,5 @@
-// Arbitrary bytes as an openings file, read once as EPD and once as PGN: reading must end, and every opening
-// kept must be a position that a game can start from, with moves that are legal there.
+// Arbitrary bytes as an openings file, read as EPD, as PGN and as a polyglot book: reading must end, and every
+// opening kept must be a position that a game can start from, with moves that are legal there.
 
 #include <unistd.h>
 
@@ -20,7 +20,7 @@ std::string ScratchName(const char* suffix) {
         .string();
 }
 
-const std::string Names[] = {ScratchName(".epd"), ScratchName(".PGN")};
+const std::string Names[] = {ScratchName(".epd"), ScratchName(".PGN"), ScratchName(".Bin")};
 
 void RemoveScratchFiles() {
     for (const std::string& name : Names) std::remove(name.c_str());
@@ -39,8 +39,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         }
         nvoChess::clsOpenings openings;
         nuvobase::clsCStrings skipped;
-        openings.Load(name.c_str(), int32_t(size % 12), skipped);
-        openings.Shuffle(size);
+        openings.Seed(size);
+        openings.Load(name.c_str(), int32_t(size % 12), int32_t(size % 5), skipped);
+        openings.Shuffle();
         for (const nvoChess::clsOpening& opening : openings.Items) {
             if (!opening.Fen.IsEmpty() && !nvoChess::clsOpenings::PositionFault(core, opening.Fen).IsEmpty())
                 std::abort();

@@ -2,9 +2,12 @@
 
 #include "book/clsgame.h"
 #include "book/clspgnfile.h"
+#include "book/clspolyglotbook.h"
+#include "book/polyglotline.h"
 #include "chess/clschesscore.h"
 #include "nuvobase/asciichars.h"
 
+#include <algorithm>
 #include <cstring>
 
 using nuvobase::clsString;
@@ -16,13 +19,10 @@ namespace {
 constexpr int BoardSide = 8;
 constexpr const char* PieceChars = "PNBRQKpnbrqk";
 
-// splitmix64: a small generator whose sequence is fixed by its seed alone, on every machine and library.
-uint64_t SplitMix(uint64_t& state) {
-    uint64_t z = (state += 0x9E3779B97F4A7C15ull);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-    return z ^ (z >> 31);
-}
+// A walk through a book with a cycle of positions would never end; no opening needs more plies.
+constexpr int32_t MaxBookPlies = 200;
+// Lines drawn from a book at most; later rounds wrap around them.
+constexpr int32_t MaxBookLines = 10000;
 
 // The placement field as a grid, grid[0] rank 8; false when it does not describe 64 squares.
 bool ReadPlacement(const clsString& placement, char grid[BoardSide][BoardSide + 1]) {
@@ -105,11 +105,13 @@ clsString clsOpenings::PositionFault(clsChessCore& core, const clsString& fen) {
     return clsString();
 }
 
-bool clsOpenings::Load(const clsString& file, int32_t plies, nuvobase::clsCStrings& skipped) {
+bool clsOpenings::Load(const clsString& file, int32_t plies, int32_t count, nuvobase::clsCStrings& skipped) {
     Items.clear();
     bool read = false;
     if (file.Compare(".pgn", clsString::CompareEndsWith))
         LoadPgn(file, plies, skipped, read);
+    else if (file.Compare(".bin", clsString::CompareEndsWith))
+        LoadBook(file, plies, count, skipped, read);
     else
         LoadEpd(file, skipped, read);
     return read;
@@ -168,9 +170,30 @@ void clsOpenings::LoadPgn(const clsString& file, int32_t plies, nuvobase::clsCSt
     });
 }
 
-void clsOpenings::Shuffle(uint64_t seed) {
-    uint64_t state = seed;
-    for (size_t i = Items.size(); i > 1; --i) std::swap(Items[i - 1], Items[SplitMix(state) % i]);
+void clsOpenings::LoadBook(const clsString& file, int32_t plies, int32_t count, nuvobase::clsCStrings& skipped,
+                           bool& read) {
+    clsPolyglotBook book;
+    clsString error;
+    read = book.Load(file, error);
+    if (!read) {
+        skipped.Add(file + ": " + error + ", the book is not used");
+        return;
+    }
+    clsChessCore core;
+    const int32_t walk = plies > 0 ? std::min(plies, MaxBookPlies) : MaxBookPlies;
+    const int32_t lines = std::clamp(count, 1, MaxBookLines);
+    for (int32_t line = 0; line < lines; ++line) {
+        const clsString moves = DrawBookLine(book, core, walk, Generator);
+        if (!moves.IsEmpty() && core.GameStatus() == GameOn) Items.push_back({clsString(), moves});
+    }
+    if (Items.size() < size_t(lines))
+        skipped.Add(file + ": " + clsString(int64_t(lines - int32_t(Items.size()))) + " of " +
+                    clsString(int64_t(lines)) +
+                    " lines drawn have no move from the start position or end the game, openings skipped");
+}
+
+void clsOpenings::Shuffle() {
+    for (size_t i = Items.size(); i > 1; --i) std::swap(Items[i - 1], Items[Generator() % i]);
 }
 
 const clsOpening& clsOpenings::ForRound(int32_t round) const {

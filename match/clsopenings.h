@@ -1,11 +1,13 @@
 #pragma once
-// The openings of a tournament: positions of an EPD file or the first moves of the games of a PGN file,
-// in file order or shuffled by a seed, so that the same seed gives the same sequence on any machine.
+// The openings of a tournament: positions of an EPD file, the first moves of the games of a PGN file, or
+// walks through a polyglot book; in file order or shuffled. One seeded generator draws both the walks and
+// the shuffle from its raw output, so that the same seed gives the same sequence on any machine.
 
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
 
 #include <cstdint>
+#include <random>
 #include <vector>
 
 namespace nvoChess {
@@ -19,12 +21,16 @@ struct clsOpening {
 
 class clsOpenings {
 public:
-    // Reads an EPD file, or a PGN file (by the extension, any case) up to plies plies a game, 0 for whole
-    // games. Openings that are no legal position or whose moves are not legal are left out; skipped takes one
-    // line about each. False when the file cannot be read.
-    bool Load(const nuvobase::clsString& file, int32_t plies, nuvobase::clsCStrings& skipped);
-    // Shuffles the openings by the seed; the same seed gives the same order everywhere.
-    void Shuffle(uint64_t seed);
+    // Seeds the walks through a book and the shuffle.
+    void Seed(uint64_t seed) { Generator.seed(seed); }
+    // Reads an EPD file, a PGN file up to plies plies a game (0 for whole games), or draws lines of up to
+    // plies plies (0 for as far as the book goes) from a polyglot book, one for each of count rounds; the
+    // kind comes from the extension, any case. Openings that are no legal position or whose moves are not
+    // legal are left out; skipped takes one line about each, or about a damaged book. False when the file
+    // cannot be read.
+    bool Load(const nuvobase::clsString& file, int32_t plies, int32_t count, nuvobase::clsCStrings& skipped);
+    // Shuffles the openings by the seeded generator.
+    void Shuffle();
     // The opening of a round, counted from 1, wrapping around the sequence.
     const clsOpening& ForRound(int32_t round) const;
     // Some opening is a set-up position, which an engine must be able to take as FEN.
@@ -37,6 +43,10 @@ public:
 private:
     void LoadEpd(const nuvobase::clsString& file, nuvobase::clsCStrings& skipped, bool& read);
     void LoadPgn(const nuvobase::clsString& file, int32_t plies, nuvobase::clsCStrings& skipped, bool& read);
+    void LoadBook(const nuvobase::clsString& file, int32_t plies, int32_t count, nuvobase::clsCStrings& skipped,
+                  bool& read);
+
+    std::mt19937_64 Generator;
 };
 
 } // namespace nvoChess

@@ -21,8 +21,11 @@ bool clsTourney::ReadOpenings(clsXML& options) {
     if (!element) return true;
     OpeningsFile = element->GetAttribute("file");
     const int32_t plies = int32_t(std::strtol(element->GetAttribute("plies").Text(), nullptr, 10));
+    // Without a seed every run has openings of its own.
+    const clsString seed = element->GetAttribute("seed");
+    Openings.Seed(seed.IsEmpty() ? RandomNext() : std::strtoull(seed.Text(), nullptr, 10));
     nuvobase::clsCStrings skipped;
-    const bool read = Openings.Load(OpeningsFile, plies > 0 ? plies : 0, skipped);
+    const bool read = Openings.Load(OpeningsFile, plies > 0 ? plies : 0, Rounds, skipped);
     for (int i = 0; i < skipped.Count; ++i) Output->Write("# " + skipped.GetAt(i), true);
     if (!read || Openings.Items.empty()) {
         Output->Write(
@@ -31,9 +34,7 @@ bool clsTourney::ReadOpenings(clsXML& options) {
     }
     const clsString order = element->GetAttribute("order");
     if (order == "random") {
-        const clsString seed = element->GetAttribute("seed");
-        // Without a seed every run has an order of its own.
-        Openings.Shuffle(seed.IsEmpty() ? RandomNext() : std::strtoull(seed.Text(), nullptr, 10));
+        Openings.Shuffle();
     } else if (!order.IsEmpty() && order != "sequential") {
         Output->Write("# tourney: openings order " + order.Quote('"') +
                           " is neither sequential nor random; "

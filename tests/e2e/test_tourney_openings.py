@@ -6,11 +6,12 @@ import os
 import re
 import shutil
 import signal
+import struct
 import subprocess
 import tempfile
 import time
 
-from corvane_driver import BINARY, check, debian_program
+from corvane_driver import BINARY, check, debian_program, run_ok
 from tourney_files import engine, play, read_game, results, tourney_xml, write
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -106,6 +107,41 @@ def openings_gauntlet(folder, run):
     return order
 
 
+# A hand-made polyglot book: 1.e4 of weight 3 and 1.d4 of weight 0; after 1.e4, 1...e5 of weight 1 and 1...c5 of 2.
+START, AFTER_E4 = 0x463B96181691FC9C, 0x823C9B50FD114196
+BOOK = b"".join(struct.pack(">QHHI", key, move, weight, 0)
+                for key, move, weight in [(START, 796, 3), (START, 731, 0), (AFTER_E4, 3364, 1), (AFTER_E4, 3234, 2)])
+
+
+def book_openings(folder, book=BOOK):
+    """The first two plies of each round's games of a round robin with openings drawn from a book."""
+    with open(os.path.join(folder, "book.bin"), "wb") as out:
+        out.write(book)
+    engines = [engine("A", "embedded"), engine("B", "embedded")]
+    xml = tourney_xml("book", "roundrobin", folder, engines, 2000, rounds="6")
+    options = '<openings file="book.bin" plies="8" seed="7"/><adjudicate maxmoves="4"/>'
+    lines = run_ok([], ["-use=tourney", "-ini=" + write(os.path.join(folder, "book.xml"), with_options(xml, options))],
+                   200, cwd=folder)
+    by_round = {}
+    for f in (line.split("\t") for line in lines):
+        if len(f) >= 11 and f[5] == "result":
+            tags, plies, _ = read_game(f[10])
+            check("FEN" not in tags, "a book opening starts from the start position: %r" % tags)
+            by_round.setdefault(int(f[2]), set()).add(" ".join(plies[:2]))
+    return lines, [by_round[r] for r in sorted(by_round)]
+
+
+def book_walks(folder):
+    lines, rounds = book_openings(folder)
+    check(len(rounds) == 6 and all(len(r) == 1 and r <= {"e2e4 e7e5", "e2e4 c7c5"} for r in rounds),
+          "each round plays one walk of book moves, both colours: %r" % rounds)
+    check(len(set.union(*rounds)) == 2, "both replies are drawn: %r" % rounds)
+    check(book_openings(folder)[1] == rounds, "the same seed draws the same openings")
+    lines, _ = book_openings(folder, BOOK[:-1])
+    check(any("size 63 is no multiple of 16" in l for l in lines) and any("the tournament stops" in l for l in lines),
+          "a damaged book stops the tournament: %r" % lines[-3:])
+
+
 def killed_halfway(folder):
     engines = [engine("A", "embedded"), engine("B", "embedded")]
     xml = tourney_xml("kill", "gauntlet", folder, engines, 8000, rounds="8", threads=1)
@@ -126,6 +162,7 @@ def killed_halfway(folder):
 def main():
     debian_program("stockfish")
     with tempfile.TemporaryDirectory(prefix="corvane_openings_", ignore_cleanup_errors=True) as folder:
+        book_walks(folder)
         adjudications(folder)
         first = openings_gauntlet(folder, 1)
         check(openings_gauntlet(folder, 2) == first, "the same seed plays the same openings in the same order")
