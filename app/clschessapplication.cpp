@@ -5,9 +5,9 @@
 #include "nuvobase/platform.h"
 #include "search/clsembeddedplayer.h"
 #include "search/clsenginecorvane.h"
+#include "search/clstimerule.h"
 #include "vesko/clsenginevesko.h"
 
-#include <cstdlib>
 
 namespace nvoChess {
 
@@ -24,14 +24,17 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
     clsEngineCorvane::CommandLine = Arguments;
     clsTourneyGame::MakeEmbedded = [](const clsString& name, nuvobase::clsTSafeOutput* output,
                                       clsTourneyGame* game) -> std::unique_ptr<clsEngineInterface> {
-        return std::make_unique<clsEmbeddedPlayer>(name, output, game);
+        // A learning run hands the soul of its candidate to the player through a file.
+        clsString soul;
+        soul.LoadFromFile(clsTourney::SoulFile);
+        return std::make_unique<clsEmbeddedPlayer>(name, output, game, soul);
     };
     LogFile = Arguments.GetValue("-log");
     if (Arguments.Find(clsString("-strictuci")) >= 0) Strict = std::make_unique<clsStrictUci>(*this);
     SetEngine(clsString("vesko"));
     const clsString memory = Arguments.GetValue("memory");
-    SetMemory(memory.IsEmpty() ? DefaultMemoryMb : ReadDecimal(memory));
-    Engine->SetPosition(clsString(StartFen));
+    SetMemory(memory.IsEmpty() ? DefaultMemoryMb : memory.ToDecimal());
+    Engine->SetPosition(clsString(StartPositionFen));
     PublishedFen.Set(Engine->GetPosition());
 }
 
@@ -51,12 +54,13 @@ bool clsChessApplication::Run() {
     if (Arguments.GetValue("-use") == "tourney") {
         ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
         // The program ends once the tournament has ended and written its files.
-        while (GetState() == 1 && !Tourneys.empty() && Tourneys.back()->IsRunning()) nuvobase::SleepMs(1);
+        while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
+            nuvobase::SleepMs(1);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
         if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
         nuvobase::StdIn.Start();
-        while (GetState() != 0 && CommandLoopPass()) {
+        while (GetState() != ThreadStopped && CommandLoopPass()) {
         }
     }
     Engine->Info(clsString("end"));
@@ -198,7 +202,7 @@ bool clsChessApplication::StartThinking() {
         allowance = BaseTimeMs;
         EngineTimeMs = 100 * allowance;
     } else {
-        allowance = MoveAllowance(EngineTimeMs, controlMoves, moveNumber);
+        allowance = ApplicationTimeRule.Allowance(EngineTimeMs, controlMoves, moveNumber);
     }
     // An allowance used up before the start stops the search at the first look; 0 would mean no deadline.
     const int64_t deadline = int64_t(ThinkStart) + allowance;
@@ -208,20 +212,6 @@ bool clsChessApplication::StartThinking() {
                      " - time " + clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
     }
     return Engine->Start();
-}
-
-int64_t clsChessApplication::MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber) {
-    // A little is kept back for the answer to reach the GUI, unless the clock is nearly gone.
-    const int64_t available = timeMs > 100 ? timeMs - 50 : timeMs;
-    int64_t movesLeft = movesPerControl != 0 ? movesPerControl - moveNumber + 2 : 40;
-    // A control that has no moves left (a negative control) is treated like a whole game.
-    if (movesLeft <= 0) movesLeft = 40;
-    return available / movesLeft;
-}
-
-int64_t clsChessApplication::ReadDecimal(const clsString& text) {
-    // strtoll saturates where the text overflows 64 bits and gives 0 for text that is no number.
-    return std::strtoll(text.Text(), nullptr, 10);
 }
 
 void clsChessApplication::ShowProgress() {

@@ -33,7 +33,8 @@ public:
     static constexpr int32_t StateEpd = 5;
     static constexpr int32_t StateLearning = 6;
 
-    static constexpr const char* StartFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+    // Both clocks at start, and what XBoard new sets them to.
+    static constexpr int64_t StartClockMs = 300000;
 
     // arguments: the name/value table of the command line.
     explicit clsChessApplication(const nuvobase::clsStrings& arguments);
@@ -93,11 +94,6 @@ public:
     // Sets the position of the arguments of "position" on anything that takes a FEN and coordinate moves: a
     // move that fails is skipped. No text, or "startpos", is the start position.
     template <class Board> static void SetUpPosition(Board& board, const clsString& arguments);
-    // The milliseconds a search may take: timeMs shared out over the moves left to the control
-    // (movesPerControl minus moveNumber, plus 2) or over 40 moves without a control.
-    static int64_t MoveAllowance(int64_t timeMs, int64_t movesPerControl, int64_t moveNumber);
-    // A number the user typed, read as decimal; text that is no number reads as 0.
-    static int64_t ReadDecimal(const clsString& text);
 
     nuvobase::clsTSafeOutput* Output;
     int32_t DefaultMemoryMb = 64;
@@ -115,12 +111,12 @@ public:
     bool Ponder = false;
     bool Post = false;
     bool ShowBoard = false;
-    int64_t InitialTimeMs = 300000;
+    int64_t InitialTimeMs = StartClockMs;
     int64_t MovesPerControl = 0;
     int64_t BaseTimeMs = 0;
     int64_t IncrementMs = 0;
-    int64_t EngineTimeMs = 300000;
-    int64_t OpponentTimeMs = 300000;
+    int64_t EngineTimeMs = StartClockMs;
+    int64_t OpponentTimeMs = StartClockMs;
     uint64_t ThinkStart = 0;
     uint64_t Deadline = 0;
     uint64_t LastProgress = 0;
@@ -167,7 +163,7 @@ template <class Board> void clsChessApplication::SetUpPosition(Board& board, con
         fen.Trim(' ');
     }
     // No position at all is the start position too, whatever an engine makes of an empty text.
-    if (fen == "startpos" || fen.IsEmpty()) fen = StartFen;
+    if (fen == "startpos" || fen.IsEmpty()) fen = StartPositionFen;
     board.SetPosition(fen);
     int position = 0;
     while (position >= 0) {

@@ -4,6 +4,7 @@
 #include "nuvobase/platform.h"
 #include "search/clsenginecorvane.h"
 #include "search/clssoul.h"
+#include "search/clstimerule.h"
 
 #include <algorithm>
 
@@ -16,43 +17,7 @@ namespace {
 constexpr const char* Author = "the Corvane developers";
 constexpr const char* NoMove = "0000";
 constexpr int64_t LargestHashMb = 65536;
-constexpr int64_t Absent = -1;          // a word of go that did not come
-constexpr int64_t MostMovesToGo = 1000; // more moves to go share the clock as the rest of a game does
-
-// The words of go that carry a number, in the order of the fields of GoWords.
-constexpr const char* NumberWords[] = {"wtime",     "btime",    "winc",  "binc",
-                                       "movestogo", "movetime", "depth", "nodes"};
-enum eNumberWord {
-    WhiteTime,
-    BlackTime,
-    WhiteIncrement,
-    BlackIncrement,
-    MovesToGo,
-    MoveTime,
-    Depth,
-    Nodes,
-    Count
-};
-
-struct GoWords {
-    int64_t Numbers[Count] = {Absent, Absent, Absent, Absent, Absent, Absent, Absent, Absent};
-    bool Infinite = false;
-    bool Ponder = false;
-
-    explicit GoWords(const clsString& arguments) {
-        int position = 0;
-        while (position >= 0) {
-            const clsString word = arguments.NextWord(' ', position, false, true);
-            Infinite = Infinite || word == "infinite";
-            Ponder = Ponder || word == "ponder";
-            for (int i = 0; i < Count; ++i)
-                if (word == NumberWords[i] && position >= 0)
-                    Numbers[i] =
-                        clsChessApplication::ReadDecimal(arguments.NextWord(' ', position, false, true));
-        }
-    }
-    int64_t operator[](eNumberWord word) const { return Numbers[word]; }
-};
+constexpr int64_t Absent = -1; // a word of go that did not come
 
 } // namespace
 
@@ -114,7 +79,7 @@ void clsStrictUci::SetOption(const clsString& arguments) {
     if (name == "Hash") {
         Finish();
         App.HaltEngine();
-        App.SetMemory(clsChessApplication::ReadDecimal(value));
+        App.SetMemory(value.ToDecimal());
     } else if (name == "Soul" && corvane) {
         Finish();
         App.HaltEngine();
@@ -134,23 +99,26 @@ int clsStrictUci::Go(const clsString& arguments) {
     // The GUI's clock runs from the go: so does the allowance.
     const uint64_t start = nuvobase::ClockMs();
     Finish();
-    const GoWords words(arguments);
+    const clsGoLimits words = clsGoLimits::Read(arguments);
+    const auto number = [&words](clsGoLimits::eNumber word) { return words.ValueOr(word, Absent); };
     clsEngineInterface& engine = *App.Engine;
     App.HaltEngine();
     const bool white = Mirror->Board.SideToMove == 0;
     // Nothing of an earlier search bounds this one.
     engine.MaxDepth = 0;
-    engine.Limits.Plies = int32_t(std::clamp<int64_t>(words[Depth], 0, NodeCount));
-    engine.Limits.Nodes = words[Nodes] > 0 ? uint64_t(words[Nodes]) : 0;
+    engine.Limits.Plies = int32_t(std::clamp<int64_t>(number(clsGoLimits::Depth), 0, NodeCount));
+    const int64_t nodes = number(clsGoLimits::Nodes);
+    engine.Limits.Nodes = nodes > 0 ? uint64_t(nodes) : 0;
     engine.Limits.DepthLines = true;
     engine.Post = App.Post;
 
-    const int64_t clock = words[white ? WhiteTime : BlackTime];
+    const int64_t clock = number(white ? clsGoLimits::WhiteTime : clsGoLimits::BlackTime);
+    const int64_t moveTime = number(clsGoLimits::MoveTime);
     int64_t allowance = Absent;
-    if (words[MoveTime] != Absent)
-        allowance = std::max<int64_t>(words[MoveTime], 0);
+    if (moveTime != Absent)
+        allowance = std::max<int64_t>(moveTime, 0);
     else if (clock != Absent)
-        allowance = ClockAllowance(clock, words[MovesToGo]);
+        allowance = StrictUciTimeRule.Allowance(clock, number(clsGoLimits::MovesToGo));
     Infinite = words.Infinite;
     Held = Infinite || words.Ponder;
     // A ponder search thinks on the opponent's time; its own time starts at ponderhit.
@@ -166,11 +134,6 @@ int clsStrictUci::Go(const clsString& arguments) {
     Pending = true;
     engine.Start();
     return 0;
-}
-
-int64_t clsStrictUci::ClockAllowance(int64_t clockMs, int64_t movesToGo) {
-    const int64_t control = movesToGo > 0 && movesToGo <= MostMovesToGo ? movesToGo : 0;
-    return std::max<int64_t>(clsChessApplication::MoveAllowance(clockMs, control, 0), 0);
 }
 
 void clsStrictUci::Watch(uint64_t now) {

@@ -26,10 +26,6 @@ public:
     // limit runs to it. True while a go is still unanswered.
     bool InputEnded();
 
-    // The milliseconds of a move from the mover's clock: the application's allowance with the moves to go as
-    // the control; none, or an unlikely many, share the clock as the rest of a game does. Never below 0.
-    static int64_t ClockAllowance(int64_t clockMs, int64_t movesToGo);
-
 private:
     void Identify();
     void SetOption(const nuvobase::clsString& arguments);

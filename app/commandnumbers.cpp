@@ -7,7 +7,7 @@
 namespace nvoChess {
 
 int64_t ReadBounded(const nuvobase::clsString& text, int64_t bound) {
-    return std::clamp<int64_t>(clsChessApplication::ReadDecimal(text), -bound, bound);
+    return std::clamp<int64_t>(text.ToDecimal(), -bound, bound);
 }
 
 int64_t SecondsToMs(int64_t seconds) {

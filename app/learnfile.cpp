@@ -62,7 +62,7 @@ int64_t HighestGeneration(const nuvobase::clsCStrings& lines, int& first) {
     first = 0;
     for (int i = 0; i < lines.Count; ++i) {
         const int64_t generation =
-            clsChessApplication::ReadDecimal(TabField(lines.GetAt(i), FieldGeneration));
+            TabField(lines.GetAt(i), FieldGeneration).ToDecimal();
         if (generation > highest) {
             highest = generation;
             first = i;
@@ -78,7 +78,7 @@ clsLearnLine ReadLearnLine(const clsString& line) {
     if (fields.size() > FieldName) read.Name = fields[FieldName];
     if (read.Name.Size() >= 2 && *read.Name.At(0) == '\'' && *read.Name.At(read.Name.Size() - 1) == '\'')
         read.Name = read.Name.Mid(1, read.Name.Size() - 2);
-    if (fields.size() > FieldScore) read.Score = clsChessApplication::ReadDecimal(fields[FieldScore]);
+    if (fields.size() > FieldScore) read.Score = fields[FieldScore].ToDecimal();
     read.Soul = read.Name + "=";
     int parameters = 0;
     for (size_t f = FieldScore; f < fields.size(); ++f) {

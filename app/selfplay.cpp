@@ -96,7 +96,7 @@ void clsChessApplication::PlayCommand(const clsString& arguments) {
     auto second = std::make_unique<clsEngineCorvane>(&Share, clsString("Corvane"), Output);
     first->SelectSoul(soulA);
     second->SelectSoul(soulB);
-    PlaySelfGame(*first, *second, msPerMove, maxMoves, clsString(StartFen));
+    PlaySelfGame(*first, *second, msPerMove, maxMoves, clsString(StartPositionFen));
 }
 
 } // namespace nvoChess

@@ -2,7 +2,6 @@
 // StartThinking; every other word goes to the console.
 #include "app/clschessapplication.h"
 
-#include <climits>
 #include <cstring>
 
 namespace nvoChess {
@@ -22,16 +21,6 @@ int FindKeyword(const clsString& text, const char* keyword, int from) {
 clsString TrimmedSpan(const clsString& text, int from, int to) {
     clsString span = text.Mid(from, to - from);
     return span.Trim(' ');
-}
-
-int ClampToInt(int64_t value) {
-    return int(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value);
-}
-
-// The value word behind a word of go, read as a decimal number; a missing one reads as 0.
-int NextValue(const clsString& arguments, int& position) {
-    if (position < 0) return 0;
-    return ClampToInt(clsChessApplication::ReadDecimal(arguments.NextWord(' ', position, false, true)));
 }
 
 } // namespace
@@ -89,32 +78,8 @@ int clsChessApplication::UciPosition(const clsString& arguments) {
 }
 
 int clsChessApplication::UciGo(const clsString& arguments) {
-    int position = 0;
-    while (position >= 0) {
-        const clsString word = arguments.NextWord(' ', position, false, true);
-        if (word == "wtime") {
-            Engine->SetClock(0, NextValue(arguments, position));
-        } else if (word == "btime") {
-            Engine->SetClock(1, NextValue(arguments, position));
-        } else if (word == "winc") {
-            Engine->SetClock(2, NextValue(arguments, position));
-        } else if (word == "binc") {
-            Engine->SetClock(3, NextValue(arguments, position));
-        } else if (word == "movetime") {
-            Engine->SetClock(4, NextValue(arguments, position));
-        } else if (word == "movestogo") {
-            NextValue(arguments, position);
-        } else if (word == "depth") {
-            Engine->SetMaxDepth(NextValue(arguments, position));
-        } else if (word == "nodes") {
-            Engine->SetMaxNodes(NextValue(arguments, position));
-        } else if (word == "mate") {
-            Engine->SetMateDepth(NextValue(arguments, position));
-        } else if (word == "infinite") {
-            Engine->SetMaxDepth(64);
-        }
-        // ponder, and any word not known, is skipped: a ponder search runs as a normal one.
-    }
+    // ponder, and any word not known, is skipped: a ponder search runs as a normal one.
+    Engine->TakeGo(clsGoLimits::Read(arguments));
     HaltEngine();
     State = Engine->IsWhiteToMove() ? StateEngineWhite : StateEngineBlack;
     return StartThinking();

@@ -117,7 +117,7 @@ int Ping(App& app, const clsString& text) {
 
 int New(App& app, const clsString&) {
     StopInState(app, App::StateIdle);
-    app.SetBoard(clsString(App::StartFen));
+    app.SetBoard(clsString(StartPositionFen));
     app.State = App::StateEngineBlack;
     app.EngineTimeMs = app.InitialTimeMs;
     app.OpponentTimeMs = app.InitialTimeMs;
@@ -190,7 +190,7 @@ int BookMove(App& app, const clsString&) {
 int Undo(App& app, const clsString&) {
     StopInState(app, App::StateIdle);
     // With nothing to take back the game starts again.
-    clsString fen(App::StartFen);
+    clsString fen(StartPositionFen);
     if (app.FenHistory.Count > 0) {
         fen = app.FenHistory.GetAt(app.FenHistory.Count - 1);
         app.FenHistory.Delete(app.FenHistory.Count - 1);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "chess/clschesscore.h"
 #include "nuvobase/clsstring.h"
 
 struct BenchArgs {
@@ -38,6 +39,6 @@ inline bool ReadBenchArgs(int argc, char** argv, int first, BenchArgs& args) {
         if (i > first + 1) args.Fen += ' ';
         args.Fen += argv[i];
     }
-    if (args.Fen == "startpos") args.Fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+    if (args.Fen == "startpos") args.Fen = nvoChess::StartPositionFen;
     return true;
 }

@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
     const std::string fake = argc > 2 ? argv[2] : FakeEngineBesideSources();
     clsTourneyGame::MakeEmbedded = [](const clsString& name, nuvobase::clsTSafeOutput* output,
                                       clsTourneyGame* game) -> std::unique_ptr<clsEngineInterface> {
-        return std::make_unique<TimedPlayer>(name, output, game);
+        return std::make_unique<TimedPlayer>(name, output, game, clsString());
     };
     constexpr int EmbeddedPlies = 60;
     clsPlayer first("A", "embedded", "", ""), second("B", "embedded", "", "");

@@ -1,6 +1,5 @@
 // Reading one game of PGN text into a clsGame.
 #include <cctype>
-#include <cstdlib>
 
 #include "book/clsfentable.h"
 #include "book/clsgame.h"
@@ -110,7 +109,7 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
             if (token == "1-0" || token == "0-1" || token == "1/2-1/2")
                 SetResultText(token);
             else if (FirstMoveNumber == 0)
-                FirstMoveNumber = std::atoi(token.Text());
+                FirstMoveNumber = int32_t(token.ToDecimal());
             continue;
         }
         if (token.Text()[0] == '{') {

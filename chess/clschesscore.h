@@ -17,6 +17,9 @@ namespace nvoChess {
 // The wildcard pattern of a SAN move, in the shape of a long move text: "Nf3" gives "N??-f3".
 nuvobase::clsString SanToPattern(const nuvobase::clsString& san);
 
+// The position a game starts from.
+constexpr const char* StartPositionFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
 constexpr int MovePoolSize = 12801; // 128 plies of 100 moves, and the fake parent move of the root
 constexpr int NodeCount = 128;
 

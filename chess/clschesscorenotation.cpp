@@ -2,7 +2,6 @@
 // against the long texts of the generated moves.
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -26,7 +25,6 @@ constexpr struct {
     char Letter;
 } RightLetters[4] = {
     {WhiteKingSide, 'K'}, {WhiteQueenSide, 'Q'}, {BlackKingSide, 'k'}, {BlackQueenSide, 'q'}};
-constexpr const char* DefaultFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
 // The piece word and whether the letter is white, for the letters of a placement; false for other characters.
 bool PieceOfLetter(char letter, int& piece, bool& white) {
@@ -47,7 +45,7 @@ bool PieceOfLetter(char letter, int& piece, bool& white) {
 
 // A number field: its leading digits, clamped to what a counter holds.
 int32_t FieldNumber(const clsString& field) {
-    const long value = std::strtol(field.Text(), nullptr, 10);
+    const int64_t value = field.ToDecimal();
     return value > INT_MAX ? INT_MAX : static_cast<int32_t>(value);
 }
 
@@ -188,7 +186,7 @@ clsString SanToPattern(const clsString& san) {
 
 bool clsChessCore::SetPosition(const clsString& fen, nuvobase::clsStrings* epdFields) {
     Board = clsBoard();
-    StartFen = DefaultFen;
+    StartFen = StartPositionFen;
     const clsString& text = fen.IsEmpty() ? StartFen : fen;
 
     // The placement, from a8 down to h1; "/" takes back its own step, so only the squares count.

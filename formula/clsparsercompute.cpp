@@ -17,13 +17,23 @@ constexpr int32_t LowestLevel = -(LevelStep << 16);
 // Stored ranks lose this bit, so that "(" arrives high enough to run nothing and then waits low.
 constexpr int32_t ArrivalBit = 128;
 
+// The ranks of the operators, lowest first: a higher rank binds tighter.
 constexpr int32_t RankEnd = 1;
-constexpr int32_t RankOpen = 130;
+constexpr int32_t RankNeg = 1;
+constexpr int32_t RankClose = 2;
+constexpr int32_t RankComma = 3;
 constexpr int32_t RankOr = 4;
 constexpr int32_t RankAnd = 5;
 constexpr int32_t RankNot = 6;
-constexpr int32_t RankNeg = 1;
+constexpr int32_t RankEqual = 8;
+constexpr int32_t RankContains = 9; // "#" and the "#" pairs
+constexpr int32_t RankCompare = 10; // "<", ">", their pairs, and a quote
+constexpr int32_t RankJoin = 12;    // "&"
+constexpr int32_t RankSum = 14;     // "+" "-"
+constexpr int32_t RankProduct = 16; // "*" "/" "\\"
+constexpr int32_t RankPower = 18;   // "^" "~"
 constexpr int32_t RankSpace = 22;
+constexpr int32_t RankOpen = 130;
 // A minus that follows "(", "*", "+", ",", "-" or "/" negates the value behind it: it ranks above every
 // binary operator, so the first operator after that value runs it. 2*(-3+1) gives -4, 1+-2*3+4 gives -1.
 constexpr int32_t RankNegation = 20;
@@ -44,44 +54,44 @@ Operator ReadOperator(const char* text) {
     case 0:
         return {CodeEnd, RankEnd, 0};
     case ')':
-        return {')', 2, 1};
+        return {')', RankClose, 1};
     case '(':
         return {'(', RankOpen, 1};
     case ',':
-        return {',', 3, 1};
+        return {',', RankComma, 1};
     case '=':
-        return {'=', 8, 1};
+        return {'=', RankEqual, 1};
     case '#': {
         static const char Followers[] = "!<>%&|^";
         static const int32_t Codes[] = {CodeNotContains, CodeStartsWith, CodeEndsWith, CodeMatches,
                                         CodeBitAnd,      CodeBitOr,      CodeBitXor};
         const char* follower = text[1] ? std::strchr(Followers, text[1]) : nullptr;
-        if (follower) return {Codes[follower - Followers], 9, 2};
-        return {'#', 9, 1};
+        if (follower) return {Codes[follower - Followers], RankContains, 2};
+        return {'#', RankContains, 1};
     }
     case '<':
-        if (text[1] == '=') return {CodeLessEqual, 10, 2};
-        if (text[1] == '>') return {CodeNotEqual, 10, 2};
-        return {'<', 10, 1};
+        if (text[1] == '=') return {CodeLessEqual, RankCompare, 2};
+        if (text[1] == '>') return {CodeNotEqual, RankCompare, 2};
+        return {'<', RankCompare, 1};
     case '>':
-        if (text[1] == '=') return {CodeGreaterEqual, 10, 2};
-        if (text[1] == '>') return {CodeShift, 10, 2};
-        return {'>', 10, 1};
+        if (text[1] == '=') return {CodeGreaterEqual, RankCompare, 2};
+        if (text[1] == '>') return {CodeShift, RankCompare, 2};
+        return {'>', RankCompare, 1};
     case '\'':
     case '"':
-        return {text[0], 10, 1};
+        return {text[0], RankCompare, 1};
     case '&':
-        return {'&', 12, 1};
+        return {'&', RankJoin, 1};
     case '+':
     case '-':
-        return {text[0], 14, 1};
+        return {text[0], RankSum, 1};
     case '*':
     case '/':
     case '\\':
-        return {text[0], 16, 1};
+        return {text[0], RankProduct, 1};
     case '^':
     case '~':
-        return {text[0], 18, 1};
+        return {text[0], RankPower, 1};
     default: // the space
         return {' ', RankSpace, 1};
     }

@@ -1,6 +1,9 @@
 #include "match/clsengineinterface.h"
 
+#include <algorithm>
 #include <bit>
+#include <climits>
+#include <utility>
 
 using nuvobase::clsString;
 
@@ -133,24 +136,44 @@ void clsEngineInterface::OnEngineOutput(const clsString&) {}
 void clsEngineInterface::SetClock(int which, int value) {
     const bool black = Side == 1;
     switch (which) {
-    case 0:
+    case ClockWhiteTime:
         (black ? OpponentTimeMs : OwnTimeMs) = value;
         break;
-    case 1:
+    case ClockBlackTime:
         (black ? OwnTimeMs : OpponentTimeMs) = value;
         break;
-    case 2:
+    case ClockWhiteIncrement:
         (black ? OpponentIncrementMs : OwnIncrementMs) = value;
         break;
-    case 3:
+    case ClockBlackIncrement:
         (black ? OwnIncrementMs : OpponentIncrementMs) = value;
         break;
-    case 4:
+    case ClockMovesToGo:
         MovesToGo = value;
         break;
     default:
         break;
     }
+}
+
+void clsEngineInterface::TakeGo(const clsGoLimits& limits) {
+    using Word = clsGoLimits::eNumber;
+    const auto value = [&limits](Word word) {
+        return int(std::clamp<int64_t>(limits.Value(word), INT_MIN, INT_MAX));
+    };
+    const std::pair<Word, eClockSlot> clocks[] = {{clsGoLimits::WhiteTime, ClockWhiteTime},
+                                                  {clsGoLimits::BlackTime, ClockBlackTime},
+                                                  {clsGoLimits::WhiteIncrement, ClockWhiteIncrement},
+                                                  {clsGoLimits::BlackIncrement, ClockBlackIncrement},
+                                                  {clsGoLimits::MoveTime, ClockMovesToGo}};
+    for (const auto& [word, slot] : clocks)
+        if (limits.Given(word)) SetClock(slot, value(word));
+    if (limits.InfiniteLast)
+        SetMaxDepth(InfiniteDepth);
+    else if (limits.Given(clsGoLimits::Depth))
+        SetMaxDepth(value(clsGoLimits::Depth));
+    if (limits.Given(clsGoLimits::Nodes)) SetMaxNodes(value(clsGoLimits::Nodes));
+    if (limits.Given(clsGoLimits::Mate)) SetMateDepth(value(clsGoLimits::Mate));
 }
 
 void clsEngineInterface::Info(const clsString& text) {

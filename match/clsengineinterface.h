@@ -3,6 +3,7 @@
 // hold every engine, embedded or external, through this class.
 #include "book/clsbook.h"
 #include "book/clsbookentry.h"
+#include "match/clsgolimits.h"
 #include "nuvobase/clscollection.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
@@ -104,9 +105,22 @@ public:
     // of this process starts its search on the clocks here. Does nothing for another program.
     virtual void Think();
 
-    // Stores a clock by colour: 0 white time, 1 black time, 2 white increment,
-    // 3 black increment, 4 MovesToGo. Own and opponent follow Side.
+    // The slots of SetClock.
+    enum eClockSlot {
+        ClockWhiteTime,
+        ClockBlackTime,
+        ClockWhiteIncrement,
+        ClockBlackIncrement,
+        ClockMovesToGo
+    };
+    // The depth of a go that searches until stopped.
+    static constexpr int InfiniteDepth = 64;
+    // Stores a clock by colour; own and opponent follow Side.
     void SetClock(int which, int value);
+    // A go of the plain UCI dialect: the clock words go to SetClock, movetime to the moves-to-go slot, depth,
+    // nodes and mate to their setters; infinite behind the last depth is InfiniteDepth. A word that did not
+    // come changes nothing; values are cut to the range of int.
+    void TakeGo(const clsGoLimits& limits);
     // A remark for the GUI: "# " in XBoard mode, "info string " in UCI mode.
     void Info(const nuvobase::clsString& text);
     // With DepthLines asked for: the UCI line of a finished depth. mateMoves is 0 unless a result is

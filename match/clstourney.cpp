@@ -22,7 +22,7 @@ clsString Number(int64_t value) {
 }
 
 int32_t ReadNumber(const clsString& text) {
-    return int32_t(std::strtol(text.Text(), nullptr, 10));
+    return int32_t(text.ToDecimal());
 }
 
 // An attribute read as a number, or fallback when it is absent.

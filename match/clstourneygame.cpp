@@ -13,15 +13,19 @@ namespace nvoChess {
 
 namespace {
 
-constexpr const char* StartPosition = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 // The bits of a result word that decide the points.
-constexpr uint32_t ScoringMask = 0x820B;
+constexpr uint32_t ScoringMask = CodeAborted | CodeDraw | CodeBlackWon | CodeDecisive | CodeUndecided;
 // Results of one turn.
-constexpr uint32_t WhiteForfeits = 0x002A, BlackForfeits = 0x0026;
-constexpr uint32_t WhiteCrashed = 0x400A, BlackCrashed = 0x4006;
-constexpr uint32_t WhiteResigns = 0x004A, BlackResigns = 0x0046, BlackGivesUp = 0x0042;
-constexpr uint32_t WhiteIllegal = 0x010A, BlackIllegal = 0x0102;
-constexpr uint32_t RepetitionDraw = 0x0A00, ClaimedDraw = 0x0200;
+constexpr uint32_t WhiteForfeits = CodeTimeForfeit | CodeBlackWins,
+                   BlackForfeits = CodeTimeForfeit | CodeWhiteWins;
+constexpr uint32_t WhiteCrashed = CodeEngineCrash | CodeBlackWins,
+                   BlackCrashed = CodeEngineCrash | CodeWhiteWins;
+constexpr uint32_t WhiteResigns = CodeResignation | CodeBlackWins,
+                   BlackResigns = CodeResignation | CodeWhiteWins,
+                   BlackGivesUp = CodeResignation | CodeDecisive;
+constexpr uint32_t WhiteIllegal = CodeIllegalMove | CodeBlackWins,
+                   BlackIllegal = CodeIllegalMove | CodeDecisive;
+constexpr uint32_t RepetitionDraw = CodeRepetition | CodeDraw, ClaimedDraw = CodeDraw;
 // Occurrences of a position before the newest one that end the game.
 constexpr int RepetitionsBefore = 3;
 
@@ -107,7 +111,7 @@ bool clsTourneyGame::Play() {
     Engines[firstMover]->Go();
     nuvobase::SleepMs(1);
     SideToMove = firstMover;
-    while (GetState() == 1 && Code == CodeRunning) {
+    while (GetState() == ThreadRunning && Code == CodeRunning) {
         if (AbortRequested) {
             SetCode(CodeAborted);
             break;
@@ -226,7 +230,7 @@ int clsTourneyGame::SetUpOpening() {
     SanMoves.clear();
     Adjudicator.Reset();
     AdjudicationRule.Clear();
-    Referee->SetPosition(StartFen.IsEmpty() ? clsString(StartPosition) : StartFen);
+    Referee->SetPosition(StartFen.IsEmpty() ? clsString(StartPositionFen) : StartFen);
     if (!StartFen.IsEmpty()) {
         Tags.SetValue("FEN", StartFen);
         Tags.SetValue("SetUp", "1");

@@ -1,7 +1,6 @@
 #include "nuvobase/clsdatetime.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <initializer_list>
@@ -34,7 +33,7 @@ const int64_t* YearStarts() {
 
 // A decimal number read as atoi reads it, clamped to the 32-bit range.
 int64_t ReadNumber(const clsString& text) {
-    return std::clamp<long long>(std::strtoll(text.Text(), nullptr, 10), INT32_MIN, INT32_MAX);
+    return std::clamp<int64_t>(text.ToDecimal(), INT32_MIN, INT32_MAX);
 }
 
 bool PartsAreValid(int64_t year, int64_t month, int64_t day, int64_t hour, int64_t minute, int64_t ms) {

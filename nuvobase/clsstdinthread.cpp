@@ -24,7 +24,7 @@ bool clsStdInThread::Run() {
     // next cancellation point.
     std::string pending;
     char chunk[4096];
-    while (GetState() == 1) {
+    while (GetState() == ThreadRunning) {
         InputState state = WaitForInput(Fd, 10);
         if (state == InputState::Idle) SleepMs(1);
         if (state == InputState::Ready) {

@@ -140,6 +140,9 @@ public:
     double ToDouble(double fallback = 0) const;
     // Sign, integer part with ',' ignored ("1,234", "0x1F"), fraction after '.' or ',', exponent after E/e.
     static double ParseDouble(const char* text);
+    // A decimal number at the start, after blanks and a sign, as a user types it: text that is no number
+    // reads as 0, and a number beyond 64 bits as the nearest bound.
+    int64_t ToDecimal() const;
     // Every '-' negates and is skipped; every other character adds the digit c-48 (c-55 above '9').
     int64_t ToSigned() const;
     // "mm:ss" gives ss + 60*mm; text without a colon gives its number times 60.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -141,6 +142,10 @@ double clsString::ToDouble(double fallback) const {
     const char* text = Text();
     while (*text == ' ') text++;
     return *text ? ParseDouble(text) : fallback;
+}
+
+int64_t clsString::ToDecimal() const {
+    return std::strtoll(Text(), nullptr, 10);
 }
 
 int64_t clsString::ToSigned() const {

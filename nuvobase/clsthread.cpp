@@ -12,8 +12,8 @@ clsThread::clsThread(const clsString& name) : Name(name) {}
 
 clsThread::~clsThread() {
     Tag = 0;
-    if (GetState() != 0) RequestCancel();
-    State = 0;
+    if (GetState() != ThreadStopped) RequestCancel();
+    State = ThreadStopped;
     // Nobody joins the thread any more: it releases its resources when it ends.
     if (Joinable) pthread_detach(Handle);
 }
@@ -22,12 +22,12 @@ void* clsThread::Entry(void* object) {
     auto* thread = static_cast<clsThread*>(object);
     if (thread == nullptr || thread->Tag != ValidTag) return nullptr;
     ownObject = thread;
-    // State is already 1: Start set it before creating the thread, and a Stop
+    // State is already ThreadRunning: Start set it before creating the thread, and a Stop
     // that came in between must not be undone here.
     thread->Run();
     // A body may have destroyed its own object; then nothing of it is touched.
     if (thread->Tag != ValidTag) return nullptr;
-    thread->State = 0;
+    thread->State = ThreadStopped;
     thread->OnExit();
     thread->Exit();
     return nullptr;
@@ -58,12 +58,12 @@ void clsThread::Exit() {
 
 bool clsThread::Start() {
     if (Lock.Lock() == 0) {
-        if (GetState() == 0) {
+        if (GetState() == ThreadStopped) {
             ReapEnded();
-            State = 1;
+            State = ThreadRunning;
             ExitCode = 0;
             Joinable = pthread_create(&Handle, nullptr, Entry, this) == 0;
-            if (!Joinable) State = 0;
+            if (!Joinable) State = ThreadStopped;
         }
         Lock.Unlock();
     }
@@ -78,9 +78,9 @@ bool clsThread::Stop() {
     // The thread itself may stop while its owner waits for it, holding Lock.
     bool own = IsOwnThread();
     bool locked = !own && Lock.Lock() == 0;
-    if (GetState() != 0) {
+    if (GetState() != ThreadStopped) {
         if (own || locked) RequestCancel();
-        State = 0;
+        State = ThreadStopped;
     }
     if (locked) Lock.Unlock();
     return true;
@@ -89,18 +89,18 @@ bool clsThread::Stop() {
 bool clsThread::Wait() {
     // A thread cannot join itself: that join would report a deadlock.
     if (IsOwnThread()) {
-        if (GetState() != 1) return false;
-        State = 0;
+        if (GetState() != ThreadRunning) return false;
+        State = ThreadStopped;
         return true;
     }
     bool failed = false;
     if (Lock.Lock() == 0) {
         // A stopped thread may still be on its way to a cancellation point,
         // and one that ended by itself is still to be joined.
-        if (GetState() == 1 || Joinable) {
+        if (GetState() == ThreadRunning || Joinable) {
             if (Joinable) failed = pthread_join(Handle, nullptr) != 0;
             Joinable = false;
-            State = 0;
+            State = ThreadStopped;
         }
         Lock.Unlock();
     }
@@ -108,7 +108,7 @@ bool clsThread::Wait() {
 }
 
 bool clsThread::IsRunning() {
-    return GetState() != 0;
+    return GetState() != ThreadStopped;
 }
 
 int clsThread::GetState() {

@@ -23,6 +23,9 @@ namespace nuvobase {
 class clsThread {
 public:
     static constexpr std::uint64_t ValidTag = 0x1906200427102009ULL;
+    // The values of GetState.
+    static constexpr int ThreadStopped = 0;
+    static constexpr int ThreadRunning = 1;
 
     explicit clsThread(const clsString& name = EmptyString);
 
@@ -41,7 +44,7 @@ public:
     // Joins the thread; true when the join reported an error.
     virtual bool Wait();
     virtual bool IsRunning();
-    // 0 stopped, 1 running.
+    // ThreadStopped or ThreadRunning.
     virtual int GetState();
     // Queues text towards the thread; returns true.
     virtual bool PostInput(const clsString& text);
@@ -59,7 +62,7 @@ protected:
     clsProtectedStrings Output;
     clsString Name;
     clsMutex Lock; // guards starting, stopping and joining
-    std::atomic<std::int32_t> State{0};
+    std::atomic<std::int32_t> State{ThreadStopped};
     std::int32_t ExitCode = 0;
     pthread_t Handle{};
 

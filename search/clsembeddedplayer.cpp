@@ -1,25 +1,21 @@
 #include "search/clsembeddedplayer.h"
 
-#include "match/clstourney.h"
 #include "nuvobase/platform.h"
+#include "search/clstimerule.h"
 
 using nuvobase::clsString;
 
 namespace nvoChess {
 
 namespace {
-constexpr const char* StartPosition = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 constexpr int CentipawnsPerPawn = 100;
 } // namespace
 
 clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOutput* output,
-                                     clsTourneyGame* game)
+                                     clsTourneyGame* game, const clsString& soul)
     : clsEngineCorvane(&Table, name, output, game) {
     Table.ResizeTable(TableMb);
-    // A learning run hands its candidate soul to the player through a file; its numbers may be joined by
-    // tabs or by blanks.
-    clsString soul;
-    if (soul.LoadFromFile(clsTourney::SoulFile) > 0) LoadSoulText(soul.ReplaceAll("\t", " "));
+    if (!soul.IsEmpty()) LoadSoulText(clsString(soul).ReplaceAll("\t", " "));
     // Nothing to start and no handshake: the player is ready and working from the beginning.
     Ready = true;
     clsEngineInterface::Stopped = false;
@@ -27,14 +23,13 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
 
 void clsEmbeddedPlayer::Think() {
     StopEngine();
-    SetPosition(OpeningFen.IsEmpty() ? clsString(StartPosition) : OpeningFen);
+    SetPosition(OpeningFen.IsEmpty() ? clsString(StartPositionFen) : OpeningFen);
     int position = 0;
     while (position >= 0) {
         const clsString move = MoveHistory.NextWord(' ', position, false, true);
         if (!move.IsEmpty()) MakeMoveText(move);
     }
-    const int64_t allowance = (int64_t(OwnTimeMs) - ReserveMs) / MovesLeft;
-    Deadline = nuvobase::ClockMs() + uint64_t(allowance > 0 ? allowance : 0);
+    Deadline = nuvobase::ClockMs() + uint64_t(TournamentPlayerTimeRule.Allowance(OwnTimeMs));
     Thinking = true;
     Start();
 }

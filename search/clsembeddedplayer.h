@@ -18,14 +18,13 @@ class clsEmbeddedPlayer : private clsPlayerTable, public clsEngineCorvane {
 public:
     // The table each player searches with.
     static constexpr int64_t TableMb = 16;
-    // What is kept back from the clock, and the moves the rest is shared over.
-    static constexpr int64_t ReserveMs = 50;
-    static constexpr int64_t MovesLeft = 40;
 
-    clsEmbeddedPlayer(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
-                      clsTourneyGame* game);
+    // soul: the text of the soul to play with, its numbers joined by blanks or by tabs; empty for the
+    // default soul.
+    clsEmbeddedPlayer(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output, clsTourneyGame* game,
+                      const nuvobase::clsString& soul);
 
-    // Searches the game's position for (own clock - 50) / 40 ms.
+    // Searches the game's position for the time the tournament player's rule gives its own clock.
     void Think() override;
     // "move " and the move once the search has ended; stops a search that has passed its time.
     nuvobase::clsString ReadReply() override;

@@ -60,7 +60,7 @@ TEST(TypedNumbers, DecimalReading) {
     } rows[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
                 {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
     for (const auto& row : rows)
-        EXPECT_EQ(clsChessApplication::ReadDecimal(clsString(row.Text)), row.Value) << row.Text;
+        EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
 }
 
 namespace {

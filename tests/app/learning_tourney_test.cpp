@@ -95,12 +95,11 @@ TEST_F(ThreadedLearningTourneyTest, GenerationsRankAndBreedTheCandidates) {
     EXPECT_EQ(Split(text, '\t').size(), 16u);
 }
 
-TEST_F(ThreadedLearningTourneyTest, PupilReadsEitherFormOfTheSoulFile) {
+TEST_F(ThreadedLearningTourneyTest, PupilTakesEitherFormOfTheSoulFile) {
     const std::string expected = "1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16\t";
     for (const char* soul : {"3=1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16",
                              "name=1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16\n"}) {
-        WriteFile(clsTourney::SoulFile, soul);
-        clsEmbeddedPlayer player(clsString("pupil"), &Captured.Output, nullptr);
+        clsEmbeddedPlayer player(clsString("pupil"), &Captured.Output, nullptr, clsString(soul));
         EXPECT_STREQ(player.GetSoulText().Text(), expected.c_str()) << soul;
     }
 }
@@ -114,7 +113,7 @@ TEST_F(ThreadedLearningTourneyTest, BreedingStepsFromThePlayerTowardsTheBest) {
     // the pawn value, 105.
     const BreedRow rows[] = {{0, 100, 99}, {100, 0, 1}, {50, 200, 105}, {30, 30, 30}};
     clsTourney tourney(1, clsString("none.xml"), &Captured.Output);
-    clsEmbeddedPlayer engine(clsString("unit"), &Captured.Output, nullptr);
+    clsEmbeddedPlayer engine(clsString("unit"), &Captured.Output, nullptr, clsString());
     for (const BreedRow& row : rows) {
         clsPlayer player, best;
         player.Engine = &engine;

@@ -3,6 +3,7 @@
 #include "app/clschessapplication.h"
 
 #include "match/capturedoutput.h"
+#include "search/clstimerule.h"
 
 #include <gtest/gtest.h>
 
@@ -40,26 +41,43 @@ struct CapturedApplication {
 
 } // namespace
 
-TEST(MoveAllowance, SharesTheClockOverTheMovesLeft) {
+TEST(TimeRule, SharesTheClockOverTheMovesLeft) {
+    using nvoChess::clsTimeRule;
+    const clsTimeRule& application = nvoChess::ApplicationTimeRule;
+    const clsTimeRule& strict = nvoChess::StrictUciTimeRule;
+    const clsTimeRule& player = nvoChess::TournamentPlayerTimeRule;
     const struct {
+        const clsTimeRule& Rule;
         int64_t Clock, Control, Move, Allowance;
     } rows[] = {
         // Without a control: a fortieth of the clock less 50 ms, truncated. (300000 - 50) / 40 = 7498.75.
-        {300000, 0, 1, 7498},
-        {300000, 0, 57, 7498},
+        {application, 300000, 0, 1, 7498},
+        {application, 300000, 0, 57, 7498},
         // 40 moves in the control, 10 played: 32 shares. 59950 / 32 = 1873.4.
-        {60000, 40, 10, 1873},
+        {application, 60000, 40, 10, 1873},
         // 100 ms or less: nothing kept back.
-        {100, 0, 0, 2},
-        {101, 0, 0, 1},
+        {application, 100, 0, 0, 2},
+        {application, 101, 0, 0, 1},
         // A clock gone below zero gives a negative allowance: the search is stopped at once.
-        {-4000, 0, 0, -100},
+        {application, -4000, 0, 0, -100},
         // A control with no moves left never divides by zero or by a negative count.
-        {4050, -2, 0, 100},
-        {4050, 3, 5, 100},
+        {application, 4050, -2, 0, 100},
+        {application, 4050, 3, 5, 100},
+        {application, 4050, -1, 0, 4000},
+        // The GUI's moves to go: 1 to 1000 of them are the control, others count as none; never below 0.
+        {strict, 6050, 1, 0, 2000},
+        {strict, 4050, -1, 0, 100},
+        {strict, 40050, 1001, 0, 1000},
+        {strict, 100, 1000, 0, 0},
+        {strict, -4000, 0, 0, 0},
+        // The tournament player always keeps the reserve back, and never goes below 0.
+        {player, 4050, 0, 0, 100},
+        {player, 100, 0, 0, 1},
+        {player, 80, 0, 0, 0},
+        {player, -100, 0, 0, 0},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(clsChessApplication::MoveAllowance(row.Clock, row.Control, row.Move), row.Allowance)
+        EXPECT_EQ(row.Rule.Allowance(row.Clock, row.Control, row.Move), row.Allowance)
             << row.Clock << " " << row.Control << " " << row.Move;
 }
 
@@ -153,7 +171,7 @@ TEST(ThreadedApplication, PublishedPositionAndPong) {
     const clsString fen("8/8/8/8/8/8/8/K1k5 w - - 0 1");
     EXPECT_TRUE(a.SetBoard(fen));
     EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
-    EXPECT_NE(a.GetFen(), clsString(clsChessApplication::StartFen));
+    EXPECT_NE(a.GetFen(), clsString(nvoChess::StartPositionFen));
     // Moves on the engine's board are published only by the next SetBoard or StartThinking.
     const clsString published = a.GetFen();
     a.Engine->MakeMoveText(clsString("a1a2"));

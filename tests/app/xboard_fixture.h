@@ -18,7 +18,7 @@ protected:
         App.Output = &Captured.Output;
         App.SetEngine(clsString("vesko"));
         // A new engine speaks XBoard.
-        App.SetBoard(clsString(clsChessApplication::StartFen));
+        App.SetBoard(clsString(nvoChess::StartPositionFen));
     }
 
     static nuvobase::clsStrings Arguments() {

@@ -18,7 +18,7 @@ class ThreadedXBoard : public XBoardTest {
 protected:
     ThreadedXBoard() {
         App.SetEngine(clsString("corvane"));
-        App.SetBoard(clsString(clsChessApplication::StartFen));
+        App.SetBoard(clsString(nvoChess::StartPositionFen));
     }
     ~ThreadedXBoard() override { App.HaltEngine(); }
 
@@ -54,7 +54,7 @@ TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
         Send(command, command == std::string("setboard") ? "K7/8/8/8/8/8/8/7k w - - 0 1" : "");
         EXPECT_FALSE(App.Engine->IsRunning());
         EXPECT_EQ(BestMove(), "");
-        Send("setboard", clsChessApplication::StartFen);
+        Send("setboard", nvoChess::StartPositionFen);
     }
 }
 

@@ -39,7 +39,8 @@ TEST(ThreadedEngineInterface, StartEngineClearsStoppedAndRunsTheBody) {
 }
 
 TEST(EngineInterface, SetClockMapsColoursBySide) {
-    // Clocks 0 and 2 are white's time and increment, 1 and 3 black's, 4 the moves to go; others are ignored.
+    // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
+    // ignored.
     for (const int side : {0, 1}) {
         SCOPED_TRACE(side);
         RecordingEngine engine;
@@ -52,6 +53,40 @@ TEST(EngineInterface, SetClockMapsColoursBySide) {
         EXPECT_EQ(engine.OpponentIncrementMs, theirs + 2);
         EXPECT_EQ(engine.MovesToGo, 104);
     }
+}
+
+TEST(GoLimits, OneReadingForBothDialects) {
+    // Words ignore case and a number word takes the word behind it; the plain dialect reads a value missing
+    // at the end as 0, -strictuci as absent; infinite counts for the depth only behind the last depth.
+    const struct {
+        const char* Words;
+        clsGoLimits::eNumber Word;
+        bool Given;
+        int64_t Value, ValueOrAbsent;
+        bool Infinite, InfiniteLast;
+    } rows[] = {
+        {"WTIME 500 btime 7", clsGoLimits::WhiteTime, true, 500, 500, false, false},
+        {"depth 5 infinite", clsGoLimits::Depth, true, 5, 5, true, true},
+        {"infinite depth 5", clsGoLimits::Depth, true, 5, 5, true, false},
+        {"depth infinite", clsGoLimits::Depth, true, 0, 0, false, false},
+        {"wtime 5 wtime", clsGoLimits::WhiteTime, true, 0, 5, false, false},
+        {"movetime abc", clsGoLimits::MoveTime, true, 0, 0, false, false},
+        {"mate infinite", clsGoLimits::Mate, true, 0, 0, false, false},
+        {"ponder searchmoves e2e4", clsGoLimits::Nodes, false, 0, -1, false, false},
+    };
+    for (const auto& row : rows) {
+        const clsGoLimits limits = clsGoLimits::Read(clsString(row.Words));
+        EXPECT_EQ(limits.Given(row.Word), row.Given) << row.Words;
+        EXPECT_EQ(limits.Value(row.Word), row.Value) << row.Words;
+        EXPECT_EQ(limits.ValueOr(row.Word, -1), row.ValueOrAbsent) << row.Words;
+        EXPECT_EQ(limits.Infinite, row.Infinite) << row.Words;
+        EXPECT_EQ(limits.InfiniteLast, row.InfiniteLast) << row.Words;
+    }
+    RecordingEngine engine;
+    engine.TakeGo(clsGoLimits::Read(clsString("btime 99999999999 movetime 7 infinite")));
+    EXPECT_EQ(engine.OpponentTimeMs, INT32_MAX);
+    EXPECT_EQ(engine.MovesToGo, 7);
+    EXPECT_EQ(engine.MaxDepth, clsEngineInterface::InfiniteDepth);
 }
 
 TEST(EngineInterface, SquaresAndMoveTexts) {
