@@ -3,6 +3,7 @@
 #include "chess/bits.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
+#include "match/pgnreport.h"
 #include "search/clsembeddedplayer.h"
 #include "search/clsenginecorvane.h"
 #include "search/clstimerule.h"
@@ -13,6 +14,8 @@ namespace nvoChess {
 
 namespace {
 
+// Where -use=report writes the standings when -out names no file.
+constexpr const char* DefaultReportFile = "report.results.json";
 // How often a running search shows its progress.
 constexpr uint64_t ProgressIntervalMs = 1000;
 
@@ -56,6 +59,13 @@ bool clsChessApplication::Run() {
         // The program ends once the tournament has ended and written its files.
         while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
             nuvobase::SleepMs(1);
+    } else if (Arguments.GetValue("-use") == "report") {
+        // Every argument that is no switch names a PGN file.
+        std::vector<clsString> files;
+        for (int i = 0; i < Arguments.Count; ++i)
+            if (Arguments.GetAt(i).IsEmpty() && Arguments.GetName(i).Text()[0] != '-') files.push_back(Arguments.GetName(i));
+        const clsString out = Arguments.GetValue("-out");
+        WriteReport(files, out.IsEmpty() ? clsString(DefaultReportFile) : out, *Output);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
         if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
