@@ -45,8 +45,8 @@ template <typename Test> bool clsAdjudicator::LastScores(int side, int32_t count
     return true;
 }
 
-uint32_t clsAdjudicator::AfterMove(int side, bool scoreKnown, int32_t score, int32_t moveNumber, int32_t plies,
-                                   clsString& rule) {
+uint32_t clsAdjudicator::AfterMove(int side, bool scoreKnown, int32_t score, int32_t moveNumber,
+                                   int32_t plies, clsString& rule) {
     // A move without a score breaks the side's run of scores.
     if (scoreKnown)
         Scores[side].push_back(score);
@@ -63,7 +63,8 @@ uint32_t clsAdjudicator::AfterMove(int side, bool scoreKnown, int32_t score, int
     const auto lost = [this](int32_t value) { return value <= -Rules.ResignScore; };
     const auto won = [this](int32_t value) { return value >= Rules.ResignScore; };
     for (int loser : {0, 1}) {
-        if (resignCount > 0 && LastScores(loser, resignCount, lost) && LastScores(1 - loser, resignCount, won)) {
+        if (resignCount > 0 && LastScores(loser, resignCount, lost) &&
+            LastScores(1 - loser, resignCount, won)) {
             rule = ResignRule;
             return loser == 0 ? AdjudicatedBlackWin : AdjudicatedWhiteWin;
         }

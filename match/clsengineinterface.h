@@ -212,7 +212,7 @@ private:
 
     uint64_t HandshakeMs = 0; // when the handshake went out
     uint64_t NudgeMs = 0;     // when the last nudge went out
-    bool ForceMode = false; // an XBoard engine holds the opening in force mode until its first turn
+    bool ForceMode = false;   // an XBoard engine holds the opening in force mode until its first turn
     bool ScoreKnown = false;
     int32_t ScoreCp = 0;
     nuvobase::clsString OldFormMoveText; // the move named by the last older form line

@@ -61,8 +61,8 @@ bool CastlingBacked(const clsString& rights, const char grid[BoardSide][BoardSid
         char King, Rook;
         int RookFile;
     };
-    static const clsRight Rights[] = {{'K', 7, 'K', 'R', 7}, {'Q', 7, 'K', 'R', 0},
-                                      {'k', 0, 'k', 'r', 7}, {'q', 0, 'k', 'r', 0}};
+    static const clsRight Rights[] = {
+        {'K', 7, 'K', 'R', 7}, {'Q', 7, 'K', 'R', 0}, {'k', 0, 'k', 'r', 7}, {'q', 0, 'k', 'r', 0}};
     constexpr int KingFile = 4;
     for (const char* c = rights.Text(); *c; ++c) {
         const clsRight* right = nullptr;
@@ -91,7 +91,8 @@ clsString clsOpenings::PositionFault(clsChessCore& core, const clsString& fen) {
     const clsString rights = position >= 0 ? fen.NextWord(' ', position, false, true) : clsString();
     const clsString passant = position >= 0 ? fen.NextWord(' ', position, false, true) : clsString();
     char grid[BoardSide][BoardSide + 1] = {};
-    if (!ReadPlacement(placement, grid)) return clsString("the placement is not eight ranks of eight squares");
+    if (!ReadPlacement(placement, grid))
+        return clsString("the placement is not eight ranks of eight squares");
     if (side != "w" && side != "b") return clsString("no side to move");
     if (Count(grid, 'K') != 1 || Count(grid, 'k') != 1) return clsString("not one king a side");
     for (int file = 0; file < BoardSide; ++file)
@@ -122,7 +123,7 @@ bool clsOpenings::Load(const clsString& file, int32_t plies, nuvobase::clsCStrin
 
 void clsOpenings::LoadEpd(const clsString& file, nuvobase::clsCStrings& skipped, bool& read) {
     clsString text;
-    read = text.LoadFromFile(file.Text()) >= 0;
+    read = text.LoadFromFile(file.Text()) > 0;
     clsChessCore core;
     int number = 0;
     for (int position = 0; read && position >= 0;) {
@@ -133,7 +134,8 @@ void clsOpenings::LoadEpd(const clsString& file, nuvobase::clsCStrings& skipped,
         // Four fields of position, then either the two counters or the operations of the line.
         int at = 0;
         clsString fen;
-        for (int field = 0; field < 4 && at >= 0; ++field) fen += (field ? " " : "") + line.NextWord(' ', at, false, true);
+        for (int field = 0; field < 4 && at >= 0; ++field)
+            fen += (field ? " " : "") + line.NextWord(' ', at, false, true);
         clsString halfMoves = at >= 0 ? line.NextWord(' ', at, false, true) : clsString();
         clsString fullMove = at >= 0 ? line.NextWord(' ', at, false, true) : clsString();
         if (!IsCounter(halfMoves) || !IsCounter(fullMove) || fullMove == "0") {

@@ -152,14 +152,16 @@ std::vector<clsString> clsStandings::TableLines() const {
     std::vector<clsString> lines;
     clsString head = Column("Rank", 4) + " ";
     lines.push_back(head + clsString("Name").PadRight(' ', NameWidth) + Column("Games", NumberWidth) +
-                    Column("Wins", NumberWidth) + Column("Losses", NumberWidth) + Column("Draws", NumberWidth) +
-                    Column("Points", NumberWidth) + Column("Elo", NumberWidth + 2) + Column("+/-", NumberWidth + 2));
+                    Column("Wins", NumberWidth) + Column("Losses", NumberWidth) +
+                    Column("Draws", NumberWidth) + Column("Points", NumberWidth) +
+                    Column("Elo", NumberWidth + 2) + Column("+/-", NumberWidth + 2));
     int rank = 0;
     for (const clsRow& row : Sorted()) {
         clsString name = row.Name;
         lines.push_back(Column(clsString(++rank), 4) + " " + name.PadRight(' ', NameWidth) +
                         Column(clsString(row.Games), NumberWidth) + Column(clsString(row.Wins), NumberWidth) +
-                        Column(clsString(row.Losses), NumberWidth) + Column(clsString(row.Draws), NumberWidth) +
+                        Column(clsString(row.Losses), NumberWidth) +
+                        Column(clsString(row.Draws), NumberWidth) +
                         Column(clsString(row.Points()), NumberWidth) +
                         Column(TableNumber(EloFromScore(ScoreOf(row))), NumberWidth + 2) +
                         Column(TableNumber(EloErrorOf(row.Wins, row.Draws, row.Losses)), NumberWidth + 2));

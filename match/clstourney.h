@@ -84,7 +84,7 @@ public:
     clsOpenings Openings;            // empty without an openings element
     nuvobase::clsString OpeningsFile;
     clsAdjudicationRules Adjudication;
-    nuvobase::clsString PgnOut; // the file every finished game is appended to; empty for none
+    nuvobase::clsString PgnOut;              // the file every finished game is appended to; empty for none
     std::unique_ptr<clsStandings> Standings; // kept when the file has openings, pgnout or sprt
     std::optional<clsSprt> Sprt;             // the test of the sprt element, for a match of two players
     // Set before Start. Resume keeps the games already in pgnout and plays the rest. Shard K of N (K from 1)

@@ -172,7 +172,8 @@ bool clsTourneyGame::StartPlayer(clsEngineInterface& engine, int side) {
         nuvobase::SleepMs(StartupWaitMs);
         engine.Handshake();
         // A program that has ended will not answer: it loses when its turn comes.
-        for (int poll = 0; poll < HandshakePolls && (!engine.Ready || engine.FeaturesPending()) && !engine.IsStopped();
+        for (int poll = 0;
+             poll < HandshakePolls && (!engine.Ready || engine.FeaturesPending()) && !engine.IsStopped();
              ++poll) {
             engine.NudgeFeatures();
             if (!engine.ReadReply().IsEmpty()) break;

@@ -25,8 +25,8 @@ bool clsTourney::ReadOpenings(clsXML& options) {
     const bool read = Openings.Load(OpeningsFile, plies > 0 ? plies : 0, skipped);
     for (int i = 0; i < skipped.Count; ++i) Output->Write("# " + skipped.GetAt(i), true);
     if (!read || Openings.Items.empty()) {
-        Output->Write("# tourney: no opening to play in " + OpeningsFile.Quote('"') + ", the tournament stops",
-                      true);
+        Output->Write(
+            "# tourney: no opening to play in " + OpeningsFile.Quote('"') + ", the tournament stops", true);
         return false;
     }
     const clsString order = element->GetAttribute("order");
@@ -35,8 +35,9 @@ bool clsTourney::ReadOpenings(clsXML& options) {
         // Without a seed every run has an order of its own.
         Openings.Shuffle(seed.IsEmpty() ? RandomNext() : std::strtoull(seed.Text(), nullptr, 10));
     } else if (!order.IsEmpty() && order != "sequential") {
-        Output->Write("# tourney: openings order " + order.Quote('"') + " is neither sequential nor random; "
-                      "they are played in file order",
+        Output->Write("# tourney: openings order " + order.Quote('"') +
+                          " is neither sequential nor random; "
+                          "they are played in file order",
                       true);
     }
     return true;
@@ -46,10 +47,11 @@ bool clsTourney::EnginesTakeOpenings() {
     if (!Openings.HasSetUpPositions()) return true;
     for (auto& player : Players) {
         if (player->IsEmbedded() || player->IsUci() || TakesSetBoard(*player)) continue;
-        const clsString message = "the XBoard engine " + player->Name.Quote('"') +
-                                  " did not announce feature setboard=1 (or did not start), so it cannot start from the "
-                                  "positions of " +
-                                  OpeningsFile.Quote('"') + "; the tournament stops";
+        const clsString message =
+            "the XBoard engine " + player->Name.Quote('"') +
+            " did not announce feature setboard=1 (or did not start), so it cannot start from the "
+            "positions of " +
+            OpeningsFile.Quote('"') + "; the tournament stops";
         Log(0, message);
         Output->Write("# tourney: " + message, true);
         return false;

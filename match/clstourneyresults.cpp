@@ -49,7 +49,8 @@ clsPgnExport clsTourney::ExportOf(const clsTourneyGame& game) const {
     pgn.Tags.SetValue("Black", game.BlackPlayer->Name);
     pgn.Result = decided ? result : clsString("*");
     pgn.Tags.SetValue("Result", pgn.Result);
-    if (started.Size() >= TimeStart + TimeLength) pgn.Tags.SetValue("Time", started.Mid(TimeStart, TimeLength));
+    if (started.Size() >= TimeStart + TimeLength)
+        pgn.Tags.SetValue("Time", started.Mid(TimeStart, TimeLength));
     clsString control = Seconds(ClockGameMs);
     if (ClockIncrementMs != 0) control += "+" + Seconds(ClockIncrementMs);
     pgn.Tags.SetValue("TimeControl", control);
@@ -90,7 +91,8 @@ void clsTourney::WriteStandings(bool print) {
     clsString path = LogFolder;
     path.PathJoin(FileStem().Text());
     path += ".results.json";
-    if (!Standings->JsonText().SaveToFile(path.Text())) Output->Write("# tourney: cannot write " + path, true);
+    if (!Standings->JsonText().SaveToFile(path.Text()))
+        Output->Write("# tourney: cannot write " + path, true);
     if (!print) return;
     for (const clsString& line : Standings->TableLines()) Output->Write("# " + line, true);
 }

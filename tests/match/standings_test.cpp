@@ -11,23 +11,25 @@ using namespace nvoChess;
 using nuvobase::clsString;
 
 TEST(Standings, EloErrorAndSuperiorityWorkedByHand) {
-    // s = (W + D/2) / N; per-game variance v = (W (1-s)^2 + D (1/2-s)^2 + L s^2) / N; the 95% interval of s is
-    // s +- 1.96 sqrt(v / N), turned into Elo at both ends. W 6, D 2, L 2: s 0.7, v 0.16, interval 0.4521 to
-    // 0.9479, Elo -33.40 to 504.04. LOS = 50 (1 + erf((W - L) / sqrt(2 (W + L)))).
+    // s = (W + D/2) / N; per-game variance v = (W (1-s)^2 + D (1/2-s)^2 + L s^2) / N; the 95% interval of s
+    // is s +- 1.96 sqrt(v / N), turned into Elo at both ends. W 6, D 2, L 2: s 0.7, v 0.16, interval 0.4521
+    // to 0.9479, Elo -33.40 to 504.04. LOS = 50 (1 + erf((W - L) / sqrt(2 (W + L)))).
     struct clsRow {
         int32_t Wins, Draws, Losses;
         double Elo, Error, Los;
     };
     const double inf = INFINITY;
     const clsRow rows[] = {
-        {6, 2, 2, 147.19, 268.72, 92.135}, {3, 4, 3, 0, 181.74, 50},   {0, 4, 0, 0, 0, 50},
+        {6, 2, 2, 147.19, 268.72, 92.135},  {3, 4, 3, 0, 181.74, 50},    {0, 4, 0, 0, 0, 50},
         {2, 3, 5, -107.54, 215.77, 12.842}, {2, 0, 0, inf, inf, 92.135},
     };
     for (const clsRow& row : rows) {
         const double s = (row.Wins + row.Draws / 2.0) / (row.Wins + row.Draws + row.Losses);
-        SCOPED_TRACE(std::to_string(row.Wins) + " " + std::to_string(row.Draws) + " " + std::to_string(row.Losses));
+        SCOPED_TRACE(std::to_string(row.Wins) + " " + std::to_string(row.Draws) + " " +
+                     std::to_string(row.Losses));
         if (std::isinf(row.Elo)) {
-            EXPECT_TRUE(std::isinf(EloFromScore(s)) && std::isinf(EloErrorOf(row.Wins, row.Draws, row.Losses)));
+            EXPECT_TRUE(std::isinf(EloFromScore(s)) &&
+                        std::isinf(EloErrorOf(row.Wins, row.Draws, row.Losses)));
         } else {
             EXPECT_NEAR(EloFromScore(s), row.Elo, 0.01);
             EXPECT_NEAR(EloErrorOf(row.Wins, row.Draws, row.Losses), row.Error, 0.01);
@@ -50,7 +52,8 @@ TEST(Standings, PairsAndJsonOfTwoPlayers) {
                         "      \"draws\": 1,\n      \"points\": 7"),
               std::string::npos)
         << json;
-    EXPECT_NE(json.find("\"penta\": [\n    0,\n    1,\n    0,\n    0,\n    1\n  ],\n  \"los\": 84.1"), std::string::npos)
+    EXPECT_NE(json.find("\"penta\": [\n    0,\n    1,\n    0,\n    0,\n    1\n  ],\n  \"los\": 84.1"),
+              std::string::npos)
         << json;
     EXPECT_EQ(std::string(standings.Sorted()[0].Name.Text()), "A");
 }
