@@ -1,14 +1,13 @@
 #include "app/clschessapplication.h"
 
 #include "chess/bits.h"
+#include "match/pgnreport.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
-#include "match/pgnreport.h"
 #include "search/clsembeddedplayer.h"
 #include "search/clsenginecorvane.h"
 #include "search/clstimerule.h"
 #include "vesko/clsenginevesko.h"
-
 
 namespace nvoChess {
 
@@ -63,7 +62,8 @@ bool clsChessApplication::Run() {
         // Every argument that is no switch names a PGN file.
         std::vector<clsString> files;
         for (int i = 0; i < Arguments.Count; ++i)
-            if (Arguments.GetAt(i).IsEmpty() && Arguments.GetName(i).Text()[0] != '-') files.push_back(Arguments.GetName(i));
+            if (Arguments.GetAt(i).IsEmpty() && Arguments.GetName(i).Text()[0] != '-')
+                files.push_back(Arguments.GetName(i));
         const clsString out = Arguments.GetValue("-out");
         WriteReport(files, out.IsEmpty() ? clsString(DefaultReportFile) : out, *Output);
     } else {

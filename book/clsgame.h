@@ -66,8 +66,8 @@ public:
     // MoveText reaches.
     void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
                  std::vector<uint64_t>* keys = nullptr);
-    // Reads the tag lines at the head of PGN text into Tags (a "Result" tag sets the word) and returns the rest,
-    // the move text, on one line without check and mate signs.
+    // Reads the tag lines at the head of PGN text into Tags (a "Result" tag sets the word) and returns the
+    // rest, the move text, on one line without check and mate signs.
     nuvobase::clsString ReadTags(const nuvobase::clsString& text);
     // "1-0", "0-1", "1/2-1/2", "*" and "?" in any case set the word and its tags; any other text leaves a
     // running game and the tags alone.

@@ -49,7 +49,9 @@ void clsSprt::Update(const std::vector<double>& scores) {
 }
 
 clsString clsSprt::VerdictText() const {
-    return Verdict == AcceptH0 ? clsString("H0 accepted") : Verdict == AcceptH1 ? clsString("H1 accepted") : clsString();
+    return Verdict == AcceptH0   ? clsString("H0 accepted")
+           : Verdict == AcceptH1 ? clsString("H1 accepted")
+                                 : clsString();
 }
 
 double clsSprt::LogLikelihoodRatio(const std::vector<double>& scores, double elo0, double elo1) {

@@ -61,8 +61,10 @@ clsStandings::clsRow& clsStandings::RowOf(const clsString& name) {
 
 void clsStandings::Add(const clsGameOutcome& game) {
     Games.push_back(game);
-    clsRow& white = RowOf(game.White);
+    // Both rows exist before either is held: adding a row may move the others.
+    RowOf(game.White);
     clsRow& black = RowOf(game.Black);
+    clsRow& white = RowOf(game.White);
     ++white.Games;
     ++black.Games;
     if (game.WhitePoints == clsPlayer::WinPoints) {
@@ -113,7 +115,8 @@ std::vector<double> clsStandings::FirstPlayerScores(bool byPair) const {
         pair.Points += points;
     }
     for (const auto& [id, pair] : pairs)
-        if (pair.Games == GamesInPair) scores.push_back(double(pair.Points) / (GamesInPair * clsPlayer::WinPoints));
+        if (pair.Games == GamesInPair)
+            scores.push_back(double(pair.Points) / (GamesInPair * clsPlayer::WinPoints));
     return scores;
 }
 
@@ -143,7 +146,8 @@ clsString clsStandings::JsonText() const {
         sprt.Add("llr", clsString().FromDouble(Sprt->Llr, SprtDecimals));
         sprt.Add("lower_bound", clsString().FromDouble(Sprt->LowerBound(), SprtDecimals));
         sprt.Add("upper_bound", clsString().FromDouble(Sprt->UpperBound(), SprtDecimals));
-        sprt.Add("verdict", Sprt->Verdict == clsSprt::Undecided ? clsString("null") : clsJSON::Quoted(Sprt->VerdictText()));
+        sprt.Add("verdict", Sprt->Verdict == clsSprt::Undecided ? clsString("null")
+                                                                : clsJSON::Quoted(Sprt->VerdictText()));
     }
     return root.ToJsonText() + "\n";
 }
@@ -175,10 +179,11 @@ std::vector<clsString> clsStandings::TableLines() const {
                         TableNumber(LikelihoodOfSuperiority(Rows[0].Wins, Rows[0].Losses)) + "%");
     }
     if (Sprt)
-        lines.push_back("sprt llr " + clsString().FromDouble(Sprt->Llr, SprtDecimals) + " within [" +
-                        clsString().FromDouble(Sprt->LowerBound(), SprtDecimals) + ", " +
-                        clsString().FromDouble(Sprt->UpperBound(), SprtDecimals) + "]: " +
-                        (Sprt->Verdict == clsSprt::Undecided ? clsString("no decision yet") : Sprt->VerdictText()));
+        lines.push_back(
+            "sprt llr " + clsString().FromDouble(Sprt->Llr, SprtDecimals) + " within [" +
+            clsString().FromDouble(Sprt->LowerBound(), SprtDecimals) + ", " +
+            clsString().FromDouble(Sprt->UpperBound(), SprtDecimals) + "]: " +
+            (Sprt->Verdict == clsSprt::Undecided ? clsString("no decision yet") : Sprt->VerdictText()));
     return lines;
 }
 

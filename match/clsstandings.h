@@ -38,8 +38,8 @@ public:
     std::vector<clsRow> Sorted() const;
     // Counts of complete pairs by the first player's points in them.
     clsPenta Penta() const;
-    // The first player's score (0 to 1) of each complete pair in pair order, or with byPair false of each game
-    // in the order added; empty unless there are two players.
+    // The first player's score (0 to 1) of each complete pair in pair order, or with byPair false of each
+    // game in the order added; empty unless there are two players.
     std::vector<double> FirstPlayerScores(bool byPair) const;
     nuvobase::clsString JsonText() const;
     // The table, one text per line.

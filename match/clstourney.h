@@ -138,7 +138,7 @@ private:
     void LearningRun();
 
     std::set<std::pair<int32_t, int32_t>> PlayedGames; // round and game id of the games taken up
-    nuvobase::clsMutex LogLock; // guards LogLines: Stop logs from another thread
+    nuvobase::clsMutex LogLock;                        // guards LogLines: Stop logs from another thread
     std::atomic<bool> StopRequested{false};
 };
 

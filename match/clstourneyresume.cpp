@@ -32,7 +32,8 @@ bool clsTourney::PlaysRound(int32_t round) const {
 }
 
 bool clsTourney::MayStartGames() const {
-    return !StopRequested && !(Standings && Standings->Sprt && Standings->Sprt->Verdict != clsSprt::Undecided);
+    return !StopRequested &&
+           !(Standings && Standings->Sprt && Standings->Sprt->Verdict != clsSprt::Undecided);
 }
 
 bool clsTourney::ReadSprt(nuvobase::clsXML& options) {
@@ -40,9 +41,10 @@ bool clsTourney::ReadSprt(nuvobase::clsXML& options) {
     if (!element) return true;
     clsSprt sprt;
     if (!sprt.Read(*element)) {
-        Output->Write("# tourney: sprt needs elo1 above elo0 and alpha and beta between 0 and 1; the tournament "
-                      "stops",
-                      true);
+        Output->Write(
+            "# tourney: sprt needs elo1 above elo0 and alpha and beta between 0 and 1; the tournament "
+            "stops",
+            true);
         return false;
     }
     Sprt = sprt;
@@ -51,9 +53,10 @@ bool clsTourney::ReadSprt(nuvobase::clsXML& options) {
 
 bool clsTourney::TakeUpPlayedGames() {
     if (PgnOut.IsEmpty()) {
-        Output->Write("# tourney: -resume needs a pgnout element, whose file tells the games played; nothing is "
-                      "played",
-                      true);
+        Output->Write(
+            "# tourney: -resume needs a pgnout element, whose file tells the games played; nothing is "
+            "played",
+            true);
         return false;
     }
     std::vector<clsPgnRecord> records;

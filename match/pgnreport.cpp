@@ -11,7 +11,8 @@ using nuvobase::clsString;
 
 namespace nvoChess {
 
-bool WriteReport(const std::vector<clsString>& files, const clsString& out, nuvobase::clsTSafeOutput& output) {
+bool WriteReport(const std::vector<clsString>& files, const clsString& out,
+                 nuvobase::clsTSafeOutput& output) {
     const auto remark = [&](const clsString& text) { output.Write("# report: " + text, true); };
     if (files.empty()) remark("no PGN file named: corvane -use=report FILE... [-out=FILE]");
     std::vector<clsPgnRecord> records;

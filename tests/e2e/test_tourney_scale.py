@@ -129,7 +129,8 @@ def shards(folder):
     files = ["all.S%d.pgn" % k for k in (1, 2, 3, 4, 1)]
     run_ok([], ["-use=report", *files], cwd=logs)
     with open(os.path.join(logs, "report.results.json")) as standings:
-        check(json.load(standings) == whole, "the report equals the whole tournament's standings")
+        report = json.load(standings)
+        check(report == whole, "the report equals the standings of the whole tournament: %r %r" % (report, whole))
     garbage = write(os.path.join(folder, "garbage.pgn"), '[Event "x\n1. e4 {open\n\x01\x02 [[[ 1-0\n[White "A"]\n')
     out = os.path.join(folder, "bad.json")
     lines = run_ok([], ["-use=report", os.path.join(folder, "missing.pgn"), garbage, "-out=" + out], cwd=folder)
