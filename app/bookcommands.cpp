@@ -6,8 +6,10 @@
 #include <cstring>
 #include <memory>
 
+#include "app/clscommandwords.h"
 #include "app/commandnumbers.h"
 #include "book/clspgnfile.h"
+#include "book/clspolyglotbuilder.h"
 #include "nuvobase/clsfile.h"
 #include "search/clsenginecorvane.h"
 
@@ -17,8 +19,8 @@ namespace {
 
 // Plies read of each game when \buildbooks is given none.
 constexpr int DefaultBuildPlies = 50;
-// The type word of \buildbooks that also writes the position table.
-constexpr int BuildTypeExtractFen = 1;
+// The type words of \buildbooks: 1 also writes the position table, 2 writes a polyglot book instead.
+constexpr int BuildTypeExtractFen = 1, BuildTypePolyglot = 2;
 // The folder \cvbooks works on, in the working folder.
 constexpr const char* ConvertFolder = "pgn";
 
@@ -65,14 +67,17 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
         Remark(app, "buildbooks d:\\games d:\\corvane\\corvane.cbk 10");
         Remark(app, "type: 0=book, 1=extract FEN");
         Remark(app, "NB: use \"path\" if you want to use path with embedded spaces");
+        Remark(app, "type 2 [min_games]: polyglot book .bin of the moves played in min_games games (3)");
         return;
     }
-    int position = 0;
-    clsString folder = arguments.NextWord(' ', position, true);
-    folder.Unquote('"');
-    const clsString plies = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString folder = words.Next();
+    const clsString plies = words.Next();
     const int maxPlies = plies.IsEmpty() ? DefaultBuildPlies : int(ReadBounded(plies, MaxCount));
-    const bool extractFen = ReadBounded(arguments.NextWord(' ', position), MaxCount) == BuildTypeExtractFen;
+    const int64_t type = words.NextNumber();
+    const clsString minGamesWord = words.Next();
+    const int minGames = minGamesWord.IsEmpty() ? clsPolyglotBuilder::DefaultMinGames
+                                                : int(ReadBounded(minGamesWord, MaxCount));
 
     // The board of a Corvane engine is the reader's working space; the other engine lends none.
     app.HaltEngine();
@@ -89,8 +94,20 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
     for (int i = 0; i < files.Count; ++i) {
         const clsString& file = *files.At(i);
         Remark(app, clsString("reading file ") + Counted(i + 1, files.Count, file));
+        if (type == BuildTypePolyglot) {
+            clsPolyglotBuilder builder;
+            games += ReadPgnGames(file, *engine, maxPlies, nullptr, builder);
+            const clsString book = clsString(file).ChangeExtension("bin");
+            int64_t written = 0;
+            if (!builder.Write(book, minGames, written))
+                Remark(app, clsString("can't save ") + book);
+            else
+                Remark(app, clsString("saved book ") + book.Quote('\'') + " with " + clsString(written) +
+                                " moves");
+            continue;
+        }
         clsPGNFile pgn;
-        games += pgn.Load(file, *engine, maxPlies, extractFen);
+        games += pgn.Load(file, *engine, maxPlies, type == BuildTypeExtractFen);
         const clsString book = clsString(file).ChangeExtension("cbk");
         Remark(app, clsString("saving book ") + book.Quote('\'') + " with " + clsString(pgn.Book.Count) +
                         " positions");
@@ -100,9 +117,9 @@ void BuildBooks(clsChessApplication& app, const clsString& arguments) {
 }
 
 void MergeBooks(clsChessApplication& app, const clsString& arguments) {
-    int position = 0;
-    const clsString folder = arguments.NextWord(' ', position);
-    const clsString newBook = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString folder = words.Next();
+    const clsString newBook = words.Next();
     if (folder.IsEmpty() || newBook.IsEmpty()) {
         Remark(app, "mergebooks books_path new_book.cbk [limit]");
         Remark(app, "merge .cbk book files into new_book.cbk file");

@@ -9,6 +9,9 @@
 #include "search/clstimerule.h"
 #include "vesko/clsenginevesko.h"
 
+#include <memory>
+#include <utility>
+
 namespace nvoChess {
 
 namespace {
@@ -41,6 +44,9 @@ clsChessApplication::clsChessApplication(const nuvobase::clsStrings& arguments)
 }
 
 clsChessApplication::~clsChessApplication() {
+    // The application's own thread works on every field: it ends first.
+    Stop();
+    Wait();
     // The search is stopped by its own flag rather than cancelled: a search meets no cancellation point.
     HaltEngine();
     Tourneys.clear();
@@ -54,7 +60,8 @@ bool clsChessApplication::Run() {
     SetEngine(Arguments.GetValue("-engine"));
     Engine->Protocol = clsEngineInterface::Uci;
     if (Arguments.GetValue("-use") == "tourney") {
-        ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini"));
+        // Quoted, as a user types a file with blanks in its name.
+        ExecuteCommand(clsString("\\tourney ") + Arguments.GetValue("-ini").Quote('"'));
         // The program ends once the tournament has ended and written its files.
         while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
             nuvobase::SleepMs(1);
@@ -68,7 +75,7 @@ bool clsChessApplication::Run() {
         WriteReport(files, out.IsEmpty() ? clsString(DefaultReportFile) : out, *Output);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
-        if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile);
+        if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile.Quote('"'));
         nuvobase::StdIn.Start();
         while (GetState() != ThreadStopped && CommandLoopPass()) {
         }
@@ -98,7 +105,7 @@ bool clsChessApplication::CommandLoopPass() {
         // An EPD run given with the input goes on to its last line.
         return searching || EpdRunning();
     }
-    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult || QuitPending) {
+    if (Dispatch(line.BeforeChar(' '), line.AfterChar(' ')) == QuitResult) {
         nuvobase::StdIn.Stop();
         return false;
     }
@@ -119,9 +126,19 @@ void clsChessApplication::DeliverMove(uint64_t now) {
     ShowProgress();
     int score = 0;
     const clsString best = Engine->GetBestMoveText(true, score);
+    const bool due = std::exchange(AnswerDue, false);
     if (State == StateEpd) {
+        // The run scores the engine's own answer.
         if (EpdRunning()) EpdStep(best);
-    } else if (!best.IsEmpty()) {
+    } else if (due || !best.IsEmpty()) {
+        // A search stopped before it found a move still owes the GUI one whenever the position has one.
+        AnswerGo(best.IsEmpty() ? FirstLegalMove() : best, now);
+    }
+    SendPong();
+}
+
+void clsChessApplication::AnswerGo(const clsString& best, uint64_t now) {
+    if (!best.IsEmpty()) {
         const int64_t elapsed = int64_t(now - ThinkStart) + 1;
         EngineTimeMs += IncrementMs - elapsed;
         Engine->Info(Engine->GetStatistics(elapsed));
@@ -130,17 +147,16 @@ void clsChessApplication::DeliverMove(uint64_t now) {
             FenHistory.Add(GetFen());
             WriteLine(clsString("move ") + best);
         } else if (Engine->Protocol == clsEngineInterface::Uci) {
-            WriteLine(clsString("bestmove ") + best);
+            // UCI writes a promotion without the "=" of the engine's move text.
+            WriteLine(clsString("bestmove ") + clsEngineInterface::UciMoveText(best));
             State = StateIdle;
         }
         if (ShowBoard) Engine->PrintBoard();
     } else if (Engine->Protocol == clsEngineInterface::Uci) {
-        // A GUI waits for one answer to every go, also when the engine found no move: a mate or stalemate on
-        // the board, or a stop that came before the first result.
+        // A GUI waits for one answer to every go, also when the position has no move.
         WriteLine(clsString("bestmove 0000"));
         State = StateIdle;
     }
-    SendPong();
 }
 
 void clsChessApplication::ExecuteCommand(const clsString& line) {
@@ -194,6 +210,18 @@ void clsChessApplication::HaltEngine() {
     Engine->Wait();
 }
 
+void clsChessApplication::FinishSearch() {
+    HaltEngine();
+    if (!IsStrict()) DeliverMove(nuvobase::ClockMs());
+}
+
+clsString clsChessApplication::FirstLegalMove() {
+    // Rarely needed, and a board is large: it lives for this one look.
+    const auto board = std::make_unique<clsChessCore>();
+    board->SetPosition(GetFen());
+    return board->FirstLegalMove();
+}
+
 bool clsChessApplication::StartThinking() {
     HaltEngine();
     Engine->Post = Post;
@@ -221,6 +249,8 @@ bool clsChessApplication::StartThinking() {
         Engine->Info(clsString("moves ") + clsString(moveNumber) + "/" + clsString(controlMoves) +
                      " - time " + clsString(allowance) + "/" + clsString(EngineTimeMs) + " ms");
     }
+    // Also a thread that cannot start owes the GUI its move.
+    AnswerDue = true;
     return Engine->Start();
 }
 

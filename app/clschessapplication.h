@@ -21,7 +21,7 @@ namespace nvoChess {
 
 using nuvobase::clsString;
 
-class clsChessApplication : public nuvobase::clsThread {
+class clsChessApplication final : public nuvobase::clsThread {
 public:
     // What the command loop hands a handler's result: 4 ends the loop.
     static constexpr int QuitResult = 4;
@@ -65,6 +65,9 @@ public:
 
     // Stops the engine and waits until its thread has ended, so that its position may be touched.
     void HaltEngine();
+    // Stops the engine, waits for its thread and hands over the move that a front end waits for at once,
+    // before the next line can touch the engine's position or start another search.
+    void FinishSearch();
 
     // \epd: seconds per position ("mm:ss" or minutes) and the file; starts the run in the command loop.
     void StartEpdRun(const clsString& arguments);
@@ -120,6 +123,9 @@ public:
     uint64_t ThinkStart = 0;
     uint64_t Deadline = 0;
     uint64_t LastProgress = 0;
+    // A search was started for a move that is not handed over yet; a position change that drops the
+    // search clears it.
+    bool AnswerDue = false;
     nuvobase::clsProtectedString PublishedFen;
     clsString PendingPing;
     clsString IcsHost;
@@ -128,8 +134,6 @@ public:
     std::unique_ptr<clsStrictUci> Strict;
     // Reads the operations and the SAN of the line under test, whichever engine searches it.
     std::unique_ptr<clsChessCore> EpdNotation;
-    // A quit read by a long command that reads input on its own: the command loop ends behind it.
-    bool QuitPending = false;
 
 protected:
     // Writes one line to Output.
@@ -142,6 +146,11 @@ private:
     void WatchSearch(uint64_t now);
     // Hands the move of a finished search to the protocol that asked for it.
     void DeliverMove(uint64_t now);
+    // Plays best, or tells that the position has no move.
+    void AnswerGo(const clsString& best, uint64_t now);
+    // A legal move of the position searched, for a search stopped before it found one: a GUI must get a
+    // move whenever the position has one. Empty text when it has none.
+    clsString FirstLegalMove();
     // Scores the answer to the line under test and starts the next one, or shows the results.
     void EpdStep(const clsString& best);
     // True while the search of a position under test has no move yet.

@@ -89,7 +89,10 @@ void clsStrictUci::SetOption(const clsString& arguments) {
         App.HaltEngine();
         // A file that cannot be read leaves the engine without a book.
         corvane->Book.Clear();
-        corvane->Book.Load(value.ToForwardSlashes(), 0);
+        corvane->PolyglotBook.Clear();
+        clsString error;
+        if (!corvane->LoadBookFile(value.ToForwardSlashes(), 0, error) && !error.IsEmpty())
+            corvane->Info("error loading " + value + ": " + error);
     } else {
         App.Engine->SetOption(name, value);
     }
@@ -182,9 +185,8 @@ void clsStrictUci::Answer() {
 
 clsString clsStrictUci::LegalMove(const clsString& engineMove) {
     clsChessCore& board = *Mirror;
-    board.ResetNodes();
-    board.Generate(-1);
-    if (board.FilterLegal() == 0) return clsString(NoMove);
+    const clsString first = board.FirstLegalMove();
+    if (first.IsEmpty()) return clsString(NoMove);
     const clsString wanted = clsEngineInterface::UciMoveText(engineMove);
     const clsSimpleNode& root = *board.Root;
     for (const clsMove* move = root.Moves; move != root.End(); ++move) {
@@ -192,7 +194,7 @@ clsString clsStrictUci::LegalMove(const clsString& engineMove) {
         if (text == wanted) return text;
     }
     if (!engineMove.IsEmpty()) App.Engine->Info("no legal move from the engine: " + engineMove);
-    return clsEngineInterface::UciMoveText(board.MoveText(root.Moves, false));
+    return clsEngineInterface::UciMoveText(first);
 }
 
 void clsStrictUci::WriteLine(const clsString& text) {

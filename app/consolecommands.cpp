@@ -3,14 +3,15 @@
 // the work.
 #include "app/bookcommands.h"
 #include "app/clschessapplication.h"
+#include "app/clscommandwords.h"
 #include "app/commandnumbers.h"
 #include "app/formulaconsole.h"
 
 #include "chess/random.h"
 #include "match/clsengineinterface.h"
+#include "match/clstourney.h"
 #include "nuvobase/asciichars.h"
 #include "nuvobase/clsxml.h"
-#include "match/clstourney.h"
 
 #include <algorithm>
 #include <iterator>
@@ -21,10 +22,17 @@ namespace {
 
 using App = clsChessApplication;
 
+// A command with what \help shows of it: its arguments, [optional] ones in brackets, and what it does.
 struct ConsoleCommand {
     const char* Word;
+    const char* Arguments;
+    const char* Summary;
     void (*Run)(App& app, const clsString& arguments);
 };
+
+// The line \help ends with: every command reads its words the same way.
+constexpr const char* QuotingNote = "a file or folder with blanks goes in double quotes, and \\ works as /: "
+                                    "\\mergebooks \"my books\" \"my books\\all.cbk\"";
 
 // The book of \loadbook when none is named: a file in the working folder.
 constexpr const char* DefaultBookFile = "corvane.cbk";
@@ -49,9 +57,8 @@ void DebugScenario(App& app, const clsString&) {
 
 // Shows a soul file; the engine keeps its own soul.
 void LoadSoul(App& app, const clsString& arguments) {
-    int position = 0;
     clsString soul;
-    soul.LoadFromFile(arguments.NextWord(' ', position).ToForwardSlashes().Text());
+    soul.LoadFromFile(clsCommandWords(arguments).Next().ToForwardSlashes().Text());
     Remark(app, clsString("new soul: ") + soul);
 }
 
@@ -72,9 +79,9 @@ struct BookWords {
     int Limit = 0;
 
     explicit BookWords(const clsString& arguments) {
-        int position = 0;
-        Book = arguments.NextWord(' ', position);
-        Limit = int(ReadBounded(arguments.NextWord(' ', position), MaxCount));
+        clsCommandWords words(arguments);
+        Book = words.Next();
+        Limit = int(words.NextNumber());
     }
 };
 
@@ -82,11 +89,17 @@ void LoadBook(App& app, const clsString& arguments) {
     BookWords words(arguments);
     if (words.Book.IsEmpty()) words.Book = DefaultBookFile;
     Remark(app, clsString("wait..."));
-    clsBook& book = app.Engine->Book;
-    if (!book.Load(words.Book.ToForwardSlashes(), words.Limit))
-        Remark(app, clsString("error loading ") + words.Book);
+    clsEngineInterface& engine = *app.Engine;
+    clsString error;
+    if (!engine.LoadBookFile(words.Book.ToForwardSlashes(), words.Limit, error))
+        Remark(app,
+               clsString("error loading ") + words.Book + (error.IsEmpty() ? clsString() : ": " + error));
+    else if (!engine.PolyglotBook.IsEmpty())
+        Remark(app, clsString("book ") + words.Book + " loaded with " +
+                        clsString(int64_t(engine.PolyglotBook.Count())) + " moves");
     else
-        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(book.Count) + " positions");
+        Remark(app, clsString("book ") + words.Book + " loaded with " + clsString(engine.Book.Count) +
+                        " positions");
 }
 
 void SaveBook(App& app, const clsString& arguments) {
@@ -107,16 +120,16 @@ void SaveBook(App& app, const clsString& arguments) {
 // \perftfile [file] depth [divide]: perft over the positions of a file, or of the current position when the
 // first word is the depth.
 void PerftFile(App& app, const clsString& arguments) {
-    int position = 0;
-    clsString file = arguments.NextWord(' ', position, true, true).Unquote();
-    clsString depth = position >= 0 ? arguments.NextWord(' ', position, true, true) : clsString();
+    clsCommandWords words(arguments);
+    clsString file = words.Next();
+    clsString depth = words.Next();
     bool onlyDepth = !file.IsEmpty();
     for (int i = 0; i < file.Size(); i++) onlyDepth = onlyDepth && nuvobase::IsAsciiDigit(file.Text()[i]);
     if (onlyDepth) {
         depth = file;
         file = clsString();
     }
-    const clsString divide = position >= 0 ? arguments.NextWord(' ', position, true, true) : clsString();
+    const clsString divide = words.Next();
     if (depth.IsEmpty()) {
         Remark(app, clsString("perftfile [file] depth [divide]"));
         return;
@@ -129,7 +142,7 @@ void PerftFile(App& app, const clsString& arguments) {
 // \json file: the XML tree that a JSON file is read into.
 void ShowJson(App& app, const clsString& arguments) {
     nuvobase::clsXML document;
-    document.LoadJson(clsString(arguments).Trim().Unquote().ToForwardSlashes());
+    document.LoadJson(clsCommandWords(arguments).Next().ToForwardSlashes());
     const clsString text = document.ToText();
     for (int position = 0; position >= 0;) {
         clsString line = text.NextWord('\n', position);
@@ -139,10 +152,10 @@ void ShowJson(App& app, const clsString& arguments) {
 
 // \learn file generations engines_count ms_per_move max_moves
 void Learn(App& app, const clsString& arguments) {
-    int position = 0;
-    const clsString file = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString file = words.Next();
     int64_t numbers[4];
-    for (int64_t& number : numbers) number = ReadBounded(arguments.NextWord(' ', position), MaxCount);
+    for (int64_t& number : numbers) number = words.NextNumber();
     if (*std::min_element(std::begin(numbers), std::end(numbers)) < 1) {
         Remark(app, clsString("learn file generations engines_count ms_per_move max_moves"));
         Remark(app, clsString("sample: \\learn learn.csv 100 20 60 170"));
@@ -157,7 +170,7 @@ constexpr const char* DefaultTourneyFile = "tourney.xml";
 // Starts a tournament on its own thread and returns at once.
 void StartTourney(App& app, const clsString& arguments) {
     app.Output->Write("tourney command...", true);
-    clsString file = arguments.BeforeChar(' ');
+    clsString file = clsCommandWords(arguments).Next();
     if (file.IsEmpty()) file = DefaultTourneyFile;
     Remark(app, "initializing tourney " + file.Quote('\''));
     auto tourney = std::make_unique<clsTourney>(int32_t(app.Tourneys.size()) + 1, file, app.Output);
@@ -194,31 +207,57 @@ void TrySouls(App& app, const clsString&) {
 
 void Nothing(App&, const clsString&) {}
 
-// Tested in this order, ignoring case.
+void ShowHelp(App& app, const clsString&);
+
+// Tested in this order, ignoring case. The README lists the commands as \help shows them.
 const ConsoleCommand Commands[] = {
-    {"\\", ToggleBoard},
-    {"\\dbg", DebugScenario},
-    {"\\loadsoul", LoadSoul},
-    {"\\epd", [](App& app, const clsString& arguments) { app.StartEpdRun(arguments); }},
-    {"\\moves", PlayMoves},
-    {"\\tourney", StartTourney},
-    {"\\soul", Nothing},
-    {"\\testsouls", Nothing},
-    {"\\console", [](App& app, const clsString&) { RunFormulaConsole(app); }},
-    {"\\learnt", TrySouls},
-    {"\\learn", Learn},
-    {"\\play", [](App& app, const clsString& arguments) { app.PlayCommand(arguments); }},
-    {"\\loadbook", LoadBook},
-    {"\\savebook", SaveBook},
-    {"\\listbook", [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
-    {"\\vesko", [](App& app, const clsString&) { app.SetEngine(clsString("vesko")); }},
-    {"\\corvane", [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
-    {"\\perftfile", PerftFile},
-    {"\\json", ShowJson},
-    {"\\buildbooks", BuildBooks},
-    {"\\mergebooks", MergeBooks},
-    {"\\cvbooks", ConvertBooks},
+    {"\\", "[m]", "show the board, and switch showing it after each move; m lists the root's moves too",
+     ToggleBoard},
+    {"\\dbg", "", "play a small XBoard scenario with Vesko", DebugScenario},
+    {"\\loadsoul", "file", "show the soul text of a file; the engine keeps its soul", LoadSoul},
+    {"\\epd", "[seconds [file]]", "search each position of an EPD file (arasan19.epd) and score the answers",
+     [](App& app, const clsString& arguments) { app.StartEpdRun(arguments); }},
+    {"\\moves", "move...", "play the moves straight onto the engine's board", PlayMoves},
+    {"\\tourney", "[file]", "start the tournament of an XML file (tourney.xml) on its own thread",
+     StartTourney},
+    {"\\soul", "", "accepted; does nothing", Nothing},
+    {"\\testsouls", "", "accepted; does nothing", Nothing},
+    {"\\console", "", "the formula console, until exit",
+     [](App& app, const clsString&) { RunFormulaConsole(app); }},
+    {"\\learnt", "", "ten random souls, each tried in the tournament of tourney.xml", TrySouls},
+    {"\\learn", "file generations engines_count ms_per_move max_moves", "breed souls, resuming from the file",
+     Learn},
+    {"\\play", "ms_per_move max_moves file [soulA soulB]", "one game between two Corvane engines",
+     [](App& app, const clsString& arguments) { app.PlayCommand(arguments); }},
+    {"\\loadbook", "[book [limit]]", "load a book (corvane.cbk), keeping positions of weight limit or more",
+     LoadBook},
+    {"\\savebook", "book [limit]", "save the engine's book", SaveBook},
+    {"\\listbook", "", "the legal moves with their book statistics",
+     [](App& app, const clsString&) { app.Engine->ListBookMoves(); }},
+    {"\\vesko", "", "choose the Vesko engine",
+     [](App& app, const clsString&) { app.SetEngine(clsString("vesko")); }},
+    {"\\corvane", "", "choose the Corvane engine",
+     [](App& app, const clsString&) { app.SetEngine(clsString("corvane")); }},
+    {"\\perftfile", "[file] depth [divide]", "perft over the positions of a file, or of the current position",
+     PerftFile},
+    {"\\json", "file", "show the XML tree a JSON file is read into", ShowJson},
+    {"\\buildbooks", "path [moves_count [type]]",
+     "a book beside every PGN file below path; type 1 adds a table", BuildBooks},
+    {"\\mergebooks", "books_path new_book [limit]", "join every book below books_path into new_book",
+     MergeBooks},
+    {"\\cvbooks", "", "save each book under pgn twice and compare the copies", ConvertBooks},
+    {"\\help", "", "this list", ShowHelp},
 };
+
+// One line a command, as "\word arguments - summary", written straight out for the person who asked.
+void ShowHelp(App& app, const clsString&) {
+    for (const ConsoleCommand& entry : Commands) {
+        clsString line = entry.Word;
+        if (*entry.Arguments) line += clsString(" ") + entry.Arguments;
+        app.Output->Write(line + " - " + entry.Summary, true);
+    }
+    app.Output->Write(QuotingNote, true);
+}
 
 } // namespace
 

@@ -2,6 +2,7 @@
 // line's best move or avoided move. The run lives in the command loop, one position per finished search,
 // so the program keeps reading commands while it runs.
 #include "app/clschessapplication.h"
+#include "app/clscommandwords.h"
 #include "app/commandnumbers.h"
 #include "app/learnfile.h"
 
@@ -18,11 +19,10 @@ constexpr int PercentDigits = 2;
 
 void clsChessApplication::StartEpdRun(const clsString& arguments) {
     TestIndex = 0;
-    const clsString seconds = arguments.BeforeChar(' ');
-    BaseTimeMs = SecondsToMs(seconds.ToSeconds());
+    clsCommandWords words(arguments);
+    BaseTimeMs = SecondsToMs(words.Next().ToSeconds());
     if (BaseTimeMs == 0) BaseTimeMs = DefaultEpdMs;
-    clsString file = arguments.AfterChar(' ');
-    file.Trim();
+    clsString file = words.Next();
     if (file.IsEmpty()) file = DefaultEpdFile;
     // Blank lines, and the CR of CR LF files, are no positions.
     TestLines = FileLines(file.ToForwardSlashes());

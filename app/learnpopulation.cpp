@@ -7,7 +7,8 @@
 #include "app/learnnames.h"
 
 #include "chess/random.h"
-#include "nuvobase/clsstdinthread.h"
+#include "nuvobase/clsfile.h"
+#include "nuvobase/clsinterruptcatcher.h"
 #include "search/clsenginecorvane.h"
 
 #include <algorithm>
@@ -52,8 +53,6 @@ public:
     int64_t Build(int count);
     // False when the run has to end early.
     bool PlayGeneration(int64_t generation);
-    // True when a stop came from the input since the last look.
-    bool StopRequested();
 
 private:
     void Remark(const clsString& text) { App.Engine->Info(text); }
@@ -190,9 +189,11 @@ void clsLearnRun::Rank(int64_t generation) {
     }
     block += "\r\n";
     block.ReplaceAll(".", ",");
+    // Each file is replaced whole, so that a run killed at any moment resumes from its last whole generation.
+    // The file of the generation goes first: a generation that the result file lacks is played again.
     const clsString own = GenerationFile(File, generation);
-    if (!block.SaveToFile(File.Text(), false)) Remark(clsString("can't write ") + File);
-    if (!block.SaveToFile(own.Text(), true)) Remark(clsString("can't write ") + own);
+    if (!nuvobase::clsFile::SaveReplacing(own, block, false)) Remark(clsString("can't write ") + own);
+    if (!nuvobase::clsFile::SaveReplacing(File, block, true)) Remark(clsString("can't write ") + File);
     Remark(clsString(LongRule));
     Remark(Members.front().Engine->GetSoulText());
     Remark(clsString(LongRule));
@@ -209,34 +210,24 @@ void clsLearnRun::Breed() {
     }
 }
 
-bool clsLearnRun::StopRequested() {
-    // The run holds the command loop: a stop or quit typed meanwhile ends it between generations, and quit
-    // then ends the program; other lines are said to be dropped.
-    for (clsString line = nuvobase::StdIn.ReadLine(false); !line.IsEmpty();
-         line = nuvobase::StdIn.ReadLine(false)) {
-        const clsString command = line.BeforeChar(' ');
-        if (command == "stop" || command == "quit")
-            App.State = clsChessApplication::StateStopped;
-        else
-            Remark(clsString("ignored while learning: ") + line);
-        if (command == "quit") App.QuitPending = true;
-    }
-    return App.State == clsChessApplication::StateStopped;
-}
-
 } // namespace
 
 void clsChessApplication::LearnPopulation(const clsString& file, int64_t generations, int64_t enginesCount,
                                           int64_t msPerMove, int64_t maxMoves) {
     State = StateLearning;
+    // The lines typed meanwhile wait in the input for the run's end; an interrupt ends it between
+    // generations.
+    const nuvobase::clsInterruptCatcher interrupt;
     clsLearnRun run(*this, file.ToForwardSlashes(), msPerMove, maxMoves);
     if (enginesCount > LearnNameCount) {
         Engine->Info(clsString("at most ") + clsString(int64_t(LearnNameCount)) + " members");
     } else if (run.LoadOpenings()) {
         const int64_t highest = run.Build(int(enginesCount));
         int64_t generation = highest + 1;
-        for (; generation < generations && !run.StopRequested(); ++generation)
-            if (!run.PlayGeneration(generation)) break;
+        for (; generation < generations; ++generation) {
+            if (interrupt.Interrupted()) State = StateStopped;
+            if (State == StateStopped || !run.PlayGeneration(generation)) break;
+        }
         if (State == StateStopped)
             Engine->Info(clsString("learning stopped before generation ") + clsString(generation));
     }

@@ -1,6 +1,7 @@
 // Self-play: one game between two embedded engines with a fixed time per move, judged by a referee engine of
 // its own. \play plays one such game; the learner plays many.
 #include "app/clschessapplication.h"
+#include "app/clscommandwords.h"
 #include "app/commandnumbers.h"
 
 #include "chess/keys.h"
@@ -79,13 +80,13 @@ int clsChessApplication::PlaySelfGame(clsEngineInterface& first, clsEngineInterf
 }
 
 void clsChessApplication::PlayCommand(const clsString& arguments) {
-    int position = 0;
-    const clsString msWord = arguments.NextWord(' ', position);
+    clsCommandWords words(arguments);
+    const clsString msWord = words.Next();
     const int64_t msPerMove = msWord.IsEmpty() ? DefaultPlayMs : ReadBounded(msWord, MaxPlayMs);
-    const int64_t maxMoves = ReadBounded(arguments.NextWord(' ', position), MaxCount);
-    arguments.NextWord(' ', position); // the game file: the game is shown, not stored
-    const clsString soulA = arguments.NextWord(' ', position);
-    const clsString soulB = arguments.NextWord(' ', position);
+    const int64_t maxMoves = words.NextNumber();
+    words.Next(); // the game file: the game is shown, not stored
+    const clsString soulA = words.Next();
+    const clsString soulB = words.Next();
     if (msPerMove < 1 || maxMoves < 1) {
         Engine->Info(clsString("\\play ms_per_move max_moves file.pgn [soulA soulB]"));
         return;

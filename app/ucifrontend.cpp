@@ -60,7 +60,7 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
     } else if (command == "go") {
         return UciGo(arguments);
     } else if (command == "stop") {
-        Engine->StopEngine();
+        FinishSearch();
     } else if (command == "quit") {
         State = StateIdle;
         Engine->StopEngine();
@@ -72,7 +72,8 @@ int clsChessApplication::HandleUci(const clsString& command, const clsString& ar
 }
 
 int clsChessApplication::UciPosition(const clsString& arguments) {
-    HaltEngine();
+    // A go not yet answered gets its move before the position changes under it.
+    FinishSearch();
     SetUpPosition(*Engine, arguments);
     return 0;
 }
@@ -80,7 +81,7 @@ int clsChessApplication::UciPosition(const clsString& arguments) {
 int clsChessApplication::UciGo(const clsString& arguments) {
     // ponder, and any word not known, is skipped: a ponder search runs as a normal one.
     Engine->TakeGo(clsGoLimits::Read(arguments));
-    HaltEngine();
+    FinishSearch();
     State = Engine->IsWhiteToMove() ? StateEngineWhite : StateEngineBlack;
     return StartThinking();
 }

@@ -36,6 +36,7 @@ void DropSearch(App& app) {
     app.HaltEngine();
     int score = 0;
     app.Engine->GetBestMoveText(true, score);
+    app.AnswerDue = false;
 }
 
 // The commands that end the game in hand or take the engine's side away share this start.
@@ -55,9 +56,9 @@ int SwitchToXBoard(App& app, const clsString&) {
     return 0;
 }
 
-// The search ends, and the command loop delivers the best move found so far.
+// The search ends, and its best move so far is played at once.
 int MoveNow(App& app, const clsString&) {
-    app.Engine->StopEngine();
+    app.FinishSearch();
     return 0;
 }
 
@@ -110,8 +111,12 @@ int Rejected(App& app, const clsString& feature) {
 
 int Ping(App& app, const clsString& text) {
     app.PendingPing = text;
-    // During a search the answer waits for the move, so the GUI knows the move belongs to the old state.
-    if (!app.Engine->IsRunning()) app.SendPong();
+    // During a search the answer waits for the move, so the GUI knows the move belongs to the old state; a
+    // search that has just ended hands its move over first.
+    if (!app.Engine->IsRunning()) {
+        app.FinishSearch();
+        app.SendPong();
+    }
     return 0;
 }
 

@@ -1,14 +1,17 @@
 #!/usr/bin/env bash
 # epd-wac.sh [BUILD] [COUNT] [SECONDS] [SUITE]: how many of the first COUNT (20) positions of the WAC suite
-# (SUITE, by default the shared data beside the repository) each embedded engine solves through \epd at
+# (SUITE, by default the one of tests/data) each embedded engine solves through \epd at
 # SECONDS (1) per position, beside Debian's stockfish scored the same way. Prints the result line of each.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 build="$(cd "${1:-$here/../build/release}" && pwd)"
 count="${2:-20}"
 seconds="${3:-1}"
-suite="${4:-$here/../../shared/data/epd/wac.epd}"
+suite="${4:-$here/../tests/data/epd/wac.epd}"
 [ -f "$suite" ] || { echo "no $suite"; exit 1; }
+. "$here/debian-program.sh"
+debian_program stockfish > /dev/null
+debian_program pgn-extract > /dev/null
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 head -n "$count" "$suite" > "$work/wac.epd"
@@ -17,6 +20,4 @@ for engine in corvane vesko; do
         grep 'test results' || true)"
     printf '%-8s %s\n' "$engine" "${result#info string }"
 done
-if [ -x /usr/games/stockfish ] && [ -x /usr/games/pgn-extract ]; then
-    printf '%-8s %s\n' stockfish "$(python3 "$here/epd_reference.py" "$suite" "$count" "$seconds")"
-fi
+printf '%-8s %s\n' stockfish "$(python3 "$here/epd_reference.py" "$suite" "$count" "$seconds")"

@@ -29,7 +29,10 @@ std::atomic<int64_t> SearchMs{0};
 class TimedPlayer : public clsEmbeddedPlayer {
 public:
     using clsEmbeddedPlayer::clsEmbeddedPlayer;
-    ~TimedPlayer() override { SearchMs += TotalTime; }
+    ~TimedPlayer() override {
+        StopEngine(); // the search writes TotalTime, and calls this object, until it has ended
+        SearchMs += TotalTime;
+    }
 };
 
 std::string FakeEngineBesideSources() {

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# perftfile.sh [BUILD] [FILE] [RUNS]: \perftfile over FILE (the shared depth-4 perft file) with Vesko and with
+# perftfile.sh [BUILD] [FILE] [RUNS]: \perftfile over FILE (tests/data's depth-4 perft file) with Vesko and with
 # Corvane, beside stockfish's "go perft" over the same positions in one stockfish process. The depth is the
 # one the file's lines name ("FEN,D4,count"). Each program runs RUNS times (3); the table shows the medians
 # of the wall time and of the processor time (user + system) of a whole run, the positions whose count was
@@ -8,10 +8,12 @@
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 build="${1:-$here/../build/release}"
-file="${2:-$here/../../shared/data/perft/standard-d4.txt}"
+file="${2:-$here/../tests/data/perft/standard-d4.txt}"
 runs="${3:-3}"
 depth=$(head -n 1 "$file" | cut -d, -f2 | tr -dc 0-9)
-stockfish=/usr/games/stockfish
+. "$here/debian-program.sh"
+stockfish="$(debian_program stockfish)"
+time_program="$(debian_program time /usr/bin/time)"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 positions=$(grep -c , "$file")
@@ -21,7 +23,7 @@ median() { sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
 timed() {
     local input=$1 output=$2
     shift 2
-    /usr/bin/time -f '%e %U %S' -o "$work/time" "$@" < "$input" > "$output"
+    "$time_program" -f '%e %U %S' -o "$work/time" "$@" < "$input" > "$output"
     awk '{ printf "%d %d\n", $1 * 1000, ($2 + $3) * 1000 }' "$work/time" >> "$work/times"
 }
 row() { # name right sum

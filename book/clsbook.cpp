@@ -3,14 +3,11 @@
 #include "book/bookoutcome.h"
 #include "chess/clschesscore.h"
 #include "chess/keys.h"
+#include "nuvobase/clsfile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
-#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -167,29 +164,6 @@ private:
     size_t Filled = 0;
 };
 
-// A new file beside the target under a name of its own. O_EXCL refuses a name
-// that exists, such as one left by a process that died while saving.
-FILE* CreateBeside(const nuvobase::clsString& file, nuvobase::clsString& temporary) {
-    static std::atomic<unsigned> serial{0};
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        char suffix[48];
-        std::snprintf(suffix, sizeof suffix, ".%ld-%u.tmp", long(getpid()), serial++);
-        temporary = file + suffix;
-        const int descriptor = open(temporary.Text(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor < 0) {
-            if (errno == EEXIST) continue;
-            return nullptr;
-        }
-        FILE* stream = fdopen(descriptor, "wb");
-        if (stream == nullptr) {
-            close(descriptor);
-            std::remove(temporary.Text());
-        }
-        return stream;
-    }
-    return nullptr;
-}
-
 // Walks two lists in key order as a merge, handing each entry of the result to take: the smaller key
 // first, and for a key on both sides the left entry with the right one's counters added. Lists that are
 // out of order are walked the same way, entry by entry.
@@ -245,7 +219,7 @@ bool clsBook::RoomForOne() {
 
 bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     nuvobase::clsString temporary;
-    FILE* stream = CreateBeside(file, temporary);
+    FILE* stream = nuvobase::clsFile::CreateBeside(file, temporary);
     if (stream == nullptr) return false;
     clsBookWriter writer(stream);
     writer.Bytes(Magic, sizeof Magic);
@@ -261,11 +235,7 @@ bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
         writer.Word64(entry.Key);
     }
     writer.Bytes(Trailer, sizeof Trailer);
-    bool written = writer.Flush() && std::fflush(stream) == 0 && fsync(fileno(stream)) == 0;
-    written = std::fclose(stream) == 0 && written;
-    if (written && std::rename(temporary.Text(), file.Text()) == 0) return true;
-    std::remove(temporary.Text());
-    return false;
+    return nuvobase::clsFile::ReplaceWith(stream, temporary, file, writer.Flush());
 }
 
 bool clsBook::Load(const nuvobase::clsString& file, int limit) {

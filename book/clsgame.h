@@ -3,15 +3,29 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
 
 namespace nvoChess {
 
+class clsBoard;
 class clsChessCore;
 class clsFENTable;
+class clsMove;
+
+// Sees the moves of games as they are replayed, and the end of each game.
+class clsPlyListener {
+public:
+    virtual ~clsPlyListener() = default;
+    // A legal move, played from the position before to the position after.
+    virtual void Played(const clsBoard& before, const clsMove& move, const clsBoard& after) = 0;
+    // The game whose moves came last has ended with this result word.
+    virtual void GameEnded(uint32_t code) = 0;
+    // Whether a SAN move that fits a pinned man as well as a free one means the free one, as other programs
+    // read it; the program's own books end the game there.
+    virtual bool SkipsIllegalFits() const { return false; }
+};
 
 // Bits of the result word.
 enum GameCodeBits : uint32_t {
@@ -62,10 +76,9 @@ public:
     // Reads one game of PGN text from the start position on the core: the tags, then the main line up to the
     // first token that is no legal move. MoveText takes the coordinate moves, each followed by a blank.
     // Every position before a move is counted in fens, when given, by the result known at that point.
-    // maxPlies 0 reads the whole game. keys, when given, takes the book keys of the positions that replaying
-    // MoveText reaches.
+    // maxPlies 0 reads the whole game. listener, when given, sees the moves that replaying MoveText plays.
     void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
-                 std::vector<uint64_t>* keys = nullptr);
+                 clsPlyListener* listener = nullptr);
     // Reads the tag lines at the head of PGN text into Tags (a "Result" tag sets the word) and returns the
     // rest, the move text, on one line without check and mate signs.
     nuvobase::clsString ReadTags(const nuvobase::clsString& text);

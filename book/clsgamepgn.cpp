@@ -4,7 +4,6 @@
 #include "book/clsfentable.h"
 #include "book/clsgame.h"
 #include "chess/clschesscore.h"
-#include "chess/keys.h"
 
 namespace nvoChess {
 
@@ -96,7 +95,7 @@ clsString clsGame::ReadTags(const clsString& text) {
 }
 
 void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
-                      std::vector<uint64_t>* keys) {
+                      clsPlyListener* listener) {
     Code = CodeRunning;
     FirstMoveNumber = 0;
     const clsString moves = ReadTags(text);
@@ -133,7 +132,7 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
         core.ResetNodes(RootNodes);
         core.Generate(-1);
         if (CapturesKing(core)) return;
-        const clsMove* found = core.FindSanMove(token);
+        const clsMove* found = core.FindSanMove(token, listener != nullptr && listener->SkipsIllegalFits());
         if (found == nullptr) return;
         const bool legal = core.IsLegalAtCurrent(*found);
         clsString move = core.MoveText(found, false);
@@ -147,8 +146,9 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
             replayEnded = true;
             continue;
         }
+        const clsBoard before = core.Board;
         core.PlayMove(*found);
-        if (keys != nullptr && !replayEnded) keys->push_back(BoardKey(core.Board));
+        if (listener != nullptr && !replayEnded) listener->Played(before, *found, core.Board);
     }
 }
 

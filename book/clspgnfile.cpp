@@ -7,6 +7,7 @@
 
 #include "book/clsbookbatch.h"
 #include "book/clsgame.h"
+#include "chess/keys.h"
 
 namespace nvoChess {
 
@@ -77,23 +78,46 @@ clsBookResult BookResultOf(uint32_t code) {
     return {0, 0};
 }
 
+// Counts the positions each game reaches in a book, by the game's result.
+class clsBookCounter : public clsPlyListener {
+public:
+    explicit clsBookCounter(clsBook& book) : Batch(book) {}
+
+    void Played(const clsBoard&, const clsMove&, const clsBoard& after) override {
+        Keys.push_back(BoardKey(after));
+    }
+    void GameEnded(uint32_t code) override {
+        const clsBookResult result = BookResultOf(code);
+        Batch.AddGame(Keys, result.Result, result.DrawCode);
+        Keys.clear();
+    }
+
+private:
+    clsBookBatch Batch;
+    std::vector<uint64_t> Keys;
+};
+
 } // namespace
+
+int ReadPgnGames(const clsString& file, clsChessCore& core, int maxPlies, clsFENTable* fens,
+                 clsPlyListener& listener) {
+    int games = 0;
+    const bool read = clsPGNFile::ForEachGame(file, [&](const clsString& text) {
+        clsGame game;
+        game.ReadPgn(text, core, fens, maxPlies, &listener);
+        listener.GameEnded(game.Code);
+        ++games;
+    });
+    return read ? games : 0;
+}
 
 int clsPGNFile::Load(const clsString& file, clsChessCore& core, int maxPlies, bool extractFen) {
     Fens.Clear();
-    clsBookBatch batch(Book);
     int games = 0;
-    std::vector<uint64_t> keys;
-    const bool read = ForEachGame(file, [&](const clsString& text) {
-        clsGame game;
-        keys.clear();
-        game.ReadPgn(text, core, extractFen ? &Fens : nullptr, maxPlies, &keys);
-        const clsBookResult result = BookResultOf(game.Code);
-        batch.AddGame(keys, result.Result, result.DrawCode);
-        ++games;
-    });
-    if (!read) return 0;
-    batch.Flush();
+    {
+        clsBookCounter counter(Book);
+        games = ReadPgnGames(file, core, maxPlies, extractFen ? &Fens : nullptr, counter);
+    }
     if (extractFen) Fens.Write(clsString(file).ChangeExtension("txt"));
     return games;
 }

@@ -12,6 +12,12 @@
 namespace nvoChess {
 
 class clsChessCore;
+class clsPlyListener;
+
+// Cuts a PGN file into games and replays each on the core, for the listener; returns the number of games,
+// 0 for a file that cannot be read. maxPlies 0 reads whole games; fens, when given, counts the positions.
+int ReadPgnGames(const nuvobase::clsString& file, clsChessCore& core, int maxPlies, clsFENTable* fens,
+                 clsPlyListener& listener);
 
 class clsPGNFile {
 public:

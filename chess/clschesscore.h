@@ -61,6 +61,9 @@ public:
     bool RayAttack(int32_t square, int32_t firstRay, uint64_t attackers) const;
     // Drops the records whose making leaves the mover's king attacked; returns how many remain.
     int32_t FilterLegal();
+    // The position's legal moves become the root list; the first of them as MoveText gives it, or empty
+    // text when the position has none.
+    nuvobase::clsString FirstLegalMove();
     // The root's parent move takes the shape of the last move played; the root's board is saved.
     void SetRootNode();
     // Prepares the first nodes (all by default) for a walk from the board's position; a generation at the
@@ -96,9 +99,9 @@ public:
     void PrintMoves(bool flag);
     // The long texts of the root's list, each followed by a space; empty unless the root is current.
     nuvobase::clsString MovesAsText();
-    // The first record of the root's list, illegal ones included, whose long text fits the SAN move; null
-    // for none.
-    const clsMove* FindSanMove(const nuvobase::clsString& san);
+    // The first record of the root's list whose long text fits the SAN move, illegal ones included unless
+    // legalOnly; null for none.
+    const clsMove* FindSanMove(const nuvobase::clsString& san, bool legalOnly = false);
     // The coordinate text of a SAN move of the root position, or empty text.
     nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst);
     // Standard algebraic notation of a legal coordinate move of the board's position, with "+" or "#"

@@ -274,6 +274,12 @@ int32_t clsChessCore::FilterLegal() {
     return node.MoveCount;
 }
 
+nuvobase::clsString clsChessCore::FirstLegalMove() {
+    ResetNodes();
+    Generate(-1);
+    return FilterLegal() == 0 ? nuvobase::clsString() : MoveText(Root->Moves, false);
+}
+
 void clsChessCore::SetRootNode() {
     clsMove& fake = MovePool[0];
     Node[0].CurMove = &fake;

@@ -344,7 +344,7 @@ clsString clsChessCore::MovesAsText() {
 }
 
 // Matches the root's long move texts as MovesAsText lists them, written one at a time into a buffer.
-const clsMove* clsChessCore::FindSanMove(const clsString& san) {
+const clsMove* clsChessCore::FindSanMove(const clsString& san, bool legalOnly) {
     const clsString pattern = SanToPattern(san);
     if (pattern.IsEmpty() || Current != Root) return nullptr;
     if (Root->Moves == Root->End()) Generate(-1);
@@ -353,7 +353,7 @@ const clsMove* clsChessCore::FindSanMove(const clsString& san) {
     for (const clsMove* move = Root->Moves; move != Root->End(); ++move) {
         if (piece != '?' && piece != PieceLetters[move->Piece()]) continue;
         WriteMoveText(*move, true, candidate);
-        if (FitsPattern(candidate, pattern)) return move;
+        if (FitsPattern(candidate, pattern) && (!legalOnly || IsLegalAtCurrent(*move))) return move;
     }
     return nullptr;
 }

@@ -1,5 +1,6 @@
-// Look-ups in the archive's tables. The statements quote the names of tables and of the value, X and Y
-// columns, so that names such as @0 or Order work, and quote the values they are given.
+// Look-ups in the archive's tables. The statements that run quote the names of tables and of the value, X and
+// Y columns, so that names such as @0 or Order work; the text a look-up shows instead of running writes them
+// as the formula gives them. Values are quoted either way.
 #include <climits>
 
 #include "formula/clsfunctioncall.h"
@@ -14,6 +15,13 @@ constexpr int MaxInterpolatedText = 8191;
 
 clsString Quoted(const clsString& value) {
     return value.Quote('\'');
+}
+
+// How a statement writes a name: clsArchivio::QuoteName in the statement that runs, AsGiven in the one shown.
+using NameWriter = clsString (*)(const clsString&);
+
+clsString AsGiven(const clsString& name) {
+    return name;
 }
 
 // The argument counts each look-up allows; outside them it leaves an error value.
@@ -37,25 +45,27 @@ bool CountAllowed(const clsFunctionCall& call) {
 }
 
 // FT, FTY, FMIN and FMAX: the row at the keys X and Y, at or below them, or at or above them.
-clsString KeyStatement(const clsFunctionCall& call, const clsString& table) {
+clsString KeyStatement(const clsFunctionCall& call, const clsString& table, NameWriter writeName) {
     const clsParser& parser = call.Parser;
     const int first = call.Code == FunctionFTY ? 2 : 1;
     const bool withY = call.Count > first + 1;
     const char* compare = call.Code == FunctionFMIN ? "<=" : (call.Code == FunctionFMAX ? ">=" : "=");
     clsString field = parser.ValueField;
     if (call.Code == FunctionFTY) field += clsString("[") + call.Text(1) + "]";
-    clsString sql = clsString("select ") + clsArchivio::QuoteName(field) + ",\"X\"" +
-                    (withY ? ",\"Y\"" : "") + " from " + clsArchivio::QuoteName(table) + " where \"X\"" +
+    const clsString x = writeName(clsString("X")), y = writeName(clsString("Y"));
+    clsString sql = clsString("select ") + writeName(field) + "," + x +
+                    (withY ? clsString(",") + y : clsString()) + " from " + writeName(table) + " where " + x +
                     compare + Quoted(call.Text(first));
-    if (withY) sql += clsString(" and \"Y\"") + compare + Quoted(call.Text(first + 1));
-    if (call.Code == FunctionFMIN) sql += withY ? " order by \"X\" desc,\"Y\" desc" : " order by \"X\" desc";
-    if (call.Code == FunctionFMAX) sql += withY ? " order by \"X\" asc,\"Y\" asc" : " order by \"X\" asc";
+    if (withY) sql += clsString(" and ") + y + compare + Quoted(call.Text(first + 1));
+    const char* order = call.Code == FunctionFMIN ? " desc" : (call.Code == FunctionFMAX ? " asc" : nullptr);
+    if (order)
+        sql += clsString(" order by ") + x + order + (withY ? clsString(",") + y + order : clsString());
     return sql;
 }
 
 // The condition of FGETX, FGETF and FGETV from names and values; a name starting with "_" repeats the column
 // of the name before it, and carries its own operator and value.
-clsString Condition(const clsFunctionCall& call, const clsTableDescriptor* descriptor) {
+clsString Condition(const clsFunctionCall& call, const clsTableDescriptor* descriptor, NameWriter writeName) {
     clsString condition, column;
     int keyIndex = 0;
     for (int i = call.Code == FunctionFGETV ? 1 : 2; i < call.Count; i++) {
@@ -71,19 +81,19 @@ clsString Condition(const clsFunctionCall& call, const clsTableDescriptor* descr
                 column.SetLength(column.Size() - 1);
             condition += name + (i + 1 < call.Count ? call.Text(++i) : clsString());
         } else {
-            const clsString name =
+            const clsString key =
                 call.Code == FunctionFGETV
                     ? (descriptor ? descriptor->Column(keyIndex++) : clsString())
                     : (descriptor ? descriptor->KeyFields : clsString()).NextWord(',', keyIndex);
-            condition += clsArchivio::QuoteName(name) + "=" + Quoted(call.Text(i));
+            condition += writeName(key) + "=" + Quoted(call.Text(i));
             if (keyIndex < 0) break;
         }
     }
     return condition;
 }
 
-clsString Statement(const clsFunctionCall& call, const clsString& table) {
-    const clsString from = clsString(" from ") + clsArchivio::QuoteName(table);
+clsString Statement(const clsFunctionCall& call, const clsString& table, NameWriter writeName) {
+    const clsString from = clsString(" from ") + writeName(table);
     const clsTableDescriptor* descriptor = call.Parser.Archive->TableByName(table);
     switch (call.Code) {
     case FunctionFGET:
@@ -97,14 +107,15 @@ clsString Statement(const clsFunctionCall& call, const clsString& table) {
                call.Text(2);
     case FunctionFGETX:
     case FunctionFGETF:
-        return clsString("select ") + call.Text(1) + from + " where " + Condition(call, descriptor);
+        return clsString("select ") + call.Text(1) + from + " where " +
+               Condition(call, descriptor, writeName);
     case FunctionFGETV: {
         const clsString field = descriptor ? descriptor->Column(call.Count - 1) : clsString();
-        return clsString("select ") + clsArchivio::QuoteName(field) + from + " where " +
-               Condition(call, descriptor);
+        return clsString("select ") + writeName(field) + from + " where " +
+               Condition(call, descriptor, writeName);
     }
     default:
-        return KeyStatement(call, table);
+        return KeyStatement(call, table, writeName);
     }
 }
 
@@ -156,8 +167,8 @@ int LookUp(clsFunctionCall& call) {
     if (!CountAllowed(call) || table.IsEmpty() || (call.Count > 1 && call.At(1).IsError()) ||
         ((call.Count == 3 || call.Count == 4) && call.At(call.Count - 1).IsError()))
         return call.ResultError();
-    const clsString sql = Statement(call, table);
-    if (showOnly) return call.ResultText(sql);
+    if (showOnly) return call.ResultText(Statement(call, table, AsGiven));
+    const clsString sql = Statement(call, table, clsArchivio::QuoteName);
     clsArchivio& archive = *call.Parser.Archive;
     const int rows = archive.OpenRowSet(sql, call.Code == FunctionFLIST ? 0 : 1);
     clsString value;

@@ -1,5 +1,7 @@
 #include "match/clsengineinterface.h"
 
+#include "nuvobase/platform.h"
+
 #include <algorithm>
 #include <bit>
 #include <climits>
@@ -34,6 +36,17 @@ bool clsEngineInterface::StopEngine() {
 }
 
 void clsEngineInterface::ListBookMoves() {}
+
+bool clsEngineInterface::LoadBookFile(const clsString& file, int limit, clsString& error) {
+    if (file.Right(4) == ".bin") {
+        if (!PolyglotBook.Load(file, error)) return false;
+        Book.Clear();
+        return true;
+    }
+    if (!Book.Load(file, limit)) return false;
+    PolyglotBook.Clear();
+    return true;
+}
 
 bool clsEngineInterface::PlayBookMove() {
     return false;
@@ -132,6 +145,10 @@ int clsEngineInterface::SearchFixedDepth(int, int64_t& nodes) {
 }
 
 void clsEngineInterface::OnEngineOutput(const clsString&) {}
+
+void clsEngineInterface::WaitForReply(int) {
+    nuvobase::SleepMs(1);
+}
 
 void clsEngineInterface::SetClock(int which, int value) {
     const bool black = Side == 1;

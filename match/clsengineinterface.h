@@ -3,6 +3,7 @@
 // hold every engine, embedded or external, through this class.
 #include "book/clsbook.h"
 #include "book/clsbookentry.h"
+#include "book/clspolyglotbook.h"
 #include "match/clsgolimits.h"
 #include "nuvobase/clscollection.h"
 #include "nuvobase/clsmutex.h"
@@ -46,6 +47,10 @@ public:
     // Asks the engine to stop; true.
     virtual bool StopEngine();
     virtual void ListBookMoves();
+    // A polyglot book when the name ends in ".bin", the other kind emptied; else a .cbk book filtered by
+    // limit, which empties the polyglot book. False when the file is missing or damaged, with the reason, if
+    // known, in error; a damaged polyglot book is not used.
+    bool LoadBookFile(const nuvobase::clsString& file, int limit, nuvobase::clsString& error);
     // True when a book move was chosen.
     virtual bool PlayBookMove();
     // Text about the finished search that took elapsedMs.
@@ -96,6 +101,9 @@ public:
     virtual nuvobase::clsString SanToCoordinates(const nuvobase::clsString& san, bool generateFirst) = 0;
     // Sends one line, without line end, to the engine.
     virtual void SendLine(const nuvobase::clsString& line) = 0;
+    // Waits up to timeoutMs for a reply, or less: an engine that cannot tell when one arrives is looked
+    // at again after a millisecond.
+    virtual void WaitForReply(int timeoutMs);
     virtual void OnEngineOutput(const nuvobase::clsString& text);
     // Runs Perft(depth, divide) on every "FEN,...,count" line of file and appends one result line per
     // position to the file's ".out.txt", continuing behind the lines that file already holds. An empty file
@@ -187,9 +195,12 @@ public:
     int32_t HalfMoveClock = 0;
     int32_t MaxDepth = 0;
     uint32_t Post = 0;
-    clsBook Book; // empty until the engine loads one
+    clsBook Book;                 // empty until the engine loads one
+    clsPolyglotBook PolyglotBook; // when not empty, played from in place of Book
     nuvobase::clsString SoulName;
     clsSearchLimits Limits;
+    uint64_t ReplyArrivalUs = 0;   // when the last reply read arrived (ClockUs); 0 when nobody can tell
+    int32_t ReportedSearchMs = -1; // the search time the engine last reported in this turn; -1 none
     // The game's start position as FEN, empty for the usual start, and the opening moves played from it
     // before the engines' first move, each followed by a blank. Read by NewGame.
     nuvobase::clsString OpeningFen;

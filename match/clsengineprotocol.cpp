@@ -94,6 +94,7 @@ bool clsEngineInterface::HasFeature(const char* name) const {
 }
 
 void clsEngineInterface::Go() {
+    ReportedSearchMs = -1;
     if (Protocol == XBoard) {
         SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
         SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
@@ -113,6 +114,7 @@ void clsEngineInterface::NotifyMove(const clsString& move, int mover) {
     MoveHistory += move;
     MoveHistory += ' ';
     if (mover == Side) return;
+    ReportedSearchMs = -1;
     if (Protocol == XBoard) {
         SendLine("time " + Number(OwnTimeMs / MsPerCentisecond));
         SendLine("otim " + Number(OpponentTimeMs / MsPerCentisecond));
@@ -152,6 +154,14 @@ clsString clsEngineInterface::ParseLine(const clsString& line) {
     clsString rest = line.AfterChar(' ');
     if (Protocol == Uci) {
         if (word == "readyok" || word == "uciok") Ready = true;
+        // "time N" in an info line gives the milliseconds searched so far.
+        const bool remark = rest.Compare("string ", clsString::CompareStartsWith);
+        for (int position = word == "info" && !remark ? 0 : -1; position >= 0;) {
+            if (rest.NextWord(' ', position) == "time" && position >= 0) {
+                ReportedSearchMs = int32_t(ReadNumber(rest.NextWord(' ', position)));
+                break;
+            }
+        }
         if (word == "bestmove") return "move " + rest.Lower();
         if (word == "info") ReadScore(line);
         return clsString();

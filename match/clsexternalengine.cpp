@@ -10,6 +10,9 @@ namespace {
 constexpr int ExternalPawnValue = 100;
 // The longest a line waits for the child to be started.
 constexpr int StartWaitMs = 10000;
+// The most lines one ReadReply passes over, so that a child that never stops writing still lets the
+// game look at its clock.
+constexpr int LinesPerReply = 4096;
 } // namespace
 
 clsExternalEngine::clsExternalEngine(const clsString& name, nuvobase::clsTSafeOutput* output,
@@ -30,6 +33,9 @@ void clsExternalEngine::EndChild() {
 
 bool clsExternalEngine::Run() {
     ReaderLoop();
+    // Whoever waits for a reply wakes to an engine already stopped.
+    Stopped = true;
+    Wake();
     return true;
 }
 
@@ -63,14 +69,22 @@ bool clsExternalEngine::MakeMove(uint64_t from, uint64_t to, char promotion) {
 }
 
 clsString clsExternalEngine::ReadReply() {
-    const clsString line = ReadLine();
-    if (line.IsEmpty()) return line;
-    return ParseLine(line);
+    for (int lines = 0; lines < LinesPerReply; ++lines) {
+        const clsString line = ReadLine(&ReplyArrivalUs);
+        if (line.IsEmpty()) break;
+        const clsString reply = ParseLine(line);
+        if (!reply.IsEmpty()) return reply;
+    }
+    return clsString();
+}
+
+void clsExternalEngine::WaitForReply(int timeoutMs) {
+    WaitForLine(timeoutMs);
 }
 
 void clsExternalEngine::SendLine(const clsString& line) {
     // A line sent while the reader is still starting the child waits for it rather than being lost.
-    for (int waited = 0; !StartTried && IsRunning() && waited < StartWaitMs; ++waited) nuvobase::SleepMs(1);
+    if (IsRunning()) WaitForStart(StartWaitMs);
     if (Running) WriteLine(line);
     if (PaceMs > 0) nuvobase::SleepMs(unsigned(PaceMs));
 }

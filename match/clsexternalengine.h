@@ -7,7 +7,7 @@
 
 namespace nvoChess {
 
-class clsExternalEngine : public clsEngineInterface, public clsRedirectedChild {
+class clsExternalEngine final : public clsEngineInterface, public clsRedirectedChild {
 public:
     // The pause behind every line sent, unless the tournament sets its own.
     static constexpr int DefaultPaceMs = 100;
@@ -28,8 +28,11 @@ public:
     // Sends "setboard " and the FEN in either protocol.
     bool SetPosition(const nuvobase::clsString& fen) override;
     bool MakeMove(uint64_t from, uint64_t to, char promotion) override;
-    // The next line of the child in normal form (ParseLine); empty text while none waits.
+    // The next line of the child that means something, in normal form (ParseLine); the lines before it
+    // are read and passed over. Empty text while none waits.
     nuvobase::clsString ReadReply() override;
+    // Wakes when the child has written a line or has ended.
+    void WaitForReply(int timeoutMs) override;
     // Writes the line to the child while it runs, then pauses PaceMs in any case.
     void SendLine(const nuvobase::clsString& line) override;
 

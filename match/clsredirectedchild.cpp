@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
@@ -24,6 +25,9 @@ namespace {
 constexpr int ReadChunkBytes = 64 * 1024;
 // How long the reader waits for output before it looks whether the child has ended.
 constexpr int ExitCheckMs = 10;
+// How often a child that is ending (its output closed, or told to quit) is looked at: it is gone within
+// moments, and the next game waits for it.
+constexpr int EndCheckMs = 1;
 // How long a child may take to end by itself once it has been told to quit.
 constexpr int QuitGraceMs = 1000;
 // How long a write waits for a child that does not read its input.
@@ -196,6 +200,7 @@ void clsRedirectedChild::ReaderLoop() {
     const bool started = !FileName.IsEmpty() && Spawn();
     Running = started;
     StartTried = true;
+    Wake();
     if (!started) return;
     char chunk[ReadChunkBytes];
     bool open = true;
@@ -210,8 +215,6 @@ void clsRedirectedChild::ReaderLoop() {
                     open = false; // every writer has gone; the child may still run
                 continue;
             }
-        } else {
-            nuvobase::SleepMs(ExitCheckMs);
         }
         bool ended = false;
         if (SendLock.Lock() == 0) {
@@ -219,6 +222,7 @@ void clsRedirectedChild::ReaderLoop() {
             SendLock.Unlock();
         }
         if (ended) break;
+        if (!open) nuvobase::SleepMs(EndCheckMs);
     }
     // What the child wrote just before it ended is still served; a flood left behind by what it started
     // is cut at the buffer's limit.
@@ -255,25 +259,68 @@ void clsRedirectedChild::KillAndReap() {
     ChildPid = 0;
 }
 
-clsString clsRedirectedChild::ReadLine() {
+clsString clsRedirectedChild::ReadLine(uint64_t* arrivalUs) {
     clsString line;
     if (Lock.Lock() != 0) return line;
     if (Data) {
-        const int end = Data->Find('\n');
+        const int end = Data->Find('\n', ReadOffset);
         if (end >= 0) {
-            line = Data->Left(end);
-            Data->DeleteLeft(end + 1);
+            line = Data->Mid(ReadOffset, end - ReadOffset);
+            ReadOffset = end + 1;
+            // Read bytes leave the buffer once they are half of it: a flood of lines costs a copy per line
+            // only in proportion.
+            if (ReadOffset * 2 >= Data->Size()) {
+                Data->DeleteLeft(ReadOffset);
+                ReadOffset = 0;
+            }
         }
     }
+    if (arrivalUs) *arrivalUs = LineArrivalUs;
     Lock.Unlock();
     return line.TrimRight('\n').TrimRight('\r');
+}
+
+bool clsRedirectedChild::HasLine() const {
+    return Data && Data->Find('\n', ReadOffset) >= 0;
 }
 
 void clsRedirectedChild::Receive(const char* bytes, long count) {
     if (Lock.Lock() != 0) return;
     clsString& buffer = *Value();
-    const long room = MaxBufferedBytes - buffer.Size();
-    if (room > 0) buffer.Append(bytes, int(count < room ? count : room));
+    const long excess = buffer.Size() - ReadOffset + count - MaxBufferedBytes;
+    if (excess > 0) {
+        // Whole lines leave from the front, the oldest first; a line cut there would be garbage.
+        const int end = buffer.Find('\n', ReadOffset + int(excess - 1));
+        buffer.DeleteLeft(end >= 0 ? end + 1 : buffer.Size());
+        ReadOffset = 0;
+    }
+    buffer.Append(bytes, int(count));
+    if (std::memchr(bytes, '\n', size_t(count))) {
+        LineArrivalUs = nuvobase::ClockUs();
+        Arrived.WakeAll();
+    }
+    Lock.Unlock();
+}
+
+bool clsRedirectedChild::WaitForLine(int timeoutMs) {
+    if (Lock.Lock() != 0) return false;
+    if (!HasLine() && !(StartTried && !Running)) Arrived.Wait(timeoutMs);
+    const bool waiting = HasLine();
+    Lock.Unlock();
+    return waiting;
+}
+
+void clsRedirectedChild::WaitForStart(int timeoutMs) {
+    if (Lock.Lock() != 0) return;
+    const uint64_t until = nuvobase::ClockMs() + uint64_t(timeoutMs);
+    for (uint64_t now = nuvobase::ClockMs(); !StartTried && now < until; now = nuvobase::ClockMs())
+        Arrived.Wait(int(until - now));
+    Lock.Unlock();
+}
+
+void clsRedirectedChild::Wake() {
+    if (Lock.Lock() != 0) return;
+    Arrived.WakeAll();
     Lock.Unlock();
 }
 
@@ -290,8 +337,8 @@ bool clsRedirectedChild::WriteLine(const clsString& text) {
 
 void clsRedirectedChild::TerminateChild() {
     if (SendLock.Lock() != 0) return;
-    for (int waited = 0; waited < QuitGraceMs && !HasEnded(); waited += ExitCheckMs)
-        nuvobase::SleepMs(ExitCheckMs);
+    for (int waited = 0; waited < QuitGraceMs && !HasEnded(); waited += EndCheckMs)
+        nuvobase::SleepMs(EndCheckMs);
     SendLock.Unlock();
     CloseChild();
 }

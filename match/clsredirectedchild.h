@@ -3,12 +3,14 @@
 // and what it writes, its standard error included, is collected in a receive buffer that is read a
 // line at a time.
 
+#include "nuvobase/clscondition.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
 
 #include <atomic>
+#include <cstdint>
 #include <sys/types.h>
 
 namespace nvoChess {
@@ -18,7 +20,8 @@ namespace nvoChess {
 // exactly once, and no pipe end outlives the child or reaches another child.
 class clsRedirectedChild : public nuvobase::clsProtectedString {
 public:
-    // The receive buffer holds at most this much; a child that floods it loses what does not fit.
+    // The receive buffer holds at most this much; a child that floods it loses its oldest lines, so
+    // that what it wrote last, its answer, is still read.
     static constexpr int MaxBufferedBytes = 4 << 20;
 
     clsRedirectedChild() = default;
@@ -29,8 +32,15 @@ public:
     // child has ended. Writes "# process terminated!" behind a child that ran.
     void ReaderLoop();
     // The first complete line of the receive buffer without its line end, removed from the buffer;
-    // empty text when no complete line waits.
-    nuvobase::clsString ReadLine();
+    // empty text when no complete line waits. arrivalUs, when given, receives the time (ClockUs) at which
+    // the newest complete line arrived.
+    nuvobase::clsString ReadLine(uint64_t* arrivalUs = nullptr);
+    // Waits up to timeoutMs until a complete line waits or the reader has ended; true when a line waits.
+    bool WaitForLine(int timeoutMs);
+    // Waits up to timeoutMs until the reader has tried to start the child.
+    void WaitForStart(int timeoutMs);
+    // Wakes whoever waits for a line or for the start, to look again.
+    void Wake();
     // Writes text and a line feed to the child while it runs; false when nothing was written.
     bool WriteLine(const nuvobase::clsString& text);
     // Gives the child up to a second to end by itself, then kills it, and closes the parent's ends.
@@ -55,12 +65,17 @@ private:
     bool HasEnded();
     // Kills the child's process group and reaps the child. Call under SendLock.
     void KillAndReap();
-    // Appends bytes to the receive buffer, within its limit.
+    // Appends bytes to the receive buffer, within its limit, and wakes a waiter when a line is complete.
     void Receive(const char* bytes, long count);
+    // A complete line waits in the buffer. Call under Lock.
+    bool HasLine() const;
 
     pid_t ChildPid = 0;    // 0 when there is no child to reap; guarded by SendLock
     int ChildInWrite = -1; // the parent's end of the child's standard input; guarded by SendLock
     int ChildOutRead = -1; // the parent's end of the child's output; owned by the reader thread
+    nuvobase::clsCondition Arrived{Lock}; // a line has arrived, the reader has started or ended
+    int ReadOffset = 0;                   // bytes at the front of the buffer already read; guarded by Lock
+    uint64_t LineArrivalUs = 0;           // when the newest complete line arrived; guarded by Lock
 };
 
 } // namespace nvoChess

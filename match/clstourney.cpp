@@ -219,6 +219,7 @@ void clsTourney::MakeGames() {
                                                          PathPrefix + ".R0.G" + Number(id) + ".pgn", Output);
             game->Verbose = Verbose;
             game->PaceMs = PaceMs;
+            game->OnFinished = [this] { WakeScheduler(); };
             Games.push_back(std::move(game));
         }
     }
@@ -264,6 +265,8 @@ void clsTourney::PlayRounds() {
             // A game taken up from an earlier run counts as finished and reported.
             if (PlayedGames.count({Round, game.GameId}) > 0) game.Finished = reported[p] = true;
         }
+        // Without pauses a game that ends makes room at once; the progress line still comes once a second.
+        uint64_t progressDue = 0;
         for (int pending = 1; pending > 0;) {
             int playing = 0;
             pending = 0;
@@ -287,10 +290,17 @@ void clsTourney::PlayRounds() {
                     ++playing;
                 }
             }
-            Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
-                              Number(playing) + "/" + Number(pending) + " " + status,
-                          true);
-            if (pending > 0) nuvobase::SleepMs(SchedulerMs);
+            const uint64_t now = nuvobase::ClockMs();
+            if (PaceMs != 0 || now >= progressDue) {
+                Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
+                                  Number(playing) + "/" + Number(pending) + " " + status,
+                              true);
+                progressDue = now + SchedulerMs;
+            }
+            if (pending > 0 && PaceMs == 0)
+                AwaitGameEnd(int(progressDue - now));
+            else if (pending > 0)
+                nuvobase::SleepMs(SchedulerMs);
             if (!MayStartGames() && playing == 0) break;
         }
     }
@@ -303,6 +313,20 @@ void clsTourney::Report(clsTourneyGame& game) {
                          game.WhitePlayer->Name + "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
     FlushLog();
     if (Standings) RecordResult(game);
+}
+
+void clsTourney::WakeScheduler() {
+    if (WakeLock.Lock() != 0) return;
+    GameEndedSinceLook = true;
+    GameEnded.WakeAll();
+    WakeLock.Unlock();
+}
+
+void clsTourney::AwaitGameEnd(int timeoutMs) {
+    if (WakeLock.Lock() != 0) return;
+    if (!GameEndedSinceLook) GameEnded.Wait(timeoutMs);
+    GameEndedSinceLook = false;
+    WakeLock.Unlock();
 }
 
 void clsTourney::Log(int32_t gameId, const clsString& text) {

@@ -9,6 +9,7 @@
 #include "match/clssprt.h"
 #include "match/clsstandings.h"
 #include "match/clstourneygame.h"
+#include "nuvobase/clscondition.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
 #include "nuvobase/clsstrings.h"
@@ -26,7 +27,7 @@
 
 namespace nvoChess {
 
-class clsTourney : public nuvobase::clsThread {
+class clsTourney final : public nuvobase::clsThread {
 public:
     enum TourneyTypes : int32_t { RoundRobin = 0, Gauntlet = 1, Learning = 2 };
     // The text "NuvoSoftware" carries.
@@ -77,6 +78,11 @@ public:
     nuvobase::clsString LogFolder;
     nuvobase::clsString LogFile;
     nuvobase::clsString Name;
+    // Wakes the scheduler when a game has ended. Declared before the games: a game ending while they
+    // are destroyed still reaches them.
+    nuvobase::clsMutex WakeLock;
+    nuvobase::clsCondition GameEnded{WakeLock};
+    bool GameEndedSinceLook = false; // guarded by WakeLock
     std::vector<std::unique_ptr<clsPlayer>> Players;
     std::vector<std::unique_ptr<clsTourneyGame>> Games;
     int32_t Type = RoundRobin;
@@ -108,6 +114,10 @@ private:
     void SetTags(clsTourneyGame& game, int position);
     // Marks the game as reported and logs its result.
     void Report(clsTourneyGame& game);
+    // Tells the scheduler that a game has ended; called on the game's thread.
+    void WakeScheduler();
+    // Waits up to timeoutMs for a game to end, or returns at once when one has ended since the last look.
+    void AwaitGameEnd(int timeoutMs);
     // The openings element; false, with a message, when its file gives no opening.
     bool ReadOpenings(nuvobase::clsXML& options);
     // Every XBoard engine can take the set-up positions of the openings; false, with a message, if not.

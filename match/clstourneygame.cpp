@@ -5,6 +5,7 @@
 #include "match/clsexternalengine.h"
 #include "nuvobase/platform.h"
 
+#include <algorithm>
 #include <cxxabi.h>
 
 using nuvobase::clsString;
@@ -28,6 +29,7 @@ constexpr uint32_t WhiteIllegal = CodeIllegalMove | CodeBlackWins,
 constexpr uint32_t RepetitionDraw = CodeRepetition | CodeDraw, ClaimedDraw = CodeDraw;
 // Occurrences of a position before the newest one that end the game.
 constexpr int RepetitionsBefore = 3;
+constexpr int64_t UsPerMs = 1000;
 
 clsString Number(int64_t value) {
     return clsString(value);
@@ -86,6 +88,7 @@ bool clsTourneyGame::Run() {
     Referee.reset();
     SaveFiles();
     Finished = true;
+    if (OnFinished) OnFinished();
     return decided;
 }
 
@@ -101,15 +104,18 @@ bool clsTourneyGame::Play() {
         engine->OpeningFen = StartFen;
         engine->OpeningMoves = OpeningMoves;
         Engines.push_back(std::move(engine));
-        StartPlayer(*Engines.back(), side);
+        LaunchPlayer(*Engines.back(), side);
+        if (PaceMs != 0) OpenGame(*Engines.back());
     }
+    // Without pauses both programs start at once, and the game waits for them together.
+    if (PaceMs == 0)
+        for (auto& engine : Engines) OpenGame(*engine);
     if (Engines.size() != 2) {
         SetCode(CodeAborted);
         return false;
     }
-    TurnStart = nuvobase::ClockMs();
-    Engines[firstMover]->Go();
-    nuvobase::SleepMs(1);
+    StartTurn([this, firstMover] { Engines[firstMover]->Go(); });
+    if (PaceMs != 0) nuvobase::SleepMs(1);
     SideToMove = firstMover;
     while (GetState() == ThreadRunning && Code == CodeRunning) {
         if (AbortRequested) {
@@ -118,26 +124,38 @@ bool clsTourneyGame::Play() {
         }
         const int side = SideToMove;
         clsEngineInterface& mover = *Engines[side];
-        const int64_t elapsed = int64_t(nuvobase::ClockMs() - TurnStart);
+        const clsString reply = mover.ReadReply();
+        // Without pauses a reply counts from when it arrived, not from when this thread came to read it.
+        const uint64_t endUs = !reply.IsEmpty() && PaceMs == 0 ? std::max(mover.ReplyArrivalUs, TurnStartUs)
+                                                               : nuvobase::ClockUs();
+        const int64_t elapsedUs = int64_t(endUs - TurnStartUs);
+        const int64_t elapsed = elapsedUs / UsPerMs;
         const int64_t clock = mover.OwnTimeMs;
+        // The turn's wall time and the engine's own account of its search, for whoever studies the timing.
+        const auto timing = [&] {
+            const clsString wall = "\t" + Number(elapsedUs) + " us";
+            return mover.ReportedSearchMs < 0 ? wall
+                                              : wall + "\tengine " + Number(mover.ReportedSearchMs) + " ms";
+        };
         if (IsOverTime(elapsed, clock)) {
             const clsString over = Number(elapsed) + ">" + Number(clock);
             Tags.SetValue("Forfeit_ms", over);
-            GameLog(side, mover.Name + " forfeits on time (" + over + ")");
+            GameLog(side, mover.Name + " forfeits on time (" + over + ")" + timing());
             SetCode(side == Black ? BlackForfeits : WhiteForfeits);
             continue;
         }
-        const clsString reply = mover.ReadReply();
         if (reply.IsEmpty()) {
             if (mover.IsStopped()) {
                 GameLog(side, mover.Name + " has crashed!");
                 SetCode(side == Black ? BlackCrashed : WhiteCrashed);
+            } else if (PaceMs == 0) {
+                mover.WaitForReply(int(std::min<int64_t>(clock + ForfeitGraceMs - elapsed + 1, ReplyWaitMs)));
             } else {
                 nuvobase::SleepMs(1);
             }
             continue;
         }
-        GameLog(side, reply);
+        GameLog(side, reply + timing());
         const uint32_t code = HandleReply(reply, elapsed);
         if (code != CodeRunning) SetCode(code);
     }
@@ -161,27 +179,51 @@ std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player
     return engine;
 }
 
-bool clsTourneyGame::StartPlayer(clsEngineInterface& engine, int side) {
+void clsTourneyGame::LaunchPlayer(clsEngineInterface& engine, int side) {
     engine.Side = side;
     engine.OwnTimeMs = engine.OpponentTimeMs = ClockGameMs;
     engine.OwnIncrementMs = engine.OpponentIncrementMs = ClockIncrementMs;
     engine.MovesToGo = 0;
-    if (!engine.Ready) {
-        engine.StartEngine();
-        GameLog(side, "waiting for " + engine.Name.Quote('\'') + " initialization...");
-        nuvobase::SleepMs(StartupWaitMs);
-        engine.Handshake();
-        // A program that has ended will not answer: it loses when its turn comes.
-        for (int poll = 0;
-             poll < HandshakePolls && (!engine.Ready || engine.FeaturesPending()) && !engine.IsStopped();
-             ++poll) {
-            engine.NudgeFeatures();
-            if (!engine.ReadReply().IsEmpty()) break;
-            nuvobase::SleepMs(1);
-        }
+    if (engine.Ready) return;
+    engine.StartEngine();
+    GameLog(side, "waiting for " + engine.Name.Quote('\'') + " initialization...");
+    if (PaceMs != 0) nuvobase::SleepMs(StartupWaitMs);
+    engine.Handshake();
+    if (PaceMs != 0) AwaitReady(engine);
+}
+
+bool clsTourneyGame::OpenGame(clsEngineInterface& engine) {
+    if (PaceMs == 0) AwaitReady(engine);
+    if (engine.Ready) {
+        engine.NewGame();
+        // Without pauses the first clock would otherwise run while the engine still prepares its game.
+        if (PaceMs == 0) AwaitReady(engine);
     }
-    if (engine.Ready) engine.NewGame();
     return engine.Ready;
+}
+
+void clsTourneyGame::AwaitReady(clsEngineInterface& engine) {
+    // An XBoard program is ready when it says so with the feature done (or stays silent about it for the
+    // grace time), not when the handshake has gone out.
+    const auto ready = [&] { return engine.Ready && !engine.FeaturesPending(); };
+    const uint64_t until = nuvobase::ClockMs() + HandshakePolls;
+    // A program that has ended will not answer: it loses when its turn comes.
+    for (int poll = 0; !ready() && !engine.IsStopped(); ++poll) {
+        const uint64_t now = nuvobase::ClockMs();
+        if (PaceMs == 0 ? now >= until : poll >= HandshakePolls) break;
+        engine.NudgeFeatures();
+        if (!engine.ReadReply().IsEmpty()) break;
+        if (PaceMs == 0)
+            engine.WaitForReply(int(std::min<uint64_t>(until - now, ReplyWaitMs)));
+        else
+            nuvobase::SleepMs(1);
+    }
+}
+
+void clsTourneyGame::StartTurn(const std::function<void()>& send) {
+    const uint64_t beforeUs = nuvobase::ClockUs();
+    send();
+    TurnStartUs = PaceMs == 0 ? nuvobase::ClockUs() : beforeUs;
 }
 
 uint32_t clsTourneyGame::HandleReply(const clsString& reply, int64_t elapsedMs) {
@@ -218,12 +260,11 @@ uint32_t clsTourneyGame::HandleMove(const clsString& rest, int64_t elapsedMs) {
     }
     mover.NotifyMove(move, side);
     SideToMove = 1 - side;
-    TurnStart = nuvobase::ClockMs();
     clsEngineInterface& next = *Engines[1 - side];
     next.OpponentTimeMs = mover.OwnTimeMs;
     next.OpponentIncrementMs = mover.OwnIncrementMs;
     next.MovesToGo = 0;
-    next.NotifyMove(move, side);
+    StartTurn([&] { next.NotifyMove(move, side); });
     return CodeRunning;
 }
 

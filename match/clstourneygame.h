@@ -21,7 +21,7 @@
 
 namespace nvoChess {
 
-class clsTourneyGame : public nuvobase::clsThread, public clsGame {
+class clsTourneyGame final : public nuvobase::clsThread, public clsGame {
 public:
     // Makes the engine of an "embedded" player: an engine of this program that answers like any other.
     // The application registers it at start; without one an embedded player cannot play.
@@ -34,9 +34,12 @@ public:
     // How far beyond its clock a mover may answer and still be in time.
     static constexpr int64_t ForfeitGraceMs = 50;
     // How long a started program gets before it is spoken to, and how often it is then asked for its
-    // answer to the handshake, one millisecond apart.
+    // answer to the handshake, one millisecond apart. Without a pause behind the lines sent the program
+    // is spoken to at once, and the same span bounds the wait for its answer.
     static constexpr unsigned StartupWaitMs = 1500;
     static constexpr int HandshakePolls = 20000;
+    // The longest a game waits for a reply before it looks at its clock and at an abort again.
+    static constexpr int ReplyWaitMs = 100;
 
     clsTourneyGame(int32_t gameId, int32_t clockMoves, int32_t clockGameMs, int32_t clockIncrementMs,
                    clsPlayer* white, clsPlayer* black, const nuvobase::clsString& pgnFile,
@@ -81,6 +84,8 @@ public:
     clsPlayer* BlackPlayer; // not owned
     std::vector<uint64_t> PositionHashes;
     std::vector<int32_t> TurnMs; // wall time of each turn that ended in a move, engines' thinking included
+    // Called on the game's thread once its files are written; the tournament wakes its scheduler here.
+    std::function<void()> OnFinished;
     nuvobase::clsString PgnFile;
     // Where the game starts: a FEN of all six fields (empty for the usual start), and coordinate moves
     // played from there before the engines' first move, each followed by a blank.
@@ -98,8 +103,16 @@ private:
     bool Play();
     // An engine for the player, or null when the player cannot have one.
     std::unique_ptr<clsEngineInterface> MakeEngine(clsPlayer& player);
-    // Sets the engine's side and clocks, starts it when it is not ready and opens the game; Ready.
-    bool StartPlayer(clsEngineInterface& engine, int side);
+    // Sets the engine's side and clocks and, when it is not ready, starts it and sends the handshake; with
+    // pauses it also waits for the answer.
+    void LaunchPlayer(clsEngineInterface& engine, int side);
+    // Once the engine has answered, starts a new game on it; Ready.
+    bool OpenGame(clsEngineInterface& engine);
+    // Reads the engine's answers until it is ready, it has ended, it gives a reply, or the bound passes.
+    void AwaitReady(clsEngineInterface& engine);
+    // Sends what starts the mover's turn and starts the turn's clock: behind the lines when they are
+    // sent without a pause, else before them, so that the pauses count in the mover's time.
+    void StartTurn(const std::function<void()>& send);
     // One reply of the mover; returns the result word it gives, or 1 while the game goes on.
     uint32_t HandleReply(const nuvobase::clsString& reply, int64_t elapsedMs);
     // Plays a move of the mover on the referee and hands it to both engines.
@@ -118,7 +131,7 @@ private:
 
     std::unique_ptr<clsChessCore> Referee; // holds the game's position while the game runs
     std::vector<std::unique_ptr<clsEngineInterface>> Engines;
-    uint64_t TurnStart = 0;
+    uint64_t TurnStartUs = 0;
     size_t OpeningPlies = 0;
     nuvobase::clsString AdjudicationRule; // the rule that ended the game, for its "Reason" tag
     std::atomic<bool> AbortRequested{false};

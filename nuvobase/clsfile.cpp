@@ -1,8 +1,13 @@
-// clsFile: buffered files with typed fields, and folder listings.
+// clsFile: buffered files with typed fields, folder listings, and files replaced whole.
 #include "nuvobase/clsfile.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
 
 namespace nuvobase {
 
@@ -13,6 +18,23 @@ constexpr uint8_t VarIntPayload = 0x7F;
 constexpr int MaxVarIntShift = 63;
 constexpr uint8_t FilledByte = 0xFF;
 constexpr int BitsPerByte = 8;
+// Names tried for a file beside another before giving up.
+constexpr int BesideNameTries = 100;
+constexpr size_t CopyChunkBytes = 1 << 16;
+
+// Copies the whole of the file at path to stream; a file that does not exist copies nothing.
+bool CopyInto(const clsString& path, std::FILE* stream) {
+    std::FILE* source = std::fopen(path.Text(), "rb");
+    if (source == nullptr) return errno == ENOENT;
+    char chunk[CopyChunkBytes];
+    bool copied = true;
+    size_t got;
+    while (copied && (got = std::fread(chunk, 1, sizeof chunk, source)) > 0)
+        copied = std::fwrite(chunk, 1, got, stream) == got;
+    copied = copied && !std::ferror(source);
+    std::fclose(source);
+    return copied;
+}
 } // namespace
 
 clsFile::clsFile(const clsFile& other)
@@ -136,6 +158,46 @@ int clsFile::ListFiles(const char* folder, const char* pattern, clsCollection<cl
     }
     closedir(directory);
     return list.Count;
+}
+
+std::FILE* clsFile::CreateBeside(const clsString& file, clsString& temporary) {
+    static std::atomic<unsigned> serial{0};
+    for (int attempt = 0; attempt < BesideNameTries; ++attempt) {
+        char suffix[48];
+        std::snprintf(suffix, sizeof suffix, ".%ld-%u.tmp", long(getpid()), serial++);
+        temporary = file + suffix;
+        // O_EXCL refuses a name that exists, such as one left by a process that died while writing.
+        const int descriptor = open(temporary.Text(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor < 0) {
+            if (errno == EEXIST) continue;
+            return nullptr;
+        }
+        std::FILE* stream = fdopen(descriptor, "wb");
+        if (stream == nullptr) {
+            close(descriptor);
+            std::remove(temporary.Text());
+        }
+        return stream;
+    }
+    return nullptr;
+}
+
+bool clsFile::ReplaceWith(std::FILE* stream, const clsString& temporary, const clsString& file,
+                          bool written) {
+    written = written && std::fflush(stream) == 0 && fsync(fileno(stream)) == 0;
+    written = std::fclose(stream) == 0 && written;
+    if (written && std::rename(temporary.Text(), file.Text()) == 0) return true;
+    std::remove(temporary.Text());
+    return false;
+}
+
+bool clsFile::SaveReplacing(const clsString& file, const clsString& text, bool append) {
+    clsString temporary;
+    std::FILE* stream = CreateBeside(file, temporary);
+    if (stream == nullptr) return false;
+    bool written = !append || CopyInto(file, stream);
+    written = written && std::fwrite(text.Text(), 1, size_t(text.Size()), stream) == size_t(text.Size());
+    return ReplaceWith(stream, temporary, file, written);
 }
 
 } // namespace nuvobase

@@ -1,5 +1,6 @@
 // clsFile: an open file over the C library's buffered stream, with the few typed binary fields the books
-// use; and a directory entry (folder, name, size, attributes), of which ListFiles makes a list.
+// use; a directory entry (folder, name, size, attributes), of which ListFiles makes a list; and the
+// replacing of a whole file, so that a reader finds its old content or its new one, never a part.
 #pragma once
 
 #include <cstdint>
@@ -54,6 +55,17 @@ public:
     // and name joined by PathJoin. A non-empty pattern filters by ComparePattern ("%.cbk"). The list is not
     // emptied; an unreadable folder leaves it as it was. Returns the count of list.
     static int ListFiles(const char* folder, const char* pattern, clsCollection<clsFile>& list);
+
+    // A new file beside file, under a name of its own in temporary, open for writing; null when none can be
+    // made. ReplaceWith finishes it.
+    static std::FILE* CreateBeside(const clsString& file, clsString& temporary);
+    // Closes stream, made by CreateBeside, and when written holds and its bytes reached the disk renames it
+    // over file; otherwise removes it and leaves file as it was. True when file has the new content.
+    static bool ReplaceWith(std::FILE* stream, const clsString& temporary, const clsString& file,
+                            bool written);
+    // Writes text to file, behind the file's present content when append is set, by way of a file beside
+    // it. False, and file as it was, when anything fails.
+    static bool SaveReplacing(const clsString& file, const clsString& text, bool append);
 };
 
 } // namespace nuvobase

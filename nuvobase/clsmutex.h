@@ -32,6 +32,8 @@ public:
     pthread_mutex_t Handle;
 
 private:
+    // A wait on a condition lets other threads take the lock meanwhile; it keeps the holder's state.
+    friend class clsCondition;
     // Runs a locking call with cancellation held off; keeps it off on success.
     int Acquire(int (*lockCall)(pthread_mutex_t*));
     // The cancellation state of the holder before it took the lock.

@@ -12,7 +12,7 @@
 
 namespace nuvobase {
 
-class clsStdInThread : public clsThread {
+class clsStdInThread final : public clsThread {
 public:
     // The longest line kept: hostile input without a line end must not grow
     // the reader without limit.

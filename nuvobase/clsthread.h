@@ -33,8 +33,10 @@ public:
     virtual void Exit();
     // The body of the thread; the thread ends when it returns.
     virtual bool Run() = 0;
-    // Cancels a running thread but does not wait for it: a derived class stops
-    // and waits for its thread before this runs.
+    // Cancels a running thread but does not wait for it. The thread calls the
+    // object's virtual operations, so the destructor of the most-derived class
+    // stops and waits for it before any part of the object goes; a class that
+    // may be derived from leaves that to each class below it as well.
     virtual ~clsThread();
     // Creates the thread unless it runs; returns IsRunning().
     virtual bool Start();

@@ -52,6 +52,10 @@ std::uint64_t ClockMs() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - ProcessStart()).count();
 }
 
+std::uint64_t ClockUs() {
+    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - ProcessStart()).count();
+}
+
 std::uint64_t PhysicalMemoryBytes() {
     const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
     return pages > 0 && pageSize > 0

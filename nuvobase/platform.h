@@ -9,6 +9,8 @@ namespace nuvobase {
 
 // Milliseconds since the process started, from a monotonic clock.
 std::uint64_t ClockMs();
+// The same clock in microseconds.
+std::uint64_t ClockUs();
 
 // Suspends the calling thread for at least `ms` milliseconds. A cancellation
 // point of the thread layer.

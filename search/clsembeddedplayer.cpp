@@ -21,6 +21,10 @@ clsEmbeddedPlayer::clsEmbeddedPlayer(const clsString& name, nuvobase::clsTSafeOu
     clsEngineInterface::Stopped = false;
 }
 
+clsEmbeddedPlayer::~clsEmbeddedPlayer() {
+    StopEngine();
+}
+
 void clsEmbeddedPlayer::Think() {
     StopEngine();
     SetPosition(OpeningFen.IsEmpty() ? clsString(StartPositionFen) : OpeningFen);

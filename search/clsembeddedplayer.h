@@ -23,6 +23,8 @@ public:
     // default soul.
     clsEmbeddedPlayer(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output, clsTourneyGame* game,
                       const nuvobase::clsString& soul);
+    // Ends the search before any part of the player goes: the search thread calls its virtual operations.
+    ~clsEmbeddedPlayer() override;
 
     // Searches the game's position for the time the tournament player's rule gives its own clock.
     void Think() override;

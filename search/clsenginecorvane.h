@@ -22,6 +22,8 @@ public:
     // The table is shared, not owned, and may be null.
     clsEngineCorvane(clsEngineShare* share, const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
                      clsTourneyGame* game = nullptr);
+    // Ends the search. A class derived from this one ends it in its own destructor too, before its
+    // parts go, since the search calls virtual operations of the whole object.
     ~clsEngineCorvane() override;
 
     // Starts a search unless one runs. The stop flag is cleared here rather
@@ -90,6 +92,11 @@ private:
     bool PlayLegal(const clsMove& move);
     // The record of a book move drawn from list, or null; the board must be restored after it.
     const clsMove* ChooseBookMove(nuvobase::clsPCollection<clsBookEntryExt>& list);
+    // The same from the polyglot book: drawn in proportion to the weights; null when the position has no
+    // move of weight above 0, or a move that is not legal.
+    const clsMove* ChoosePolyglotMove();
+    // The book moves of the position with their weights and shares.
+    void ListPolyglotMoves();
 
     bool HasFlag(const char* name) const;
     nuvobase::clsString Flag(const char* name) const;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "book/polyglotkey.h"
+#include "book/polyglotline.h"
 #include "chess/keys.h"
 #include "chess/random.h"
 #include "nuvobase/platform.h"
@@ -51,7 +53,8 @@ void clsEngineCorvane::LoadBook() {
     }
     if (Post) Info("loading book " + name);
     Book.Clear();
-    Book.Load(name, 0);
+    clsString error;
+    if (!LoadBookFile(name, 0, error) && !error.IsEmpty()) Info("error loading " + name + ": " + error);
 }
 
 bool clsEngineCorvane::PlayLegal(const clsMove& move) {
@@ -83,7 +86,7 @@ int clsEngineCorvane::GetBookEntries(nuvobase::clsPCollection<clsBookEntryExt>& 
 
 bool clsEngineCorvane::PlayBookMove() {
     nuvobase::clsPCollection<clsBookEntryExt> list;
-    const clsMove* chosen = ChooseBookMove(list);
+    const clsMove* chosen = PolyglotBook.IsEmpty() ? ChooseBookMove(list) : ChoosePolyglotMove();
     RestoreBoard(*Current);
     if (!chosen) return false;
     SetBestMove(chosen);
@@ -106,7 +109,36 @@ const clsMove* clsEngineCorvane::ChooseBookMove(nuvobase::clsPCollection<clsBook
     return nullptr; // two keys collided: the entry belongs to another position
 }
 
+const clsMove* clsEngineCorvane::ChoosePolyglotMove() {
+    Current->SavedBoard = Board;
+    const auto entries = PolyglotBook.Find(PolyglotKey(Board));
+    // Every move of the position must be legal; a book that says otherwise belongs to another position.
+    for (const clsPolyglotEntry& entry : entries) {
+        if (FindPolyglotMove(*this, entry.Move)) continue;
+        Info("book move " + PolyglotMoveText(entry.Move) + " is not legal here: the book is not used");
+        return nullptr;
+    }
+    const int pick = PickByWeight(entries, RandomNext());
+    return pick < 0 ? nullptr : FindPolyglotMove(*this, entries[pick].Move);
+}
+
+void clsEngineCorvane::ListPolyglotMoves() {
+    const uint64_t key = PolyglotKey(Board);
+    const auto entries = PolyglotBook.Find(key);
+    uint64_t total = 0;
+    for (const clsPolyglotEntry& entry : entries) total += entry.Weight;
+    for (const clsPolyglotEntry& entry : entries) {
+        clsString line =
+            HexKey(key) + " " + PolyglotMoveText(entry.Move) + " " + clsString(int64_t(entry.Weight));
+        if (total > 0) line += " " + clsString().FromDouble(100.0 * entry.Weight / double(total), 2) + "%";
+        if (!FindPolyglotMove(*this, entry.Move)) line += " not legal";
+        Info(line);
+    }
+    if (entries.empty()) Info(HexKey(key) + " ???");
+}
+
 void clsEngineCorvane::ListBookMoves() {
+    if (!PolyglotBook.IsEmpty()) return ListPolyglotMoves();
     Perft(1, false);
     clsSimpleNode& node = *Root;
     clsString best;

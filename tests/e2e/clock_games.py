@@ -5,9 +5,8 @@ import os
 import re
 import time
 
-from corvane_driver import BINARY, STOCKFISH, Session, bestmove_of
+from corvane_driver import BINARY, Session, bestmove_of, debian_program
 
-POLYGLOT = "/usr/games/polyglot"
 ALLOWANCE = re.compile(r"info string time (\d+) ms$")
 RESULTS = ("1-0", "0-1", "1/2-1/2")
 
@@ -63,7 +62,7 @@ class PolyglotPlayer:
         with open(ini, "w") as f:
             f.write("[PolyGlot]\nEngineDir = %s\nEngineCommand = %s %s\nLog = false\nBook = false\n[Engine]\n"
                     % (folder, BINARY, " ".join(args)))
-        self.session = Session([ini], executable=POLYGLOT, cwd=folder)
+        self.session = Session([ini], executable=debian_program("polyglot"), cwd=folder)
         self.session.send("xboard")
         self.session.send("protover 2")
         self.session.read_until(lambda l: l == "feature done=1", timeout=60)
@@ -93,8 +92,8 @@ class PolyglotPlayer:
 
 def stockfish():
     # A generous overhead: its time is measured here, with all the delays of a busy machine.
-    return UciPlayer([STOCKFISH], ["name Skill Level value 0", "name Threads value 1", "name Hash value 16",
-                                   "name Move Overhead value 300"])
+    return UciPlayer([debian_program("stockfish")], ["name Skill Level value 0", "name Threads value 1",
+                                                     "name Hash value 16", "name Move Overhead value 300"])
 
 
 def is_drawn(fen, seen):

@@ -113,6 +113,15 @@ def check(condition, message):
         raise AssertionError(message)
 
 
+def debian_program(package, path=None):
+    """The path of a Debian program a test speaks to (/usr/games/PACKAGE unless given); a missing one fails the
+    test with the package to install."""
+    path = path or "/usr/games/" + package
+    check(os.access(path, os.X_OK),
+          "%s is missing: run scripts/setup, or install the Debian package %s" % (path, package))
+    return path
+
+
 def sync(session, timeout=30):
     """Sends isready and returns every line that came before the readyok."""
     start = len(session.seen)
@@ -169,14 +178,11 @@ def bestmove_of(line):
     return line.split()[1] if line.startswith("bestmove ") and len(line.split()) > 1 else ""
 
 
-STOCKFISH = "/usr/games/stockfish"
-
-
 class Referee:
     """Debian's stockfish as the judge of legal moves: "go perft 1" lists every legal move of a position."""
 
     def __init__(self):
-        self.session = Session(executable=STOCKFISH)
+        self.session = Session(executable=debian_program("stockfish"))
         self.session.send("uci")
         self.session.read_until(lambda l: l == "uciok")
 

@@ -4,7 +4,8 @@ on request. It plays a fixed line, so two of them play a game whose end is known
   cycle  knights out and back until the start position stands for the fourth time (a draw),
   mate   the fool's mate, black mates on its second move.
 Faults, each at the engine's own move N (from 1): --crash N, --hang N, --illegal N, --resign N,
---draw N, --claim-win N (claims a win, then moves), --garbage (junk lines before every move),
+--draw N, --claim-win N (claims a win, then moves), --flood N (5 MB of info lines, then the move),
+--garbage (junk lines before every move),
 --ponder (a ponder move behind every bestmove), --no-handshake (reads and never answers),
 --slow-start SECONDS, --exit (ends at once). --score CP reports that score with every move (UCI info, XBoard
 thinking line); an XBoard fake writes its moves as --notation san, or old (both older forms for one move).
@@ -26,7 +27,7 @@ SAN = {"g1f3": "Nf3", "g8f6": "Nf6", "f3g1": "Ng1", "f6g8": "Ng8", "f2f3": "f3",
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--line", default="cycle", choices=sorted(LINES))
-    for fault in ("crash", "hang", "illegal", "resign", "draw", "claim-win"):
+    for fault in ("crash", "hang", "illegal", "resign", "draw", "claim-win", "flood"):
         parser.add_argument("--" + fault, type=int, default=0)
     for switch in ("garbage", "ponder", "no-handshake", "exit"):
         parser.add_argument("--" + switch, action="store_true")
@@ -73,6 +74,9 @@ def main():
             sys.stdout.flush()
             time.sleep(0.05)
             say("two pieces")
+        if own_moves == options.flood:
+            # More than the receiver keeps unread: the move behind the flood must still be read.
+            sys.stdout.write(("info string %s\n" % ("flood " * 16)) * (5 * 2 ** 20 // 110))
         if own_moves == options.crash:
             sys.exit(3)
         if own_moves == options.hang:

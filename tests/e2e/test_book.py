@@ -193,6 +193,7 @@ def build_merge_convert(folder):
     check(console(folder, ["\\buildbooks", "\\mergebooks books"]) == [
         "buildbooks path_of_pgn_files moves_count [type]", "buildbooks d:\\games d:\\corvane\\corvane.cbk 10",
         "type: 0=book, 1=extract FEN", 'NB: use "path" if you want to use path with embedded spaces',
+        "type 2 [min_games]: polyglot book .bin of the moves played in min_games games (3)",
         "mergebooks books_path new_book.cbk [limit]", "merge .cbk book files into new_book.cbk file"], "help")
     # Sub-folders are walked, hidden names skipped, a quoted path may hold blanks; Vesko lends a Corvane.
     games = os.path.join(folder, "my games")
@@ -211,7 +212,8 @@ def build_merge_convert(folder):
     check([e[1:] for e in entries(os.path.join(games, "deep", "c.cbk"))] == [(1, 1, 0)] * 3, "counters")
 
     # Shared positions fold; the new book is left out of a second run; a cut book merges as far as it reads.
-    books = os.path.join(folder, "books")
+    # Quoted paths may hold blanks, and '\' separates folders as '/' does.
+    books = os.path.join(folder, "my books")
     os.makedirs(os.path.join(books, "sub"))
     built = open(os.path.join(games, "a.b.cbk"), "rb").read()
     for name, data in (("a.cbk", built), ("sub/c.cbk", open(os.path.join(games, "deep", "c.cbk"), "rb").read()),
@@ -219,20 +221,67 @@ def build_merge_convert(folder):
         with open(os.path.join(books, name), "wb") as out:
             out.write(data)
     for _ in range(2):
-        said = console(folder, ["\\mergebooks books books\\all.cbk"])
+        said = console(folder, ['\\mergebooks "my books" "my books\\all.cbk"'])
     merged = entries(os.path.join(books, "all.cbk"))
     whole_keys = sorted(e[0] for e in entries(os.path.join(books, "a.cbk")))
     check(len(merged) == 4 and sorted(e[0] for e in merged if e[0]) == whole_keys, merged)
     # Two whole books and, from the cut one, the entry before the damage (one key counted once more) and the
     # entry whose key the cut fell in, kept under key 0 with the counters read before it.
     check(sorted(e[1] + e[2] + e[3] for e in merged) == [1, 3, 3, 4], merged)
-    check(said[-1] == "done" and "saving 4 positions in books\\all.cbk" in said, said)
+    check(said[-1] == "done" and "saving 4 positions in my books\\all.cbk" in said, said)
 
     os.makedirs(os.path.join(folder, "pgn"))
     with open(os.path.join(folder, "pgn", "x.cbk"), "wb") as out:
         out.write(built)
     said = console(folder, ["\\cvbooks"])
     check(said[-1] == "ok" and os.path.exists(os.path.join(folder, "pgn", "x.cb3")), said)
+
+
+START, AFTER_E4 = 0x463B96181691FC9C, 0x823C9B50FD114196  # polyglot keys of the start and of 1.e4
+E2E4, D2D4, E2E5, E7E5 = 796, 731, 804, 3364  # polyglot move codes
+
+
+def polyglot_bytes(entries):
+    return b"".join(struct.pack(">QHHI", key, move, weight, 0) for key, move, weight in entries)
+
+
+def polyglot_book(folder, referee):
+    # 1.e4 of weight 3 and 1.d4 of weight 0, never played; 1...e5 after 1.e4.
+    whole = polyglot_bytes([(START, E2E4, 3), (START, D2D4, 0), (AFTER_E4, E7E5, 1)])
+    books = {"open.bin": whole, "cut.bin": whole[:-1], "order.bin": whole[16:] + whole[:16],
+             "illegal.bin": polyglot_bytes([(START, E2E5, 1)])}
+    for name, data in books.items():
+        with open(os.path.join(folder, name), "wb") as out:
+            out.write(data)
+    lines = run_ok(["xboard", "\\loadbook open.bin", "\\listbook", "\\moves e2e4", "\\listbook", "quit"],
+                   CORVANE, cwd=folder)
+    check(["# book open.bin loaded with 3 moves", "# 463B96181691FC9C e2e4 3 100.00%",
+           "# 463B96181691FC9C d2d4 0 0.00%"] == lines[1:4] and "# 823C9B50FD114196 e7e5 1 100.00%" in lines, lines)
+    session = Session(CORVANE + ("book=open.bin",), cwd=folder)
+    for line in ("xboard", "post", "new", "go"):
+        session.send(line)
+    move, nodes = engine_move(session)
+    check(move == "e2e4" and not any(nodes), "book move expected: %s %r" % (move, nodes))
+    session.quit()
+    # Damaged books are refused with the reason; a move the position does not allow keeps the book from playing.
+    lines = run_ok(["xboard"] + ["\\loadbook " + name for name in ("cut.bin", "order.bin")] + ["quit"],
+                   CORVANE, cwd=folder)
+    check("# error loading cut.bin: size 47 is no multiple of 16" in lines and
+          "# error loading order.bin: keys out of order at entry 3" in lines, lines)
+    session = Session(CORVANE + ("book=illegal.bin",), cwd=folder)
+    for line in ("xboard", "new", "go"):
+        session.send(line)
+    session.until("# book move e2e5 is not legal here: the book is not used")
+    check(session.until("move ").split()[1] in referee.legal_moves([]), session.seen[-3:])
+    session.quit()
+    # Built from a game that White won: White's moves with 2 points each, Black's of weight 0 left out.
+    os.makedirs(os.path.join(folder, "poly"))
+    write(os.path.join(folder, "poly", "a.pgn"), GAME)
+    said = console(folder, ["\\buildbooks poly 0 2 1"])
+    check("saved book 'poly/a.bin' with 2 moves" in said, said)
+    with open(os.path.join(folder, "poly", "a.bin"), "rb") as built:
+        data = built.read()
+    check(len(data) == 32 and polyglot_bytes([(START, E2E4, 2)]) in (data[:16], data[16:]), data)
 
 
 if __name__ == "__main__":
@@ -243,6 +292,7 @@ if __name__ == "__main__":
         plays_and_lists(folder, keys, referee)
         default_book_over_uci(folder, keys, referee)
         damaged_books(folder, keys)
+        polyglot_book(folder, referee)
     with tempfile.TemporaryDirectory() as folder:
         build_merge_convert(folder)
     referee.close()

@@ -70,18 +70,24 @@ def moves():
 
 
 def quiet_and_unknown():
+    # \help shows the list of the README, one line a command.
+    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "README.md")) as readme:
+        listed = readme.read().split("`\\help` lists the commands")[1].split("```")[1]
+    check(console(["\\help"]) == [l[2:] for l in listed.splitlines() if l.strip()], "README and \\help differ")
     check(console(["\\soul", "\\testsouls", "\\SOUL", "foo", "\\foo", "\\epdx"]) == [
         "Error (unknown command): foo", "Error (unknown command): \\foo", "Error (unknown command): \\epdx"], "unknown")
     check(run_ok(["foo", "\\soul", "quit"]) == ["Error (unknown command): foo", "info string end"], "in UCI mode")
 
 
 def books_and_souls(folder):
-    # An empty book saved and loaded again, with '\' typed as the separator.
+    # An empty book saved and loaded again, quoted for the blank in its folder, with '\' typed as the separator.
+    folder = os.path.join(folder, "my files")
+    os.makedirs(folder)
     missing, saved = os.path.join(folder, "x.cbk"), os.path.join(folder, "empty.cbk")
     typed = saved.replace("/", "\\")
     unwritable = os.path.join(folder, "no", "such", "folder.cbk")
-    output = console(["\\savebook", "\\loadbook " + missing, "\\savebook " + typed + " 3", "\\loadbook " + typed,
-                      "\\savebook " + unwritable])
+    output = console(["\\savebook", '\\loadbook "%s"' % missing, '\\savebook "%s" 3' % typed,
+                      '\\loadbook "%s"' % typed, '\\savebook "%s"' % unwritable])
     check(output == ["savebook book [limit]", "book: filename.cbk",
                      "limit: save only positions played more than 'limit' times", "wait...", "error loading " + missing,
                      "wait...", "book " + typed + " saved", "wait...", "book " + typed + " loaded with 0 positions",
@@ -94,7 +100,7 @@ def books_and_souls(folder):
     soul = os.path.join(folder, "soul.txt")
     with open(soul, "w") as f:
         f.write("pawn=105")
-    check(console(["\\loadsoul " + soul, "\\loadsoul " + os.path.join(folder, "none.txt")]) ==
+    check(console(['\\loadsoul "%s"' % soul, '\\loadsoul "%s"' % os.path.join(folder, "none.txt")]) ==
           ["new soul: pawn=105", "new soul: "], "loadsoul")
     check("info string new soul: pawn=105" in run_ok(["quit"], ("-load=" + soul,)), "-load")
 
@@ -112,10 +118,10 @@ def engines_and_scenario():
 
 
 def json_file(folder):
-    path = os.path.join(folder, "engines.json")
+    path = os.path.join(folder, "my engines.json")
     with open(path, "w") as out:
         out.write('{"engines": [{"name": "Vesko & co", "depth": 3, "book": null}]}\n')
-    output = run_ok(["xboard", "\\json " + path, "quit"])
+    output = run_ok(["xboard", '\\json "%s"' % path, "quit"])
     # The ampersand is encoded by the JSON reader and again on output, as every text the XML tree holds.
     check(output[:-1] == ["<_object_>", "\t<_object_>", "\t\t<engines>", "\t\t\t<_object_>",
                           "\t\t\t\t<name>Vesko &amp;amp; co</name>", "\t\t\t\t<depth>3</depth>", "\t\t\t\t<book/>",

@@ -7,8 +7,7 @@ import tempfile
 from corvane_driver import CORVANE, Session, check, run_ok
 
 RESULTS = "info string test results: "
-PERFT_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..", "shared", "data",
-                          "perft", "standard-d3.txt")
+PERFT_FILE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "data", "perft", "standard-d3.txt")
 
 # (line, verdict): mates in one that any search finds, and avoided moves. A verdict that starts with a blank
 # follows whatever move was found; None is a failed test.
@@ -29,12 +28,12 @@ BROKEN = ["xyz", "8/8/8/8 w - - bm Qa1;", "8/8/8/8/8/8/8/8 w - - bm Ke2;", "kkkk
 def epd_run(folder, name, lines, args=()):
     with open(os.path.join(folder, name), "w", newline="") as f:
         f.write("\r\n".join(lines) + "\r\n\r\n")
-    return run_ok(["\\epd 0:01 " + name], args, timeout=120, cwd=folder)
+    return run_ok(['\\epd 0:01 "%s"' % name], args, timeout=120, cwd=folder)
 
 
 def suite(folder):
-    output = epd_run(folder, "suite.epd", [line for line, _ in SUITE], CORVANE)
-    check(output[0] == "info string time 1000 ms - file suite.epd", output)
+    output = epd_run(folder, "my suite.epd", [line for line, _ in SUITE], CORVANE)
+    check(output[0] == "info string time 1000 ms - file my suite.epd", output)
     verdicts = [l[len("info string move "):] for l in output if l.startswith("info string move ")]
     check(len(verdicts) == len(SUITE), verdicts)
     for verdict, (line, expected) in zip(verdicts, SUITE):
@@ -66,14 +65,14 @@ def broken(folder):
 
 
 def perft_file(folder):
-    """Every position of the depth-3 file counts as expected, with either engine."""
+    """Every position of the depth-3 file counts as expected, with either engine; the file's name is quoted."""
     with open(PERFT_FILE) as source:
         fens = [line.split(",")[0] for line in source if line.strip()]
     for engine in ("vesko", "corvane"):
-        path = shutil.copy(PERFT_FILE, os.path.join(folder, engine + ".txt"))
-        output = run_ok(["\\" + engine, "\\perftfile " + path + " 3", "quit"], timeout=300)
+        path = shutil.copy(PERFT_FILE, os.path.join(folder, engine + " d3.txt"))
+        output = run_ok(["\\" + engine, '\\perftfile "%s" 3' % path, "quit"], timeout=300)
         check("starting perft from perft line 0" in output, output[:5])
-        with open(os.path.join(folder, engine + ".out.txt"), newline="") as result:
+        with open(os.path.join(folder, engine + " d3.out.txt"), newline="") as result:
             lines = result.read().split("\r\n")
         check(lines[-1] == "" and len(lines) == len(fens) + 1, (engine, len(lines)))
         for fen, line in zip(fens, lines):
@@ -84,8 +83,5 @@ if __name__ == "__main__":
     with tempfile.TemporaryDirectory() as folder:
         suite(folder)
         broken(folder)
-        if os.path.exists(PERFT_FILE):
-            perft_file(folder)
-        else:
-            print("epd: perft file skipped, no shared perft data at " + PERFT_FILE)
+        perft_file(folder)
     print("epd: all checks passed")

@@ -5,21 +5,18 @@ import os
 import sys
 import tempfile
 
-from corvane_driver import BINARY, check
-from tourney_files import PGN_EXTRACT, engine, extracted_plies, play, read_game, results, tourney_xml, write
+from corvane_driver import BINARY, check, debian_program
+from tourney_files import engine, extracted_plies, play, read_game, results, tourney_xml, write
 
-OPPONENTS = [("Stockfish", "uci", "/usr/games/stockfish", ""),
-             ("Phalanx", "xboard", "/usr/games/phalanx", "-l- -b-"),
+OPPONENTS = [("Stockfish", "uci", debian_program("stockfish"), ""),
+             ("Phalanx", "xboard", debian_program("phalanx"), "-l- -b-"),
              ("CorvaneX", "xboard", BINARY, "")]
 OURS = ("Corvane",)
 FAULTS_OF_A_SIDE = ("forfeit", "illegal move", "engine crashed")
 
 
 def main():
-    for _, _, program, _ in OPPONENTS:
-        if not os.path.exists(program) or not os.path.exists(PGN_EXTRACT):
-            print("skipped: %s is not installed" % program)
-            return
+    debian_program("pgn-extract")  # reads the games at the end: its absence fails before they are played
     with tempfile.TemporaryDirectory(prefix="corvane_gauntlet_", ignore_cleanup_errors=True) as folder:
         engines = [engine("Corvane", "embedded")] + [engine(*opponent) for opponent in OPPONENTS]
         ini = write(os.path.join(folder, "gauntlet.xml"),

@@ -10,8 +10,8 @@ import subprocess
 import tempfile
 import time
 
-from corvane_driver import BINARY, check
-from tourney_files import PGN_EXTRACT, engine, play, read_game, results, tourney_xml, write
+from corvane_driver import BINARY, check, debian_program
+from tourney_files import engine, play, read_game, results, tourney_xml, write
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FAKE = os.path.join(HERE, "fake_engine.py")
@@ -37,7 +37,7 @@ def with_options(xml, options):
 
 def extracted(path):
     """The games pgn-extract reads from a file: (White, Black, Round, Result) each; its complaints fail the test."""
-    done = subprocess.run([PGN_EXTRACT, "-s", "--plycount", path], capture_output=True, timeout=60)
+    done = subprocess.run([debian_program("pgn-extract"), "-s", "--plycount", path], capture_output=True, timeout=60)
     check(done.returncode == 0 and not done.stderr.strip(), "pgn-extract reads %s: %r" % (path, done.stderr[-300:]))
     text = done.stdout.decode()
     games = []
@@ -124,9 +124,7 @@ def killed_halfway(folder):
 
 
 def main():
-    for program in ("/usr/games/stockfish", PGN_EXTRACT):
-        check(os.path.exists(program), "%s is missing: install the Debian package %s" %
-              (program, os.path.basename(program)))
+    debian_program("stockfish")
     with tempfile.TemporaryDirectory(prefix="corvane_openings_", ignore_cleanup_errors=True) as folder:
         adjudications(folder)
         first = openings_gauntlet(folder, 1)

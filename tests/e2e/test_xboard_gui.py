@@ -7,9 +7,8 @@ import signal
 import subprocess
 import tempfile
 
-from corvane_driver import BINARY, check
+from corvane_driver import BINARY, check, debian_program
 
-XBOARD, OPPONENT, PGN_EXTRACT = "/usr/games/xboard", "/usr/games/phalanx", "/usr/games/pgn-extract"
 GAMES = 1  # a match; xboard's first engine has white in the first game
 BASE_SECONDS, INCREMENT_SECONDS = 20, 1  # short, but clean for both engines
 MATCH_SECONDS = 400  # far more than the games take, with their clocks called by xboard
@@ -23,8 +22,10 @@ def play_match(folder, engine_arguments, engine_first):
     home, games, debug = (os.path.join(folder, name) for name in ("home", "games.pgn", "xboard.debug"))
     os.makedirs(home)
     engine = " ".join([os.path.abspath(BINARY), *engine_arguments])
-    first, second = (engine, OPPONENT) if engine_first else (OPPONENT, engine)
-    command = ["xvfb-run", "-a", "-s", "-screen 0 1280x1024x24", XBOARD, "-fcp", first, "-fd", folder, "-scp", second,
+    opponent = debian_program("phalanx")
+    first, second = (engine, opponent) if engine_first else (opponent, engine)
+    command = [debian_program("xvfb", "/usr/bin/xvfb-run"), "-a", "-s", "-screen 0 1280x1024x24",
+               debian_program("xboard"), "-fcp", first, "-fd", folder, "-scp", second,
                "-sd", folder, "-mg", str(GAMES), "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
                "-autoCallFlag", "true", "-saveGameFile", games, "-popupExitMessage", "false", "-debug",
                "-nameOfDebugFile", debug]
@@ -106,8 +107,8 @@ def match(engine_arguments, name, engine_first):
         engine_moves = sum(moves for moves, _ in checked)
         check(len(announced) == engine_moves, "%d moves sent, %d recorded" % (len(announced), engine_moves))
         check("<" + side + " Illegal move" not in log, "%s refused a move of the GUI" % name)
-        replay = subprocess.run([PGN_EXTRACT, "-r", os.path.join(folder, "games.pgn")], capture_output=True,
-                                timeout=60)
+        replay = subprocess.run([debian_program("pgn-extract"), "-r", os.path.join(folder, "games.pgn")],
+                                capture_output=True, timeout=60)
         report = replay.stdout.decode(errors="replace") + replay.stderr.decode(errors="replace")
         matched = re.search(r"(\d+) games? matched out of (\d+)", report)
         check("Failed to make move" not in report and matched and matched.groups() == (str(GAMES),) * 2, report)
@@ -115,8 +116,6 @@ def match(engine_arguments, name, engine_first):
 
 
 if __name__ == "__main__":
-    for tool in (XBOARD, OPPONENT, PGN_EXTRACT):
-        check(os.access(tool, os.X_OK), "%s is missing: scripts/setup installs it" % tool)
     for arguments, name, first in ((["-engine=corvane"], "Corvane", True), ([], "Vesko", False)):
         score = match(arguments, name, first)
         print("xboard gui: %s against phalanx, score of the first engine %s-%s-%s, every game ended cleanly"

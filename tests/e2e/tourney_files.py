@@ -3,9 +3,7 @@ import os
 import re
 import subprocess
 
-from corvane_driver import run_ok
-
-PGN_EXTRACT = "/usr/games/pgn-extract"
+from corvane_driver import debian_program, run_ok
 
 
 def engine(name, protocol, filename="", parameters="", active="true"):
@@ -61,8 +59,8 @@ def extracted_plies(path, *options):
         text = game.read()
     match = re.search(rb'\[Result "([^"]*)"\]', text)
     closing = match.group(1) if match and match.group(1) in (b"1-0", b"0-1", b"1/2-1/2") else b"*"
-    done = subprocess.run([PGN_EXTRACT, "--quiet", "--plycount", *options], input=text + b" " + closing + b"\r\n",
-                          capture_output=True, timeout=60)
+    done = subprocess.run([debian_program("pgn-extract"), "--quiet", "--plycount", *options],
+                          input=text + b" " + closing + b"\r\n", capture_output=True, timeout=60)
     for line in done.stdout.decode(errors="replace").splitlines():
         if line.startswith("[PlyCount "):
             return int(line.split('"')[1])

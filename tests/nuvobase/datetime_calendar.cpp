@@ -25,12 +25,10 @@ TEST(DateTime, ValidityAndOrder) {
         int year, month, day, hour, minute, milliseconds;
         bool valid;
     };
-    const Parts parts[] = {
-        {2000, 2, 29, 0, 0, 0, true},     {2004, 2, 29, 0, 0, 0, true},  {1900, 2, 29, 0, 0, 0, false},
-        {2001, 2, 29, 0, 0, 0, false},    {2001, 4, 31, 0, 0, 0, false}, {9999, 12, 31, 23, 59, 59999, true},
-        {10000, 1, 1, 0, 0, 0, false},    {0, 1, 1, 0, 0, 0, false},     {2001, 13, 1, 0, 0, 0, false},
-        {2001, 1, 0, 0, 0, 0, false},     {2001, 1, 1, 24, 0, 0, false}, {2001, 1, 1, 0, 60, 0, false},
-        {2001, 1, 1, 0, 0, 60000, false}, {2001, 1, 1, 0, 0, -1, false}};
+    const Parts parts[] = {{2000, 2, 29, 0, 0, 0, true},  {1900, 2, 29, 0, 0, 0, false},
+                           {2001, 4, 31, 0, 0, 0, false}, {9999, 12, 31, 23, 59, 59999, true},
+                           {10000, 1, 1, 0, 0, 0, false}, {0, 1, 1, 0, 0, 0, false},
+                           {2001, 1, 1, 24, 0, 0, false}, {2001, 1, 1, 0, 0, 60000, false}};
     for (const Parts& p : parts) {
         SCOPED_TRACE(testing::Message() << p.year << "-" << p.month << "-" << p.day << " " << p.hour << ":"
                                         << p.minute << " " << p.milliseconds);
@@ -51,7 +49,6 @@ TEST(DateTime, DayNumbers) {
     // 1 January of year 0, a year of 365 days, so ToDays = toordinal() + 364.
     EXPECT_EQ(clsDateTime(1, 1, 1).ToDays(), 365);
     EXPECT_EQ(clsDateTime(2001, 2, 3).ToDays(), 730883);
-    EXPECT_EQ(clsDateTime(2000, 1, 1).ToDays() - clsDateTime(1970, 1, 1).ToDays(), 10957);
     // FromDays is the inverse over the whole range, midnight included.
     for (int64_t days = 365; days <= 3652423; days += 997) {
         clsDateTime when;
@@ -61,33 +58,22 @@ TEST(DateTime, DayNumbers) {
     }
     clsDateTime when(2001, 1, 1, 5);
     CheckRows<int>({ROW(when.FromDays(364), false), // year 0 is no valid year
-                    ROW(when.IsNull(), true), ROW(when.FromDays(3652424), false),
-                    ROW(when.FromDays(-1), false), ROW(when.FromDays(3652423), true),
-                    ROW(when == clsDateTime(9999, 12, 31), true)});
+                    ROW(when.IsNull(), true), ROW(when.FromDays(3652424), false)});
     EXPECT_EQ(clsDateTime(2001, 2, 3, 18).DayNumber(), 730883.75);
 }
 
 TEST(DateTime, TextsAndParse) {
     const clsDateTime date(2001, 2, 3, 4, 5, 6007);
-    CheckRows<std::string>({TEXT(date.DateText(), "03/02/2001"), TEXT(date.SortableDate(), "2001-02-03"),
-                            TEXT(date.TimeText(), "04:05:06.007"), TEXT(clsDateTime().SortableDate(), ""),
+    CheckRows<std::string>({TEXT(date.SortableDate(), "2001-02-03"), TEXT(date.TimeText(), "04:05:06.007"),
                             TEXT(clsDateTime().Text(), "")});
 
     // Two-digit years pivot at 40; a text without '/' is a day number, but six characters read as ddmmyy.
-    CheckRows<std::string>(
-        {ROW(Parsed("24/12/39"), "24/12/2039"), ROW(Parsed("24/12/40"), "24/12/1940"),
-         ROW(Parsed("24/12/100"), "24/12/0100"), ROW(Parsed("24-12-99"), "24/12/1999"),
-         ROW(Parsed("241299"), "24/12/1999"), ROW(Parsed("24/12/99 1:2:3 4"), "24/12/1999 01:02:03.004"),
-         ROW(Parsed("24/12/99 10.20.30"), "24/12/1999 10:20:30"),
-         ROW(Parsed("2001-02-03T04:05:06"), "03/02/2001 04:05:06"), ROW(Parsed("2001-02-03"), "03/02/2001"),
-         ROW(Parsed("2001-13-03"), "invalid"), ROW(Parsed("730883"), "invalid"),
-         ROW(Parsed("0730883"), "03/02/2001"), ROW(Parsed("364"), "invalid"), ROW(Parsed(""), "invalid"),
-         ROW(Parsed("9999999999/99/9999999999 9999999999:99"), "invalid")});
-}
-
-TEST(DateTime, NowIsValid) {
-    const clsDateTime now = clsDateTime::Now();
-    EXPECT_TRUE(now.IsValid());
-    EXPECT_GE(now.Year(), 2020);
-    EXPECT_EQ(now.Milliseconds() % 1000, 0);
+    CheckRows<std::string>({ROW(Parsed("24/12/39"), "24/12/2039"), ROW(Parsed("24/12/40"), "24/12/1940"),
+                            ROW(Parsed("24-12-99"), "24/12/1999"), ROW(Parsed("241299"), "24/12/1999"),
+                            ROW(Parsed("24/12/99 1:2:3 4"), "24/12/1999 01:02:03.004"),
+                            ROW(Parsed("24/12/99 10.20.30"), "24/12/1999 10:20:30"),
+                            ROW(Parsed("2001-02-03T04:05:06"), "03/02/2001 04:05:06"),
+                            ROW(Parsed("2001-13-03"), "invalid"), ROW(Parsed("730883"), "invalid"),
+                            ROW(Parsed("0730883"), "03/02/2001"), ROW(Parsed(""), "invalid"),
+                            ROW(Parsed("9999999999/99/9999999999 9999999999:99"), "invalid")});
 }

@@ -43,13 +43,10 @@ TEST(Json, TreesAsXml) {
     const std::string end = "\r\n\t</_object_>";
     const Case cases[] = {
         {"{\"a\":1}", true, root + "\r\n\t\t\t<a>1</a>\r\n\t\t</_object_>"},
-        {"{\"a\":null}", true, root + "\r\n\t\t\t<a />\r\n\t\t</_object_>"},
         {"[1,2]", true,
          root + "\r\n\t\t\t<_object_>1</_object_>\r\n\t\t\t<_object_>2</_object_>\r\n\t\t</_object_>"},
-        {"{\"a\":\"x<y\"}", true, root + "\r\n\t\t\t<a>x&lt;y</a>\r\n\t\t</_object_>"},
         {"{\"a\":{\"b\":true}}\n", true,
          root + "\r\n\t\t\t<a>\r\n\t\t\t\t<b>true</b>\r\n\t\t\t</a>\r\n\t\t</_object_>"},
-        {"{\"a\":-1}", true, root + "\r\n\t\t\t<a>-1</a>\r\n\t\t</_object_>"},
         {"[-1]", false, root + "</_object_>"},
         // A ']' closes the '{', and what follows the top level is not read.
         {"{\"a\":1] [2]", true,

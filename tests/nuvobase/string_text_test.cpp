@@ -17,28 +17,23 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     CheckRows<std::string>(
         {TEXT(s.Left(10), "hello"), TEXT(s.Left(-1), ""), TEXT(s.Right(3), "llo"), TEXT(s.Right(5), "hello"),
          TEXT(s.Right(6), ""), // beyond the length: nothing
-         TEXT(s.Mid(1, 3), "ell"), TEXT(s.Mid(1, -1), "ello"), TEXT(s.Mid(3, 10), "lo"),
-         TEXT(s.Mid(5, 1), ""), TEXT(s.Mid(-1, 2), ""), TEXT(s.From(9), ""), TEXT(clsString().Mid(0, 3), ""),
+         TEXT(s.Mid(1, 3), "ell"), TEXT(s.Mid(3, 10), "lo"), TEXT(s.Mid(-1, 2), ""),
          TEXT(pair.BeforeChar('='), "key"), TEXT(pair.BeforeChar('#'), "key=value=x"),
          TEXT(pair.BeforeChar('k'), ""), TEXT(pair.AfterChar('='), "value=x"), TEXT(pair.AfterChar('#'), ""),
          TEXT(pair.AfterLastChar('='), "x"), TEXT(pair.AfterLastChar('#'), "key=value=x"),
-         TEXT(clsString(s).Delete(1, 2), "hlo"), TEXT(clsString(s).Delete(3, 100), "hel"),
-         TEXT(clsString(s).Delete(5, 1), "hello"), TEXT(clsString(s).Delete(-1, 1), "hello"),
-         TEXT(clsString(s).Delete(1, -1), "hello"), TEXT(clsString(s).RemoveChar('l'), "heo"),
-         TEXT(clsString("  ab  ").Trim(), "ab"), TEXT(clsString("  ab  ").Trim(' ', false), "ab  "),
-         TEXT(clsString("  ab  ").Trim(' ', false, true), "  ab"),
-         TEXT(clsString("xxabxx").TrimRight('x'), "xxab"), TEXT(clsString("    ").Trim(), ""),
+         TEXT(clsString(s).Delete(3, 100), "hel"), TEXT(clsString(s).Delete(-1, 1), "hello"),
+         TEXT(clsString(s).RemoveChar('l'), "heo"), TEXT(clsString("  ab  ").Trim(), "ab"),
+         TEXT(clsString("  ab  ").Trim(' ', false), "ab  "),
+         TEXT(clsString("  ab  ").Trim(' ', false, true), "  ab"), TEXT(clsString("    ").Trim(), ""),
          TEXT(clsString("\xEF\xBB\xBFtext").StripUtf8Bom(), "text"),
          TEXT(clsString("\xEF\xBB").StripUtf8Bom(), "\xEF\xBB"),
          // Blank runs outside quotes become one space, trailing ones go, an open quote runs to the end.
          TEXT(clsString("a  \r\n b 'c   d' \"e  f\"  ").Squeeze(), "a b 'c   d' \"e  f\""),
-         TEXT(clsString("\n\n a").Squeeze(), " a"), TEXT(clsString("'a\n  b").Squeeze(), "'a\n  b"),
-         TEXT(clsString(" \r\n ").Squeeze(), ""), TEXT(clsString("aaaa").ReplaceAll("aa", "a"), "aa"),
+         TEXT(clsString("'a\n  b").Squeeze(), "'a\n  b"), TEXT(clsString("aaaa").ReplaceAll("aa", "a"), "aa"),
          TEXT(clsString("Hello hello").ReplaceAll("HELLO", "bye"), "bye bye"),
-         TEXT(clsString("abc").ReplaceAll("x", "yy"), "abc"),
          TEXT(clsString("abc").ReplaceAll("", "yy"), "abc"),
          TEXT(clsString("a-b-c").ReplaceAll("-", nullptr), "abc"),
-         TEXT(clsString().ReplaceAll("a", "b"), "")});
+         TEXT(clsString("a-b").ReplaceAll("-", "--"), "a--b")});
 
     clsString tags("x[a]y[bc]");
     int position = 0;
@@ -46,29 +41,14 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     EXPECT_EQ(position, 4);
     EXPECT_EQ(Bytes(tags.Between('[', ']', position)), "bc");
     EXPECT_EQ(position, -1); // the close was the last character
-    EXPECT_EQ(Bytes(tags.Between('[', ']', position)), "");
-    position = 0;
-    EXPECT_EQ(Bytes(clsString("[open").Between('[', ']', position)), "");
-    EXPECT_EQ(position, -1);
 
     clsString dotted("a.b.c");
     EXPECT_EQ(dotted.CutLast('.'), 3);
     EXPECT_EQ(Bytes(dotted), "a.b");
-    EXPECT_EQ(dotted.CutLast('#'), 3);
     EXPECT_EQ(dotted.CutLast('#', true), 0);
 }
 
-TEST(StringCut, ReplaceAllSizesTheBuffer) {
-    clsString grown("a-b-c");
-    grown.ReplaceAll("-", "--");
-    EXPECT_EQ(Bytes(grown), "a--b--c");
-    EXPECT_EQ(grown.GetCapacity(), 9); // the final length plus 2
-
-    clsString shrunk("x--y--");
-    shrunk.ReplaceAll("--", "+");
-    EXPECT_EQ(Bytes(shrunk), "x+y+");
-    EXPECT_EQ(shrunk.Data()[5], 0); // the byte behind the terminator is zeroed too
-
+TEST(StringCut, ReplaceAllOnItself) {
     clsString self("abab");
     self.ReplaceAll(self.Text() + 2, "X");
     EXPECT_EQ(Bytes(self), "XX");
@@ -79,8 +59,7 @@ TEST(StringText, Presentation) {
     CheckRows<std::string>(
         {TEXT(clsString("it's").Quote('\''), "'it''s'"), TEXT(clsString().Quote('"'), "\"\""),
          TEXT(clsString("'it''s'").Unquote(), "it's"), TEXT(clsString("\"a\"\"b\"").Unquote(), "a\"b"),
-         TEXT(clsString("'x'").Unquote('"'), "'x'"), TEXT(clsString("'abc\"").Unquote(), "'abc\""),
-         TEXT(clsString("'").Unquote(), "'"), TEXT(clsString("'a'b'").Unquote(), "a'b"),
+         TEXT(clsString("'abc\"").Unquote(), "'abc\""), TEXT(clsString("'").Unquote(), "'"),
          TEXT(clsString("a&b<'c'>\"").ToXml(), "a&amp;b&lt;&apos;c&apos;&gt;&quot;"),
          TEXT(clsString("a\\nb\\t\\\\\\'\\\"\\101\\0x\\q\\r\\v\\b\\f").UnescapeC(),
               std::string("a\nb\t\\'\"A\0xq\r\v\b\f", 15)),
@@ -90,13 +69,8 @@ TEST(StringText, Presentation) {
          TEXT(clsString("ab\\").UnescapeC(), "ab\\"), TEXT(clsString("aBc-\xE9").Upper(), "ABC-\xE9"),
          TEXT(clsString("AbC-\xC9").Lower(), "abc-\xC9"),
          TEXT(clsString("hELLO wORLD-fOO x2y").Capitalise(), "Hello World-Foo X2Y"),
-         TEXT(clsString("abc def").UpperFirst(), "Abc def"),
          TEXT(clsString("a\xFF\x80").ToUtf8(), "a\xC3\xBF\xC2\x80"),
-         TEXT(clsString("abcde").Reverse(2), "ecdab"), TEXT(clsString("abcdef").Reverse(0), "abcdef")});
-
-    // Quoting and unquoting give the text back.
-    clsString text("a'b''c'");
-    EXPECT_EQ(Bytes(text.Quote('\'').Unquote('\'')), Bytes(text));
+         TEXT(clsString("abcde").Reverse(2), "ecdab")});
 }
 
 TEST(StringText, Paths) {
@@ -104,53 +78,44 @@ TEST(StringText, Paths) {
     CheckRows<std::string>(
         {TEXT(clsString("logs/").PathJoin("test"), "logs/test"),
          TEXT(clsString("logs\\").PathJoin("\\test"), "logs/test"),
-         TEXT(clsString("logs").PathJoin("/test"), "logs/test"), TEXT(clsString().PathJoin("test"), "test"),
-         TEXT(clsString("a\\b").PathJoin("c\\d"), "a/b/c/d"),
-         TEXT(clsString("a\\b\\c").ToForwardSlashes(), "a/b/c"),
+         TEXT(clsString().PathJoin("test"), "test"), TEXT(clsString("a\\b").PathJoin("c\\d"), "a/b/c/d"),
          TEXT(clsString("dir/sub/game.pgn").FileName(true), "dir/sub/game"),
          TEXT(clsString("dir.x/name").FileName(), "name"), TEXT(clsString("a\\b.c").FileName(), "b"),
          TEXT(clsString("a.tar.gz").FileName(), "a.tar"),
          TEXT(clsString("tests/perft.txt").ChangeExtension(".out.txt"), "tests/perft.out.txt"),
-         TEXT(clsString("a.b").ChangeExtension("txt"), "a.txt"),
          TEXT(clsString("dir.d/name").ChangeExtension(".x"), "dir.d/name.x"),
          TEXT(clsString("name.old").ChangeExtension(""), "name")});
 }
 
 TEST(StringNumber, ToText) {
     clsString s;
-    CheckRows<std::string>(
-        {TEXT(s.FromInt(INT64_MIN), "-9223372036854775808"), TEXT(s.FromUInt(255, false, 16, 4), "00FF"),
-         TEXT(s.FromUInt(5, true, 2), "-101"), TEXT(s.FromUInt(0, false, 16), "0"),
-         TEXT(s.FromUInt(35, false, 36), "Z"), TEXT(s.FromUInt(UINT64_MAX), "18446744073709551615"),
-         // Doubles: '.' in any locale; -1 decimals cuts trailing zeros and a bare point.
-         TEXT(s.FromDouble(0.0, -1), "0"), TEXT(s.FromDouble(1.5, 3), "1.500"),
-         TEXT(s.FromDouble(12.5, -1), "12.5"), TEXT(s.FromDouble(-0.25), "-0.25"),
-         TEXT(s.FromDouble(1.0 / 3), "0.3333333333"),
-         TEXT(s.FromDouble(100, 0), "100"), // no point: zeros before it stay
-         TEXT(s.FromDouble(1000, -1), "1000"),
-         TEXT(s.FromDouble(1e300, 2), "0"), // longer than the formatting area
-         // ToHexFixed fills the characters there are from the right.
-         TEXT(clsString("000000").ToHexFixed(255), "0000FF"), TEXT(clsString("00").ToHexFixed(0x1234), "34"),
-         TEXT(clsString().ToHexFixed(1), "")});
+    CheckRows<std::string>({TEXT(s.FromInt(INT64_MIN), "-9223372036854775808"),
+                            TEXT(s.FromUInt(255, false, 16, 4), "00FF"), TEXT(s.FromUInt(5, true, 2), "-101"),
+                            TEXT(s.FromUInt(UINT64_MAX), "18446744073709551615"),
+                            // Doubles: '.' in any locale; -1 decimals cuts trailing zeros and a bare point.
+                            TEXT(s.FromDouble(0.0, -1), "0"), TEXT(s.FromDouble(1.5, 3), "1.500"),
+                            TEXT(s.FromDouble(1.0 / 3), "0.3333333333"),
+                            TEXT(s.FromDouble(100, 0), "100"), // no point: zeros before it stay
+                            TEXT(s.FromDouble(1000, -1), "1000"),
+                            TEXT(s.FromDouble(1e300, 2), "0"), // longer than the formatting area
+                            // ToHexFixed fills the characters there are from the right.
+                            TEXT(clsString("000000").ToHexFixed(255), "0000FF"),
+                            TEXT(clsString("00").ToHexFixed(0x1234), "34")});
 }
 
 TEST(StringNumber, FromText) {
     CheckRows<uint64_t>({ROW(clsString("-12").ToUInt64(), 12u), ROW(clsString("0X1f").ToUInt64(), 31u),
                          ROW(clsString("0b101").ToUInt64(), 5u),
                          ROW(clsString("x0b11").ToUInt64(), 3u), // the prefix may stand at offset 1
-                         ROW(clsString("  42abc").ToUInt64(), 42u), ROW(clsString("- 7").ToUInt64(), 7u),
-                         ROW(clsString("0x").ToUInt64(), 0u), ROW(clsString("z").ToUInt64(), 0u),
-                         ROW(clsString().ToUInt64(), 0u),
+                         ROW(clsString("  42abc").ToUInt64(), 42u), ROW(clsString("0x").ToUInt64(), 0u),
                          ROW(clsString("18446744073709551617").ToUInt64(), 1u)}); // 2^64 + 1 wraps
 
     CheckRows<double>({ROW(clsString("1,234.5").ToDouble(), 1234.5), ROW(clsString("   ").ToDouble(7.5), 7.5),
                        ROW(clsString().ToDouble(-1), -1),
                        ROW(clsString("abc").ToDouble(7.5), 0), // not blank: no fallback
-                       ROW(clsString(" -2.5").ToDouble(), -2.5), ROW(clsString("2.5E-2").ToDouble(), 0.025),
-                       ROW(clsString("0x1F").ToDouble(), 31),
+                       ROW(clsString("2.5E-2").ToDouble(), 0.025), ROW(clsString("0x1F").ToDouble(), 31),
                        ROW(clsString("12,5").ToDouble(), 125), // a comma in the integer part is a separator
                        ROW(clsString("0.000000000001").ToDouble(), 1e-12), // 12 fraction digits
-                       ROW(clsString("3.25xyz").ToDouble(), 3.25),
                        ROW(clsString::ParseDouble("1e2e1"), 1e20), // the exponent has its own exponent
                        ROW(clsString::ParseDouble(nullptr), 0)});
     std::string nested;
@@ -166,8 +131,7 @@ TEST(StringNumber, FromText) {
         const char* text;
         int column, row;
     };
-    const Cell cells[] = {{"$B$12", 2, 12}, {"z9", 26, 9}, {"AA1", 27, 1},  {"$AB$7", 28, 7},
-                          {"C-3", 3, -3},   {"12", 0, 12}, {"A1:B2", 1, 1}, {"", 0, 0}};
+    const Cell cells[] = {{"$B$12", 2, 12}, {"AA1", 27, 1}, {"C-3", 3, -3}, {"12", 0, 12}, {"", 0, 0}};
     for (const Cell& cell : cells) {
         SCOPED_TRACE(cell.text);
         int column = -1, row = -1;

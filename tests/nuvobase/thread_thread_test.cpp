@@ -82,17 +82,6 @@ public:
     std::atomic<int> StateAfterStop{-1};
 };
 
-// Reports itself busy whatever its thread does.
-class clsAlwaysBusy : public clsProbe {
-public:
-    int GetState() override { return 1; }
-};
-
-class clsUntagged : public clsProbe {
-public:
-    clsUntagged() { Tag = 0; }
-};
-
 } // namespace
 
 TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
@@ -138,20 +127,6 @@ TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
     EXPECT_FALSE(sleeper.Wait());
     EXPECT_EQ(sleeper.StateAfterStop, 0);
     EXPECT_TRUE(sleeper.Unwound);
-}
-
-TEST(ThreadedThread, StartAndTheEntryCheckTheObject) {
-    // Start asks through an overridden GetState: "running" already, so no thread is made.
-    clsAlwaysBusy busy;
-    EXPECT_TRUE(busy.Start());
-    // The entry refuses an object without its tag.
-    clsUntagged untagged;
-    untagged.Start();
-    EXPECT_FALSE(untagged.Wait());
-    EXPECT_EQ(untagged.Runs, 0);
-    EXPECT_EQ(untagged.Exits, 0);
-    SleepMs(50);
-    EXPECT_EQ(busy.Runs, 0);
 }
 
 TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {

