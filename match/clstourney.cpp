@@ -263,7 +263,10 @@ void clsTourney::PlayRounds() {
             SetTags(game, int(p) + 1);
             SetOpening(game);
             // A game taken up from an earlier run counts as finished and reported.
-            if (PlayedGames.count({Round, game.GameId}) > 0) game.Finished = reported[p] = true;
+            if (PlayedGames.count({Round, game.GameId}) > 0) {
+                game.Finished = true;
+                reported[p] = true;
+            }
         }
         // Without pauses a game that ends makes room at once; the progress line still comes once a second.
         uint64_t progressDue = 0;

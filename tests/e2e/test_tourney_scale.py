@@ -7,12 +7,11 @@ import signal
 import subprocess
 import tempfile
 
-from corvane_driver import BINARY, Session, check, run_ok
-from tourney_files import PGN_EXTRACT, engine, play, tourney_xml, write
+from corvane_driver import BINARY, Session, check, debian_program, run_ok
+from tourney_files import engine, play, tourney_xml, write
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FAKE = os.path.join(HERE, "fake_engine.py")
-PARALLEL = "/usr/bin/parallel"
 START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
 OPENINGS = [START, "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2",
             "rnbqkbnr/ppp1pppp/8/3p4/3P4/8/PPP1PPPP/RNBQKBNR w KQkq - 0 2"]
@@ -33,7 +32,7 @@ def pgn_games(path):
         key = (int(tags["Round"]), int(tags["GameId"]))
         check(key not in games, "%s holds round %d game %d once" % (path, *key))
         games[key] = (tags["White"], tags["Black"], tags["Result"], tags.get("FEN", ""), " ".join(moves.split()))
-    done = subprocess.run([PGN_EXTRACT, "-s", path], capture_output=True, timeout=60)
+    done = subprocess.run([debian_program("pgn-extract"), "-s", path], capture_output=True, timeout=60)
     check(done.returncode == 0 and not done.stderr.strip(), "pgn-extract reads %s: %r" % (path, done.stderr[-300:]))
     return games
 
@@ -114,7 +113,7 @@ def shards(folder):
         whole = json.load(standings)
     games = pgn_games(os.path.join(logs, "all.pgn"))
     logs, ini = stores["shards"]
-    done = subprocess.run([PARALLEL, BINARY, "-use=tourney", "-ini=" + ini, "-shard={}/4", ":::", "1", "2", "3", "4"],
+    done = subprocess.run([debian_program("parallel", "/usr/bin/parallel"), BINARY, "-use=tourney", "-ini=" + ini, "-shard={}/4", ":::", "1", "2", "3", "4"],
                           capture_output=True, timeout=500)
     check(done.returncode == 0, "parallel runs the shards: %r" % done.stderr[-300:])
     for name in ("sh.S2.log", "sh.S2.T1.R2.G1.pgn", "all.S2.pgn", "sh.S2.results.json", "sh.S1.T1.R5.G6.pgn"):
@@ -139,8 +138,8 @@ def shards(folder):
 
 
 def main():
-    for program, package in ((PGN_EXTRACT, "pgn-extract"), (PARALLEL, "parallel")):
-        check(os.path.exists(program), "%s is missing: install the Debian package %s" % (program, package))
+    debian_program("pgn-extract")
+    debian_program("parallel", "/usr/bin/parallel")
     with tempfile.TemporaryDirectory(prefix="corvane_scale_", ignore_cleanup_errors=True) as folder:
         sprt(folder)
         resume(folder)
