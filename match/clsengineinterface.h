@@ -5,6 +5,7 @@
 #include "book/clsbookentry.h"
 #include "book/clspolyglotbook.h"
 #include "match/clsgolimits.h"
+#include "match/clsprotocolclient.h"
 #include "nuvobase/clscollection.h"
 #include "nuvobase/clsmutex.h"
 #include "nuvobase/clsstring.h"
@@ -14,6 +15,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 
 namespace nvoChess {
 
@@ -138,8 +140,9 @@ public:
     // "e7e8=q" as UCI writes it: "e7e8q".
     static nuvobase::clsString UciMoveText(const nuvobase::clsString& move);
 
-    // The client side of both protocols, as a tournament game drives another program: each sends
-    // its lines through SendLine in the dialect of Protocol; other Protocol values send nothing.
+    // The client side of both protocols, as a tournament game drives another program: each operation
+    // hands its lines to the client of Protocol (clsUciClient, clsXBoardClient), which sends them through
+    // SendLine; other Protocol values send nothing.
     // Opens the protocol; Ready tells when the engine has answered.
     void Handshake();
     // Resets the engine for a new game from OpeningFen and OpeningMoves: the moves of the game so far are
@@ -157,19 +160,14 @@ public:
     nuvobase::clsString ParseLine(const nuvobase::clsString& line);
     // The score reported since the last call, in centipawns from the engine's side; false when none was.
     bool TakeScore(int32_t& centipawns);
-    // Keeps a score of the engine's own search for TakeScore.
+    // Keeps a score of the engine's search, its own or reported by the program, for TakeScore.
     void ReportScore(int32_t centipawns);
     // An XBoard feature that the engine announced with the value 1.
     bool HasFeature(const char* name) const;
-    // An XBoard engine may still be announcing features: it said done=0 and not yet done=1, or it has said
-    // neither and the grace time since the handshake has not passed. Moves sent before then could miss a
-    // feature such as usermove.
-    bool FeaturesPending() const;
-    static constexpr uint64_t FeatureGraceMs = 5000;
-    // While features are pending, says "accepted done" every FeatureNudgeMs: some programs pass their
-    // output on only when a line comes in (gnuchess in XBoard mode), and every XBoard engine takes the line.
+    // An XBoard engine may still be announcing its features (clsXBoardClient::FeaturesPending).
+    bool FeaturesPending();
+    // While an XBoard engine's features are pending, gives it a line to answer now and then.
     void NudgeFeatures();
-    static constexpr uint64_t FeatureNudgeMs = 250;
 
     nuvobase::clsTSafeOutput* Output; // not owned
     clsTourneyGame* Game;             // not owned; null outside a tournament game
@@ -209,25 +207,15 @@ public:
     nuvobase::clsStrings EngineOptions;
 
 private:
-    // The UCI position line of the game so far.
-    nuvobase::clsString PositionLine() const;
-    // A move as an XBoard engine takes it: behind "usermove" when it asked for that.
-    nuvobase::clsString XBoardMoveLine(const nuvobase::clsString& move) const;
-    // Reads the score of a UCI info line or an XBoard thinking line, if it holds one.
-    void ReadScore(const nuvobase::clsString& line);
-    // The move of the older XBoard forms "My move is : g1f3" and "1. ... g1f3", or empty text; the
-    // second of the two forms that name one move gives empty text too.
-    nuvobase::clsString OldFormMove(const nuvobase::clsString& line);
-    // A move text as the game reads it: coordinates in lower case, standard notation as it stands.
-    static nuvobase::clsString MoveReplyText(const nuvobase::clsString& text);
+    // The client that reads the engine's lines: UCI when Protocol is Uci, else XBoard; made again when
+    // Protocol has changed since.
+    clsProtocolClient& Client();
+    // The client that speaks to the engine, or null when Protocol is neither protocol.
+    clsProtocolClient* Speaker();
 
-    uint64_t HandshakeMs = 0; // when the handshake went out
-    uint64_t NudgeMs = 0;     // when the last nudge went out
-    bool ForceMode = false;   // an XBoard engine holds the opening in force mode until its first turn
+    std::unique_ptr<clsProtocolClient> ProtocolClient;
     bool ScoreKnown = false;
     int32_t ScoreCp = 0;
-    nuvobase::clsString OldFormMoveText; // the move named by the last older form line
-    int OldFormKind = 0;                 // which form named it
 };
 
 } // namespace nvoChess

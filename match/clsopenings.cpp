@@ -3,6 +3,7 @@
 #include "book/clsgame.h"
 #include "book/clspgnfile.h"
 #include "chess/clschesscore.h"
+#include "nuvobase/asciichars.h"
 
 #include <cstring>
 
@@ -75,13 +76,6 @@ bool CastlingBacked(const clsString& rights, const char grid[BoardSide][BoardSid
     return true;
 }
 
-bool IsCounter(const clsString& word) {
-    if (word.IsEmpty()) return false;
-    for (const char* c = word.Text(); *c; ++c)
-        if (*c < '0' || *c > '9') return false;
-    return true;
-}
-
 } // namespace
 
 clsString clsOpenings::PositionFault(clsChessCore& core, const clsString& fen) {
@@ -138,7 +132,8 @@ void clsOpenings::LoadEpd(const clsString& file, nuvobase::clsCStrings& skipped,
             fen += (field ? " " : "") + line.NextWord(' ', at, false, true);
         clsString halfMoves = at >= 0 ? line.NextWord(' ', at, false, true) : clsString();
         clsString fullMove = at >= 0 ? line.NextWord(' ', at, false, true) : clsString();
-        if (!IsCounter(halfMoves) || !IsCounter(fullMove) || fullMove == "0") {
+        if (!nuvobase::IsAsciiDigits(halfMoves.Text()) || !nuvobase::IsAsciiDigits(fullMove.Text()) ||
+            fullMove == "0") {
             halfMoves = "0";
             fullMove = "1";
         }

@@ -6,6 +6,13 @@ namespace nuvobase {
 inline bool IsAsciiDigit(char c) {
     return c >= '0' && c <= '9';
 }
+// True for one ASCII digit or more and nothing else.
+inline bool IsAsciiDigits(const char* text) {
+    if (*text == 0) return false;
+    for (; *text; ++text)
+        if (!IsAsciiDigit(*text)) return false;
+    return true;
+}
 inline bool IsAsciiUpper(char c) {
     return c >= 'A' && c <= 'Z';
 }
