@@ -1,6 +1,7 @@
 #include "app/clschessapplication.h"
 
 #include "chess/bits.h"
+#include "match/pgnreport.h"
 #include "nuvobase/clsstdinthread.h"
 #include "nuvobase/platform.h"
 #include "search/clsembeddedplayer.h"
@@ -15,6 +16,8 @@ namespace nvoChess {
 
 namespace {
 
+// Where -use=report writes the standings when -out names no file.
+constexpr const char* DefaultReportFile = "report.results.json";
 // How often a running search shows its progress.
 constexpr uint64_t ProgressIntervalMs = 1000;
 
@@ -62,6 +65,14 @@ bool clsChessApplication::Run() {
         // The program ends once the tournament has ended and written its files.
         while (GetState() == ThreadRunning && !Tourneys.empty() && Tourneys.back()->IsRunning())
             nuvobase::SleepMs(1);
+    } else if (Arguments.GetValue("-use") == "report") {
+        // Every argument that is no switch names a PGN file.
+        std::vector<clsString> files;
+        for (int i = 0; i < Arguments.Count; ++i)
+            if (Arguments.GetAt(i).IsEmpty() && Arguments.GetName(i).Text()[0] != '-')
+                files.push_back(Arguments.GetName(i));
+        const clsString out = Arguments.GetValue("-out");
+        WriteReport(files, out.IsEmpty() ? clsString(DefaultReportFile) : out, *Output);
     } else {
         const clsString soulFile = Arguments.GetValue("-load");
         if (!soulFile.IsEmpty()) ExecuteCommand(clsString("\\loadsoul ") + soulFile.Quote('"'));

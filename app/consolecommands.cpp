@@ -173,7 +173,15 @@ void StartTourney(App& app, const clsString& arguments) {
     clsString file = clsCommandWords(arguments).Next();
     if (file.IsEmpty()) file = DefaultTourneyFile;
     Remark(app, "initializing tourney " + file.Quote('\''));
-    app.Tourneys.push_back(std::make_unique<clsTourney>(int32_t(app.Tourneys.size()) + 1, file, app.Output));
+    auto tourney = std::make_unique<clsTourney>(int32_t(app.Tourneys.size()) + 1, file, app.Output);
+    // The switches of the command line hold for every tournament the program starts.
+    tourney->Resume = app.Arguments.Find(clsString("-resume")) >= 0;
+    const clsString shard = app.Arguments.GetValue("-shard");
+    if (!shard.IsEmpty() && !tourney->SetShard(shard)) {
+        Remark(app, "-shard=" + shard + " is no K/N with K from 1 to N; the tournament does not start");
+        return;
+    }
+    app.Tourneys.push_back(std::move(tourney));
     app.Tourneys.back()->Start();
 }
 

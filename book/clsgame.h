@@ -79,6 +79,9 @@ public:
     // maxPlies 0 reads the whole game. listener, when given, sees the moves that replaying MoveText plays.
     void ReadPgn(const nuvobase::clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
                  clsPlyListener* listener = nullptr);
+    // Reads the tag lines at the head of PGN text into Tags (a "Result" tag sets the word) and returns the
+    // rest, the move text, on one line without check and mate signs.
+    nuvobase::clsString ReadTags(const nuvobase::clsString& text);
     // "1-0", "0-1", "1/2-1/2", "*" and "?" in any case set the word and its tags; any other text leaves a
     // running game and the tags alone.
     void SetResultText(const nuvobase::clsString& text);

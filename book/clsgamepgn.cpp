@@ -73,10 +73,7 @@ void clsGame::SetResultText(const clsString& text) {
         if (text.Compare(word.Text) != 0) return SetCode(word.Code);
 }
 
-void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
-                      clsPlyListener* listener) {
-    Code = CodeRunning;
-    FirstMoveNumber = 0;
+clsString clsGame::ReadTags(const clsString& text) {
     clsString moves;
     bool inMoves = false;
     for (int position = 0; position >= 0;) {
@@ -94,6 +91,14 @@ void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fe
         if (name.Compare("RESULT") != 0) SetResultText(value);
     }
     CleanMoveText(moves);
+    return moves;
+}
+
+void clsGame::ReadPgn(const clsString& text, clsChessCore& core, clsFENTable* fens, int maxPlies,
+                      clsPlyListener* listener) {
+    Code = CodeRunning;
+    FirstMoveNumber = 0;
+    const clsString moves = ReadTags(text);
 
     core.SetPosition(clsString());
     PlyCount = 0;

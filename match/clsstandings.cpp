@@ -16,6 +16,7 @@ namespace nvoChess {
 namespace {
 
 constexpr int EloDecimals = 1;
+constexpr int SprtDecimals = 3;
 constexpr int NameWidth = 24, NumberWidth = 7;
 constexpr int32_t GamesInPair = 2;
 
@@ -60,8 +61,10 @@ clsStandings::clsRow& clsStandings::RowOf(const clsString& name) {
 
 void clsStandings::Add(const clsGameOutcome& game) {
     Games.push_back(game);
-    clsRow& white = RowOf(game.White);
+    // Both rows exist before either is held: adding a row may move the others.
+    RowOf(game.White);
     clsRow& black = RowOf(game.Black);
+    clsRow& white = RowOf(game.White);
     ++white.Games;
     ++black.Games;
     if (game.WhitePoints == clsPlayer::WinPoints) {
@@ -74,6 +77,7 @@ void clsStandings::Add(const clsGameOutcome& game) {
         ++white.Losses;
         ++black.Wins;
     }
+    if (Sprt) Sprt->Update(FirstPlayerScores(SprtByPair));
 }
 
 std::vector<clsStandings::clsRow> clsStandings::Sorted() const {
@@ -85,22 +89,35 @@ std::vector<clsStandings::clsRow> clsStandings::Sorted() const {
 
 clsStandings::clsPenta clsStandings::Penta() const {
     clsPenta penta{};
-    if (Rows.size() != 2) return penta;
+    // A pair's score in quarters is its points in halves of a game point: 0 to 4.
+    for (double score : FirstPlayerScores(true)) ++penta[size_t(std::lround(score * (penta.size() - 1)))];
+    return penta;
+}
+
+std::vector<double> clsStandings::FirstPlayerScores(bool byPair) const {
+    std::vector<double> scores;
+    if (Rows.size() != 2) return scores;
     const clsString& first = Rows[0].Name;
     struct clsPair {
         int32_t Games = 0, Points = 0;
     };
     std::map<int32_t, clsPair> pairs;
     for (const clsGameOutcome& game : Games) {
-        clsPair& pair = pairs[game.Pair];
-        ++pair.Games;
         const bool firstIsWhite = game.White.Compare(first, clsString::CompareExact);
         // Points of the first player in halves of a game point: 2 a win, 1 a draw.
-        pair.Points += firstIsWhite ? game.WhitePoints : clsPlayer::WinPoints - game.WhitePoints;
+        const int32_t points = firstIsWhite ? game.WhitePoints : clsPlayer::WinPoints - game.WhitePoints;
+        if (!byPair) {
+            scores.push_back(double(points) / clsPlayer::WinPoints);
+            continue;
+        }
+        clsPair& pair = pairs[game.Pair];
+        ++pair.Games;
+        pair.Points += points;
     }
     for (const auto& [id, pair] : pairs)
-        if (pair.Games == GamesInPair) ++penta[size_t(pair.Points)];
-    return penta;
+        if (pair.Games == GamesInPair)
+            scores.push_back(double(pair.Points) / (GamesInPair * clsPlayer::WinPoints));
+    return scores;
 }
 
 clsString clsStandings::JsonText() const {
@@ -121,6 +138,16 @@ clsString clsStandings::JsonText() const {
         clsJSON& penta = root.Add("penta");
         for (int32_t count : Penta()) penta.Add(clsString(), clsString(count));
         root.Add("los", JsonNumber(LikelihoodOfSuperiority(Rows[0].Wins, Rows[0].Losses)));
+    }
+    if (Sprt) {
+        clsJSON& sprt = root.Add("sprt");
+        sprt.Add("elo0", JsonNumber(Sprt->Elo0));
+        sprt.Add("elo1", JsonNumber(Sprt->Elo1));
+        sprt.Add("llr", clsString().FromDouble(Sprt->Llr, SprtDecimals));
+        sprt.Add("lower_bound", clsString().FromDouble(Sprt->LowerBound(), SprtDecimals));
+        sprt.Add("upper_bound", clsString().FromDouble(Sprt->UpperBound(), SprtDecimals));
+        sprt.Add("verdict", Sprt->Verdict == clsSprt::Undecided ? clsString("null")
+                                                                : clsJSON::Quoted(Sprt->VerdictText()));
     }
     return root.ToJsonText() + "\n";
 }
@@ -151,6 +178,12 @@ std::vector<clsString> clsStandings::TableLines() const {
         lines.push_back("likelihood of superiority of " + Rows[0].Name + ": " +
                         TableNumber(LikelihoodOfSuperiority(Rows[0].Wins, Rows[0].Losses)) + "%");
     }
+    if (Sprt)
+        lines.push_back(
+            "sprt llr " + clsString().FromDouble(Sprt->Llr, SprtDecimals) + " within [" +
+            clsString().FromDouble(Sprt->LowerBound(), SprtDecimals) + ", " +
+            clsString().FromDouble(Sprt->UpperBound(), SprtDecimals) + "]: " +
+            (Sprt->Verdict == clsSprt::Undecided ? clsString("no decision yet") : Sprt->VerdictText()));
     return lines;
 }
 

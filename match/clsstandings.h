@@ -3,10 +3,12 @@
 // points and the Elo difference against the rest of the field with its 95% error; for two players also
 // the results of the game pairs and the likelihood of superiority. Written as JSON and as a table.
 
+#include "match/clssprt.h"
 #include "nuvobase/clsstring.h"
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace nvoChess {
@@ -36,12 +38,18 @@ public:
     std::vector<clsRow> Sorted() const;
     // Counts of complete pairs by the first player's points in them.
     clsPenta Penta() const;
+    // The first player's score (0 to 1) of each complete pair in pair order, or with byPair false of each
+    // game in the order added; empty unless there are two players.
+    std::vector<double> FirstPlayerScores(bool byPair) const;
     nuvobase::clsString JsonText() const;
     // The table, one text per line.
     std::vector<nuvobase::clsString> TableLines() const;
 
     std::vector<clsRow> Rows;
     std::vector<clsGameOutcome> Games;
+    // The test of a match of two players, judged after every game added: by pairs when SprtByPair.
+    std::optional<clsSprt> Sprt;
+    bool SprtByPair = true;
 
 private:
     clsRow& RowOf(const nuvobase::clsString& name);

@@ -90,10 +90,17 @@ bool clsTourney::Run() {
     // The console takes lines ended by LF alone.
     Output->Write(engines->ToText().ReplaceAll("\r\n", "\n"), false);
     MakePlayers(*engines);
-    if (!PgnOut.IsEmpty() || !Openings.Items.empty()) {
+    if (Sprt && Players.size() != 2) {
+        Output->Write("# tourney: sprt tests a match of two players; it is left out", true);
+        Sprt.reset();
+    }
+    if (!PgnOut.IsEmpty() || !Openings.Items.empty() || Sprt) {
         std::vector<clsString> names;
         for (auto& player : Players) names.push_back(player->Name);
         Standings = std::make_unique<clsStandings>(names);
+        Standings->Sprt = Sprt;
+        // Without openings a pair of games has no common start: each game counts alone.
+        Standings->SprtByPair = !Openings.Items.empty();
     }
     if (!EnginesTakeOpenings()) {
         Output->Write("# end", true);
@@ -102,7 +109,7 @@ bool clsTourney::Run() {
     }
     if (Players.size() < 2) Output->Write("# tourney: fewer than two active engines, no game to play", true);
     PathPrefix = LogFolder;
-    PathPrefix.PathJoin(Name.Text());
+    PathPrefix.PathJoin(FileStem().Text());
     PathPrefix += ".T" + Number(Id);
     Log(0, "creating games");
     MakeGames();
@@ -151,14 +158,20 @@ bool clsTourney::ReadSettings() {
         PgnOut = options->GetValue("pgnout", clsString());
         PgnOut.Trim(' ');
         if (!PgnOut.IsEmpty()) {
+            if (ShardCount > 0) {
+                // The shard's mark goes in front of the extension: all.pgn becomes all.S2.pgn.
+                const int dot = PgnOut.FindLast('.');
+                const int mark = dot > PgnOut.FindLast('/') ? dot : PgnOut.Size();
+                PgnOut = PgnOut.Left(mark) + ".S" + Number(ShardIndex) + PgnOut.Mid(mark);
+            }
             clsString path = LogFolder;
             PgnOut = path.PathJoin(PgnOut.Text());
         }
-        if (!ReadOpenings(*options)) return false;
+        if (!ReadOpenings(*options) || !ReadSprt(*options)) return false;
     }
     if (!LogFolder.IsEmpty()) {
         LogFile = LogFolder;
-        LogFile.PathJoin(Name.Text());
+        LogFile.PathJoin(FileStem().Text());
         LogFile += ".log";
     }
     HeaderTags.Clear();
@@ -239,7 +252,9 @@ void clsTourney::PlayRounds() {
     for (auto& game : Games)
         if (game->Code == CodeRunning) game->Abort();
     for (auto& player : Players) player->SetScore(0);
-    for (Round = 1; Round <= Rounds && !StopRequested; ++Round) {
+    if (Resume && !TakeUpPlayedGames()) return;
+    for (Round = 1; Round <= Rounds && MayStartGames(); ++Round) {
+        if (!PlaysRound(Round)) continue;
         std::vector<bool> reported(Games.size(), false);
         for (size_t p = 0; p < Games.size(); ++p) {
             clsTourneyGame& game = *Games[p];
@@ -247,6 +262,11 @@ void clsTourney::PlayRounds() {
             game.Reset(false);
             SetTags(game, int(p) + 1);
             SetOpening(game);
+            // A game taken up from an earlier run counts as finished and reported.
+            if (PlayedGames.count({Round, game.GameId}) > 0) {
+                game.Finished = true;
+                reported[p] = true;
+            }
         }
         // Without pauses a game that ends makes room at once; the progress line still comes once a second.
         uint64_t progressDue = 0;
@@ -261,11 +281,13 @@ void clsTourney::PlayRounds() {
                     reported[p] = true;
                     continue;
                 }
+                const bool running = game.IsRunning();
+                if (!running && !MayStartGames()) continue; // left unplayed
                 ++pending;
-                if (game.IsRunning()) {
+                if (running) {
                     ++playing;
                     status += clsString(game.SideToMove == 0 ? "W" : "B") + Number(game.MoveNumber) + " ";
-                } else if (playing < Threads && !StopRequested) {
+                } else if (playing < Threads) {
                     game.Tags.SetValue("Date", Now());
                     game.Start();
                     ++playing;
@@ -282,7 +304,7 @@ void clsTourney::PlayRounds() {
                 AwaitGameEnd(int(progressDue - now));
             else if (pending > 0)
                 nuvobase::SleepMs(SchedulerMs);
-            if (StopRequested && playing == 0) break;
+            if (!MayStartGames() && playing == 0) break;
         }
     }
 }

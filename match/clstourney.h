@@ -6,6 +6,7 @@
 #include "match/clsadjudicator.h"
 #include "match/clsopenings.h"
 #include "match/clsplayer.h"
+#include "match/clssprt.h"
 #include "match/clsstandings.h"
 #include "match/clstourneygame.h"
 #include "nuvobase/clscondition.h"
@@ -19,6 +20,9 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace nvoChess {
@@ -87,7 +91,15 @@ public:
     nuvobase::clsString OpeningsFile;
     clsAdjudicationRules Adjudication;
     nuvobase::clsString PgnOut;              // the file every finished game is appended to; empty for none
-    std::unique_ptr<clsStandings> Standings; // kept when the file has openings or pgnout
+    std::unique_ptr<clsStandings> Standings; // kept when the file has openings, pgnout or sprt
+    std::optional<clsSprt> Sprt;             // the test of the sprt element, for a match of two players
+    // Set before Start. Resume keeps the games already in pgnout and plays the rest. Shard K of N (K from 1)
+    // plays the rounds r with (r - 1) mod N = K - 1, and its files carry ".SK" behind the name; a count of 0
+    // plays every round.
+    bool Resume = false;
+    int32_t ShardIndex = 0, ShardCount = 0;
+    // Reads "K/N" into the shard fields; false, leaving them, when it is no such pair.
+    bool SetShard(const nuvobase::clsString& text);
     // How long an XBoard engine gets to announce its features before it is judged by what it has said.
     static constexpr unsigned FeatureWaitMs = 5000;
 
@@ -120,10 +132,23 @@ private:
     clsPgnExport ExportOf(const clsTourneyGame& game) const;
     // Writes NAME.results.json; with print also the table to the output.
     void WriteStandings(bool print);
+    // The name that the files of this tournament or shard begin with.
+    nuvobase::clsString FileStem() const;
+    // The round is one that this tournament or shard plays.
+    bool PlaysRound(int32_t round) const;
+    // New games may start: no stop was asked for and no test has given its verdict.
+    bool MayStartGames() const;
+    // The sprt element, for a match of two players; false, with a message, when it makes no test.
+    bool ReadSprt(nuvobase::clsXML& options);
+    // Takes up the games of an earlier run from pgnout: they count in the standings and scores and are not
+    // played again. The file keeps each whole, decided game of the tournament once and nothing cut short.
+    // False, with a message, when there is no pgnout to resume from.
+    bool TakeUpPlayedGames();
     // Breeds candidate souls, each judged by a whole round loop of the pupil against the others.
     void LearningRun();
 
-    nuvobase::clsMutex LogLock; // guards LogLines: Stop logs from another thread
+    std::set<std::pair<int32_t, int32_t>> PlayedGames; // round and game id of the games taken up
+    nuvobase::clsMutex LogLock;                        // guards LogLines: Stop logs from another thread
     std::atomic<bool> StopRequested{false};
 };
 

@@ -14,6 +14,7 @@ constexpr const char* UnknownDate = "????.??.??";
 constexpr int DateLength = 10, TimeStart = 11, TimeLength = 8;
 constexpr double MsPerSecond = 1000.0;
 constexpr int FenFields = 6, SideField = 1, FullMoveField = 5;
+constexpr int SprtDecimals = 3;
 
 // The "Termination" tag of a result word.
 const char* TerminationOf(uint32_t code) {
@@ -66,6 +67,8 @@ clsPgnExport clsTourney::ExportOf(const clsTourneyGame& game) const {
         const int32_t fullMove = int32_t(std::strtol(fields[FullMoveField].Text(), nullptr, 10));
         pgn.FirstMoveNumber = fullMove > 0 ? fullMove : 1;
     }
+    // With the round, the game id tells a resumed tournament which game this is.
+    pgn.Tags.SetValue("GameId", clsString(int64_t(game.GameId)));
     pgn.SanMoves = game.SanMoves;
     return pgn;
 }
@@ -76,13 +79,17 @@ void clsTourney::RecordResult(const clsTourneyGame& game) {
     int32_t white = 0, black = 0;
     clsTourneyGame::Points(game.Code, white, black);
     if (white + black == 0) return; // an aborted or undecided game counts for nobody
+    const bool undecided = Standings->Sprt && Standings->Sprt->Verdict == clsSprt::Undecided;
     Standings->Add({game.WhitePlayer->Name, game.BlackPlayer->Name, white, Round});
+    if (undecided && Standings->Sprt->Verdict != clsSprt::Undecided)
+        Log(game.GameId, "sprt llr " + clsString().FromDouble(Standings->Sprt->Llr, SprtDecimals) + ": " +
+                             Standings->Sprt->VerdictText() + ", no further game starts");
     WriteStandings(false);
 }
 
 void clsTourney::WriteStandings(bool print) {
     clsString path = LogFolder;
-    path.PathJoin(Name.Text());
+    path.PathJoin(FileStem().Text());
     path += ".results.json";
     if (!Standings->JsonText().SaveToFile(path.Text()))
         Output->Write("# tourney: cannot write " + path, true);

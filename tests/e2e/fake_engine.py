@@ -9,6 +9,8 @@ Faults, each at the engine's own move N (from 1): --crash N, --hang N, --illegal
 --ponder (a ponder move behind every bestmove), --no-handshake (reads and never answers),
 --slow-start SECONDS, --exit (ends at once). --score CP reports that score with every move (UCI info, XBoard
 thinking line); an XBoard fake writes its moves as --notation san, or old (both older forms for one move).
+--plan LETTERS --tally FILE (XBoard): the first player's result of each game, w, d or l, counted in FILE at each
+"new"; the fake resigns the games it is to lose and, as the first player (no --second), claims the draws.
 """
 import argparse
 import sys
@@ -32,6 +34,9 @@ def main():
     parser.add_argument("--slow-start", type=float, default=0)
     parser.add_argument("--score", type=int, default=0)
     parser.add_argument("--notation", default="coordinates", choices=["coordinates", "san", "old"])
+    parser.add_argument("--plan", default="")
+    parser.add_argument("--tally", default="")
+    parser.add_argument("--second", action="store_true")
     options = parser.parse_args()
     if options.exit:
         return 0
@@ -46,6 +51,18 @@ def main():
     def say(text):
         sys.stdout.write(text + "\n")
         sys.stdout.flush()
+
+    def take_plan():
+        try:
+            with open(options.tally) as tally:
+                game = int(tally.read())
+        except OSError:
+            game = 0
+        with open(options.tally, "w") as tally:
+            tally.write(str(game + 1))
+        outcome = options.plan[game] if game < len(options.plan) else "d"
+        options.resign = 1 if outcome == ("w" if options.second else "l") else 0
+        options.draw = 1 if outcome == "d" and not options.second else 0
 
     def play():
         nonlocal own_moves
@@ -106,8 +123,10 @@ def main():
             say("pong " + (words[1] if len(words) > 1 else ""))
         elif command in ("new", "ucinewgame"):
             moves = []
+            if options.plan:
+                take_plan()
         elif command == "position":
-            moves = words[3:] if len(words) > 3 and words[2] == "moves" else []
+            moves = words[words.index("moves") + 1:] if "moves" in words else []
         elif command == "go":
             play()
         elif len(command) >= 4 and command[0] in "abcdefgh" and command[1] in "12345678":

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "match/clsstandings.h"
 #include "match/elomath.h"
@@ -55,4 +56,39 @@ TEST(Standings, PairsAndJsonOfTwoPlayers) {
               std::string::npos)
         << json;
     EXPECT_EQ(std::string(standings.Sorted()[0].Name.Text()), "A");
+}
+
+TEST(Standings, SprtWorkedByHand) {
+    // LLR = N/2 ((m - s0)^2 - (m - s1)^2) / v, m and v the mean and variance (over N) of the scores. Elo
+    // 400 log10(3) expects 0.75 and Elo 0 expects 0.5. {1, 0.5}: m 0.75, v 0.0625, LLR 1 (0.0625 - 0) /
+    // 0.0625.
+    const double e75 = 400 * std::log10(3.0);
+    struct clsCase {
+        std::vector<double> Scores;
+        double Elo0, Elo1, Llr;
+    };
+    const clsCase cases[] = {
+        {{1, 0.5}, 0, e75, 1},          {{0, 0.5}, 0, e75, -3},  {{1, 0.75, 0.5, 0.75}, 0, e75, 4},
+        {{0.5, 0}, -e75, 0, -1},        {{0.5, 0.5}, 0, e75, 0}, {{}, 0, e75, 0},
+        {{1, 0.5, 0.75}, 0, e75, 2.25},
+    };
+    for (const clsCase& c : cases)
+        EXPECT_NEAR(clsSprt::LogLikelihoodRatio(c.Scores, c.Elo0, c.Elo1), c.Llr, 1e-9);
+    // Bounds ln(0.05 / 0.95) and ln(0.95 / 0.05); pairs 1, 0.5, 0.75 (LLR 2.25) go on, 0.75 more (LLR 4)
+    // decides.
+    clsStandings standings; // the players come with the games, as in a report
+    standings.Sprt = clsSprt();
+    standings.Sprt->Elo1 = e75;
+    EXPECT_NEAR(standings.Sprt->UpperBound(), 2.944439, 1e-6);
+    EXPECT_NEAR(standings.Sprt->LowerBound(), -2.944439, 1e-6);
+    const clsGameOutcome games[] = {{"A", "B", 2, 1}, {"B", "A", 0, 1}, {"A", "B", 2, 2}, {"B", "A", 2, 2},
+                                    {"A", "B", 2, 3}, {"B", "A", 1, 3}, {"A", "B", 1, 4}, {"B", "A", 0, 4}};
+    for (const clsGameOutcome& game : games) {
+        EXPECT_EQ(standings.Sprt->Verdict, clsSprt::Undecided);
+        standings.Add(game);
+    }
+    EXPECT_EQ(std::string(standings.Sprt->VerdictText().Text()), "H1 accepted");
+    EXPECT_EQ(standings.Rows[0].Games + standings.Rows[1].Games, 16);
+    EXPECT_NE(std::string(standings.JsonText().Text()).find("\"verdict\": \"H1 accepted\""),
+              std::string::npos);
 }
