@@ -1,6 +1,7 @@
 """Files of positions run through the real program: an EPD suite of known answers scored to the exact result line,
-files that hold no usable positions, and perft over a file with both engines."""
+files that hold no usable positions, and perft over a file with both engines, resumed, with wrong counts."""
 import os
+import re
 import shutil
 import tempfile
 
@@ -79,9 +80,45 @@ def perft_file(folder):
             check(line.startswith(fen + "\t[TIME_MS=") and line.endswith("]\t[STATUS=OK]"), (engine, line))
 
 
+START, MATED = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1"
+# A perft file at depth 1: (line, nodes, status). The count stands behind the last comma, and 0 or text always
+# passes; a line without a comma counts its FEN's leading number, 8 here; a position without moves keeps its FEN
+# alone. An earlier run did the first line; a line of blanks is no line.
+PERFT_LINES = [(START + ",D1,999", 20, None), (START + ",D1,20", 20, "OK"), (START + ",D1,21", 20, "ERROR"),
+               ("  ", 0, None), (START + ",x", 20, "OK"), (MATED + ",D1,0", 0, ""),
+               ("8/8/8/8/8/8/8/K1k5 w - - 0 1", 1, "ERROR")]
+
+
+def perft_file_counts(folder):
+    with open(os.path.join(folder, "p.txt"), "w") as f:
+        f.write("\n".join(line for line, _, _ in PERFT_LINES) + "\n")
+    out = os.path.join(folder, "p.out.txt")
+    with open(out, "w") as f:
+        f.write("old\r\n")
+    # Without a file, the current position is counted and its line said.
+    said = run_ok(["\\perftfile 2", "\\perftfile p.txt 1", "\\perftfile missing.txt 1"], cwd=folder)
+    check(re.match(START.split()[0] + r" w [^\t]*\t\[TIME_MS=\d+\]\t\[NPS=\d+\]\t\[STATUS=OK\]$", said[3])
+          and said[4] == "starting perft from perft line 1" and said[5].startswith("2/6\t" + START), said)
+    check(said[-2:] == ["starting perft from perft line 0", "info string end"], said)
+    with open(out, newline="") as f:
+        written = f.read().split("\r\n")
+    check(written[0] == "old" and written[-1] == "" and len(written) == 7, written)
+    for text, (line, nodes, status) in zip(written[1:], [row for row in PERFT_LINES if row[2] is not None]):
+        fen = line.split(",")[0]
+        timed = re.match(re.escape(fen) + r"\t\[TIME_MS=(\d+)\]\t\[NPS=(\d+)\]\t\[STATUS=(\w+)\]$", text)
+        check(text == fen if not status else timed and timed.group(3) == status
+              and int(timed.group(2)) == nodes * 1000 // int(timed.group(1)), (line, text))
+    # A result file that cannot be written: every line still runs, and that is said once.
+    os.remove(out)
+    os.mkdir(out)
+    said = run_ok(["\\perftfile p.txt 1"], cwd=folder)
+    check(said.count("info string cannot write p.out.txt") == 1 and said[-3].startswith("6/6\t8/8/"), said)
+
+
 if __name__ == "__main__":
     with tempfile.TemporaryDirectory() as folder:
         suite(folder)
         broken(folder)
         perft_file(folder)
+        perft_file_counts(folder)
     print("epd: all checks passed")

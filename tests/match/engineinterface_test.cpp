@@ -1,16 +1,10 @@
 // The base behaviour of every engine, seen through a small engine of the test.
 #include "match/clsengineinterface.h"
 
-#include "match/capturedoutput.h"
 #include "match/recordingengine.h"
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -97,85 +91,4 @@ TEST(EngineInterface, SquaresAndMoveTexts) {
                                                {0, 0, 0},
                                                {Bit(51), Bit(59), 0},
                                                {0, 0, 0}}));
-}
-
-namespace {
-
-// A perft file in a fresh folder, and what RunFileTest made of it.
-class EngineFileTest : public testing::Test {
-protected:
-    void SetUp() override {
-        folder = testing::TempDir() + "perftfile_" + std::to_string(getpid()) + "/";
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        engine.PerftCounts = {{"a", 20}, {"b", 400}, {"c", 8902}, {"7", 20}};
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    void Write(const std::string& name, const std::string& text) {
-        std::ofstream(folder + name, std::ios::binary) << text;
-    }
-    // The result file with the figures of each line, which vary with time, replaced by T; each speed is
-    // checked against its time and the count of its position.
-    std::string Results() {
-        std::ifstream in(folder + "p.out.txt", std::ios::binary);
-        const std::string text(std::istreambuf_iterator<char>(in), {});
-        static const std::regex timed(R"(([^\n]*)\t\[TIME_MS=(\d+)\]\t\[NPS=(\d+)\])");
-        for (std::sregex_iterator at(text.begin(), text.end(), timed), end; at != end; ++at) {
-            const uint64_t ms = std::stoull((*at)[2]), nps = std::stoull((*at)[3]);
-            EXPECT_GE(ms, 1u);
-            EXPECT_EQ(nps, engine.PerftCounts[(*at)[1]] * 1000 / ms) << (*at).str();
-        }
-        return std::regex_replace(text, timed, "$1\tT");
-    }
-
-    CapturedOutput captured;
-    RecordingEngine engine{&captured.Output};
-    std::string folder;
-};
-
-} // namespace
-
-TEST_F(EngineFileTest, StatusPerLine) {
-    // Expected counts behind the last comma; 0, or text that reads as 0, always passes; a line without a
-    // comma is its own FEN and count; a count of 0 nodes leaves the FEN alone.
-    Write("p.txt", "a,D1,20\r\nb,D2,401\nc,x\n\nc,D3,0\nd,5\n7\n");
-    EXPECT_EQ(engine.RunFileTest((folder + "p.txt").c_str(), 3, false), 0);
-    EXPECT_EQ(Results(), "a\tT\t[STATUS=OK]\r\nb\tT\t[STATUS=ERROR]\r\nc\tT\t[STATUS=OK]\r\n"
-                         "c\tT\t[STATUS=OK]\r\nd\r\n7\tT\t[STATUS=ERROR]\r\n");
-    EXPECT_EQ(captured.Text(), "starting perft from perft line 0\n1/6\ta,D1,20\n2/6\tb,D2,401\n3/6\tc,x\n"
-                               "4/6\tc,D3,0\n5/6\td,5\n6/6\t7\n");
-}
-
-TEST_F(EngineFileTest, ResumesBehindTheLinesDone) {
-    Write("p.txt", "a,20\nb,400\nc,8902\n");
-    Write("p.out.txt", "a\r\nb\r\n");
-    engine.RunFileTest((folder + "p.txt").c_str(), 3, false);
-    EXPECT_EQ(engine.Positions, std::vector<std::string>{"c"});
-    EXPECT_EQ(captured.Text(), "starting perft from perft line 2\n3/3\tc,8902\n");
-    EXPECT_EQ(Results(), "a\r\nb\r\nc\tT\t[STATUS=OK]\r\n");
-
-    // A result file as long as the input, or longer, leaves nothing to do.
-    Write("p.out.txt", "1\n2\n3\n4\n");
-    engine.RunFileTest((folder + "p.txt").c_str(), 3, false);
-    EXPECT_EQ(engine.Positions.size(), 1u);
-}
-
-TEST_F(EngineFileTest, CurrentPositionAndBadFiles) {
-    engine.SetPosition("b");
-    engine.RunFileTest("", 2, false);
-    const std::string said = captured.Text();
-    EXPECT_TRUE(
-        std::regex_match(said, std::regex(R"(1/1\tb\nb\t\[TIME_MS=\d+\]\t\[NPS=\d+\]\t\[STATUS=OK\]\n)")))
-        << said;
-
-    engine.RunFileTest((folder + "missing.txt").c_str(), 2, false);
-    EXPECT_EQ(engine.Positions.size(), 2u);
-
-    // The result file cannot be written: every line still runs, and that is said once.
-    Write("p.txt", "a,20\nb,400\n");
-    std::filesystem::create_directories(folder + "p.out.txt");
-    engine.RunFileTest((folder + "p.txt").c_str(), 2, false);
-    EXPECT_EQ(engine.Positions.size(), 4u);
-    EXPECT_NE(captured.Text().find("# cannot write " + folder + "p.out.txt\n2/2"), std::string::npos);
 }

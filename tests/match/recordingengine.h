@@ -3,7 +3,6 @@
 // the lines it is asked to send.
 #include "match/clsengineinterface.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,6 @@ public:
     bool Run() override { return true; }
     bool SetPosition(const clsString& fen) override {
         Fen = fen;
-        Positions.push_back(fen.Text());
         return true;
     }
     clsString GetInfoLine() override { return clsString(); }
@@ -37,7 +35,7 @@ public:
     void CrossSoul(clsEngineInterface*) override {}
     clsString GetSoulText() override { return clsString(); }
     void LoadDefaultSoul() override {}
-    uint64_t Perft(int, bool) override { return PerftCounts[Fen.Text()]; }
+    uint64_t Perft(int, bool) override { return 0; }
     clsString SanToCoordinates(const clsString&, bool) override { return clsString(); }
     void SendLine(const clsString& line) override { Sent.emplace_back(line.Text()); }
 
@@ -47,9 +45,7 @@ public:
         bool operator==(const Move&) const = default;
     };
     std::vector<Move> Moves;
-    std::vector<std::string> Sent;               // the lines sent, in order
-    std::vector<std::string> Positions;          // every position set, in order
-    std::map<std::string, uint64_t> PerftCounts; // what Perft counts for a position; 0 for others
+    std::vector<std::string> Sent; // the lines sent, in order
     clsString Fen;
 };
 
