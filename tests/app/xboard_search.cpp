@@ -1,5 +1,6 @@
-// The XBoard front end while the engine thinks: what stops a search, and which of its moves survive; and
-// self-play games from set positions: who won, with the sign taken from the side that began.
+// The XBoard front end: the clock bounds behind its replies; while the engine thinks, what stops a search and
+// which of its moves survive; and self-play games from set positions: who won, with the sign taken from the
+// side that began.
 #include "xboard_fixture.h"
 
 #include "nuvobase/platform.h"
@@ -15,6 +16,28 @@ namespace nvoChess {
 namespace {
 
 using Lines = std::vector<std::string>;
+
+// What level, time, otim and new do to the clocks is checked by the end-to-end XBoard test through the
+// allowance each search states.
+TEST_F(XBoardTest, AbsurdLevelsStayWithinTheClockBounds) {
+    const int64_t yearMs = int64_t(366) * 24 * 3600 * 1000;
+    for (const char* level :
+         {"99999999999999999999 99999999999999999999 99999999999999999999",
+          "-99999999999999999999 -7:-5 -99999999999999999999", "x y z", "", "5 10:99999999999"}) {
+        SCOPED_TRACE(level);
+        Send("level", level);
+        EXPECT_LE(std::abs(App.MovesPerControl), 100000);
+        EXPECT_GE(App.BaseTimeMs, 0);
+        EXPECT_LE(App.BaseTimeMs, yearMs);
+        EXPECT_GE(App.IncrementMs, 0);
+        EXPECT_LE(App.IncrementMs, yearMs);
+        EXPECT_EQ(App.EngineTimeMs, App.BaseTimeMs);
+    }
+    Send("time", "99999999999999999999");
+    EXPECT_EQ(App.EngineTimeMs, yearMs);
+    Send("otim", "-99999999999999999999");
+    EXPECT_EQ(App.OpponentTimeMs, -yearMs);
+}
 
 class ThreadedXBoard : public XBoardTest {
 protected:

@@ -102,11 +102,13 @@ def plays_and_lists(folder, keys, referee):
     check("Pe2-e4 3000 5000 1000 61.10%" in [r.split(" ", 1)[1] for r in rows], rows)
     check(rows[-1].endswith("Pe2-e4 3000 5000 1000 61.10% <--- best entry"), rows)
     check(sum(r.endswith("???") for r in rows) == 18, rows)
-    # Loaded and saved by the console, the book comes back as the same bytes. The limit keeps positions of at least
-    # that weight: 1.d4's one game has weight 0.
-    copy = os.path.join(folder, "copy.cbk")
-    lines = remarks(run_ok(["\\loadbook " + path, "\\savebook " + copy, "\\loadbook %s 1" % path, "quit"], CORVANE))
-    check(["book %s loaded with 2 positions" % path, "book %s saved" % copy, "book %s loaded with 1 positions" % path]
+    # Loaded and saved by the console, the book comes back as the same bytes. A limit keeps positions of at least
+    # that weight, half their games: 1.e4's 4500, and not 1.d4's 0.
+    copy, limited = os.path.join(folder, "copy.cbk"), os.path.join(folder, "limited.cbk")
+    lines = remarks(run_ok(["\\loadbook " + path, "\\savebook " + copy, "\\savebook %s 4500" % limited,
+                            "\\loadbook " + limited, "\\loadbook %s 1" % path, "quit"], CORVANE))
+    check(["book %s loaded with 2 positions" % path, "book %s saved" % copy, "book %s saved" % limited,
+           "book %s loaded with 1 positions" % limited, "book %s loaded with 1 positions" % path]
           == [l for l in lines if l.startswith("book ")], lines)
     with open(path, "rb") as a, open(copy, "rb") as b:
         check(a.read() == b.read(), "saved book differs from the loaded one")

@@ -112,12 +112,14 @@ def searches():
 
 
 def user_moves():
-    # usermove and a bare move are the same command; undo takes back one move, and on nothing gives the start.
+    # usermove and a bare move are the same command, each answered by a remark in force mode; undo takes back one
+    # move, and on nothing gives the start, whatever the board held.
     output = xboard(["force", "e2e4", "\\", "new", "force", "usermove e2e4", "\\", "e7e5", "undo", "\\", "new",
-                     "undo", "undo", "\\"])
+                     "undo", "undo", "\\", "setboard K7/8/8/8/8/8/8/7k w - - 0 1", "undo", "\\"])
     shown = [l.split("[", 1)[1].rstrip("]") for l in output if re.match(r"^# (white|black) \[", l)]
-    check(len(shown) == 4 and shown[0] == shown[1] == shown[2] != START_FEN and shown[0].split()[1] == "b"
-          and shown[3].startswith(START_FEN[:44]) and not any(l.startswith("Illegal move") for l in output), output)
+    check(len(shown) == 5 and shown[0] == shown[1] == shown[2] != START_FEN and shown[0].split()[1] == "b"
+          and shown[3] == shown[4] and shown[3].startswith(START_FEN[:44]) and output.count("# I'm not thinking") == 3
+          and not any(l.startswith("Illegal move") for l in output), output)
     # "e2-e4" is taken for a move by its second character, and the board decides.
     output = xboard(["force", "e2-e4", "a7a8q", "e2e5"])
     check(output[:3] == ["Illegal move: e2-e4", "Illegal move: a7a8q", "Illegal move: e2e5"], output)
