@@ -1,5 +1,6 @@
-"""The console commands, typed in either protocol, and the formula console: its board samples against 64-bit
-arithmetic done here, its help, the result and state lines, the archive behind it, and bad input."""
+"""The program's shell (start-up options, unknown words, quit and the end of the input), the console commands typed
+in either protocol, and the formula console: its board samples against 64-bit arithmetic done here, its help, the
+result and state lines, the archive behind it, and bad input."""
 import os
 import re
 import tempfile
@@ -9,6 +10,8 @@ from corvane_driver import CORVANE, Session, check, progress_session, run_ok, se
 START_BOARD = ["rnbqkbnr", "pppppppp", "--------", "--------", "--------", "--------", "PPPPPPPP", "RNBQKBNR"]
 AFTER_E2E4 = START_BOARD[:4] + ["----P---", "--------", "PPPP-PPP", "RNBQKBNR"]
 BOARD_LINES = 10  # eight ranks, the side with the FEN, an empty remark
+UNKNOWN = "Error (unknown command): "
+PLAIN_UCI = ["id name Vesko", "uciok", "info string end"]
 
 
 def console(lines, args=()):
@@ -75,8 +78,20 @@ def quiet_and_unknown():
         listed = readme.read().split("`\\help` lists the commands")[1].split("```")[1]
     check(console(["\\help"]) == [l[2:] for l in listed.splitlines() if l.strip()], "README and \\help differ")
     check(console(["\\soul", "\\testsouls", "\\SOUL", "foo", "\\foo", "\\epdx"]) == [
-        "Error (unknown command): foo", "Error (unknown command): \\foo", "Error (unknown command): \\epdx"], "unknown")
-    check(run_ok(["foo", "\\soul", "quit"]) == ["Error (unknown command): foo", "info string end"], "in UCI mode")
+        UNKNOWN + "foo", UNKNOWN + "\\foo", UNKNOWN + "\\epdx"], "unknown")
+    # In UCI mode: an empty line reaches no handler, a line of blanks is an empty command, and nothing after quit is
+    # read; the end of the input ends the program at once.
+    check(run_ok(["", "   ", "foo", "\\soul", "quit", "bar"]) == [UNKNOWN, UNKNOWN + "foo", "info string end"], "UCI")
+    check(run_ok(["foo"], timeout=20) == [UNKNOWN + "foo", "info string end"], "end of input")
+
+
+def start_up_options():
+    # With -use=tourney (any case) the program runs the tournament of -ini, reads no commands and ends by itself
+    # once the tournament has ended: at once for a file that does not exist. -load is in books_and_souls.
+    lines = run_ok(["uci", "quit"], ["-use=TOURNEY", "-ini=no-such-tourney.xml"])
+    check("# file not found: no-such-tourney.xml" in lines and not any(l.startswith("id name") for l in lines), lines)
+    for args in (["-load="], ["-ini=x.xml"], ["-use=games", "-ini=x.xml"], ["memory=abc"], ["memory="]):
+        check(run_ok(["uci", "quit"], args) == PLAIN_UCI, args)
 
 
 def books_and_souls(folder):
@@ -102,7 +117,8 @@ def books_and_souls(folder):
         f.write("pawn=105")
     check(console(['\\loadsoul "%s"' % soul, '\\loadsoul "%s"' % os.path.join(folder, "none.txt")]) ==
           ["new soul: pawn=105", "new soul: "], "loadsoul")
-    check("info string new soul: pawn=105" in run_ok(["quit"], ("-load=" + soul,)), "-load")
+    # -load runs its command before the first input line is read: its answer comes first.
+    check(run_ok(["uci", "quit"], ("-load=" + soul,)) == ["info string new soul: pawn=105"] + PLAIN_UCI, "-load")
 
 
 def engines_and_scenario():
@@ -215,6 +231,7 @@ if __name__ == "__main__":
     show_board()
     moves()
     quiet_and_unknown()
+    start_up_options()
     engines_and_scenario()
     with tempfile.TemporaryDirectory() as folder:
         formula_lines(folder)
