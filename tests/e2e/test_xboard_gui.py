@@ -9,7 +9,6 @@ import tempfile
 
 from corvane_driver import BINARY, check, debian_program
 
-GAMES = 1  # a match; xboard's first engine has white in the first game
 BASE_SECONDS, INCREMENT_SECONDS = 20, 1  # short, but clean for both engines
 MATCH_SECONDS = 400  # far more than the games take, with their clocks called by xboard
 # How a game may end: by the board, by a draw rule, by resignation, or by the opponent's clock.
@@ -18,7 +17,8 @@ LOST_ON_TIME = re.compile(r"(White|Black) wins on time", re.I)
 
 
 def play_match(folder, engine_arguments, engine_first):
-    """Runs the match under a virtual X server and returns (xboard's output, games, debug log)."""
+    """Runs a match of one game, the first engine with white, under a virtual X server; returns (xboard's output,
+    the game file, the debug log)."""
     home, games, debug = (os.path.join(folder, name) for name in ("home", "games.pgn", "xboard.debug"))
     os.makedirs(home)
     engine = " ".join([os.path.abspath(BINARY), *engine_arguments])
@@ -26,7 +26,7 @@ def play_match(folder, engine_arguments, engine_first):
     first, second = (engine, opponent) if engine_first else (opponent, engine)
     command = [debian_program("xvfb", "/usr/bin/xvfb-run"), "-a", "-s", "-screen 0 1280x1024x24",
                debian_program("xboard"), "-fcp", first, "-fd", folder, "-scp", second,
-               "-sd", folder, "-mg", str(GAMES), "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
+               "-sd", folder, "-mg", "1", "-tc", "0:%02d" % BASE_SECONDS, "-inc", str(INCREMENT_SECONDS),
                "-autoCallFlag", "true", "-saveGameFile", games, "-popupExitMessage", "false", "-debug",
                "-nameOfDebugFile", debug]
     # xboard keeps its settings in the home folder; a private one keeps runs apart. The virtual server, xboard and
@@ -45,30 +45,15 @@ def play_match(folder, engine_arguments, engine_first):
         return output.decode(errors="replace"), f.read(), log.read()
 
 
-def split_games(pgn):
-    """Each game as (tags, moves in SAN, the comment that ends it, result)."""
-    games = []
-    for block in re.split(r"\n(?=\[Event )", pgn.strip()):
-        tags = dict(re.findall(r'^\[(\w+) "(.*)"\]$', block, re.MULTILINE))
-        body = "\n".join(l for l in block.splitlines() if not l.startswith("["))
-        comments = re.findall(r"\{([^}]*)\}", body)
-        words = re.sub(r"\{[^}]*\}", " ", body).split()
-        moves = [w for w in words[:-1] if not re.match(r"^\d+\.+$", w)]
-        games.append((tags, moves, comments[-1] if comments else "", words[-1] if words else ""))
-    return games
-
-
-def check_game(tags, moves, ending, result, name):
-    """The engine's number of moves, and whether it lost on time."""
-    engine_white = tags.get("White") == name
-    check(engine_white or tags.get("Black") == name, "%s did not play: %r" % (name, tags))
-    check(result in ("1-0", "0-1", "1/2-1/2"), "game without a result: %r %r" % (ending, result))
-    check(tags.get("Result") == result, "result tag %r, game %r" % (tags.get("Result"), result))
-    on_time = LOST_ON_TIME.search(ending)
-    if not on_time:
-        check(BOARD_ENDINGS.search(ending) and "illegal" not in ending.lower(), "abnormal ending: %r" % ending)
-    lost_on_time = bool(on_time) and (on_time.group(1) == "White") != engine_white
-    return len(moves[0::2] if engine_white else moves[1::2]), lost_on_time
+def the_game(pgn):
+    """The one game saved: (tags, moves in SAN, the comment that ends it, result)."""
+    check(pgn.count("[Event ") == 1, "one game saved: %s" % pgn[-2000:])
+    tags = dict(re.findall(r'^\[(\w+) "(.*)"\]$', pgn, re.MULTILINE))
+    body = "\n".join(l for l in pgn.splitlines() if not l.startswith("["))
+    comments = re.findall(r"\{([^}]*)\}", body)
+    words = re.sub(r"\{[^}]*\}", " ", body).split()
+    moves = [w for w in words[:-1] if not re.match(r"^\d+\.+$", w)]
+    return tags, moves, comments[-1] if comments else "", words[-1] if words else ""
 
 
 def planned_within_clock(log, side):
@@ -92,26 +77,27 @@ def match(engine_arguments, name, engine_first):
     with tempfile.TemporaryDirectory() as folder:
         output, pgn, log = play_match(folder, engine_arguments, engine_first)
         final = re.search(r"Match .* vs\. .*: final score (\d+)-(\d+)-(\d+)", output)
-        check(final and sum(int(x) for x in final.groups()) == GAMES, "no match result: %s" % output[-2000:])
-        games = split_games(pgn)
-        check(len(games) == GAMES, "%d games saved: %s" % (len(games), pgn[-2000:]))
-        checked = [check_game(*game, name) for game in games]
+        check(final and sum(int(x) for x in final.groups()) == 1, "no match result: %s" % output[-2000:])
+        tags, moves, ending, result = the_game(pgn)
+        engine_white = tags.get("White") == name
+        check(engine_white or tags.get("Black") == name, "%s did not play: %r" % (name, tags))
+        check(result in ("1-0", "0-1", "1/2-1/2") and tags.get("Result") == result, (tags, ending, result))
+        on_time = LOST_ON_TIME.search(ending)
+        check(on_time or BOARD_ENDINGS.search(ending) and "illegal" not in ending.lower(), "ending: %r" % ending)
         side = "first :" if engine_first else "second:"
-        if any(lost for _, lost in checked):
+        if on_time and (on_time.group(1) == "White") != engine_white:
             # Only the opponent should run out of time; on a machine too busy to keep a GUI's clock the engine may
             # too, but only with every search planned well inside the clock it was given.
             check(planned_within_clock(log, side), "%s lost on time, its searches not within its clock" % name)
             print("xboard gui: %s lost on time, with every search planned within its clock" % name)
         # Every move the engine announced reached the game record, and it never refused one of the GUI's.
         announced = re.findall("<" + side + r" move (\S+)", log)
-        engine_moves = sum(moves for moves, _ in checked)
-        check(len(announced) == engine_moves, "%d moves sent, %d recorded" % (len(announced), engine_moves))
+        check(len(announced) == len(moves[0::2] if engine_white else moves[1::2]), "moves sent and recorded differ")
         check("<" + side + " Illegal move" not in log, "%s refused a move of the GUI" % name)
         replay = subprocess.run([debian_program("pgn-extract"), "-r", os.path.join(folder, "games.pgn")],
                                 capture_output=True, timeout=60)
         report = replay.stdout.decode(errors="replace") + replay.stderr.decode(errors="replace")
-        matched = re.search(r"(\d+) games? matched out of (\d+)", report)
-        check("Failed to make move" not in report and matched and matched.groups() == (str(GAMES),) * 2, report)
+        check("Failed to make move" not in report and re.search(r"\b1 game matched out of 1\b", report), report)
         return final.groups()
 
 
