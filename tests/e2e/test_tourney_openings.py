@@ -1,6 +1,8 @@
-"""Tournaments that test engines: openings from an EPD file in a seeded random order, adjudication by the scores
-that fake engines report, XBoard moves in SAN and in the older forms, standard PGN in one file that pgn-extract
-reads with the results of the game files, even after the program was killed in the middle of a game."""
+"""Tournaments that test engines: the embedded Corvane against real chess programs (stockfish over UCI, phalanx and
+the corvane program itself over XBoard) from openings of an EPD file in a seeded random order, never losing by a
+fault of its own; adjudication by the scores that fake engines report, XBoard moves in SAN and in the older forms,
+standard PGN in one file that pgn-extract reads with the results of the game files and their mates, even after the
+program was killed in the middle of a game."""
 import json
 import os
 import re
@@ -12,11 +14,15 @@ import tempfile
 import time
 
 from corvane_driver import BINARY, check, debian_program, run_ok
-from tourney_files import engine, play, read_game, results, tourney_xml, write
+from tourney_files import engine, extracted_plies, play, read_game, results, tourney_xml, write
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FAKE = os.path.join(HERE, "fake_engine.py")
 EPD = os.path.join(HERE, "..", "data", "wac8.epd")
+# The embedded Corvane's opponents in the two runs of the same openings.
+OPPONENTS = [[("Stockfish", "uci", "/usr/games/stockfish"), ("CorvaneX", "xboard", BINARY)],
+             [("Phalanx", "xboard", "/usr/games/phalanx", "-l- -b-")]]
+FAULTS_OF_A_SIDE = ("forfeit", "illegal move", "engine crashed")
 
 # White's and black's fake, the adjudicate element, and the result, reason and Reason tag that end the game.
 ADJUDICATED = [
@@ -65,8 +71,7 @@ def openings_gauntlet(folder, run):
     shutil.copy(EPD, epd)
     with open(epd, "a") as out:
         out.write("8/8/8/8/8/8/8/8 w - - id \"no kings\";\n")
-    engines = [engine("Corvane", "embedded"), engine("Stockfish", "uci", "/usr/games/stockfish"),
-               engine("CorvaneX", "xboard", BINARY)]
+    engines = [engine("Corvane", "embedded")] + [engine(*opponent) for opponent in OPPONENTS[run - 1]]
     logs = os.path.join(folder, "run%d" % run)
     os.mkdir(logs)
     xml = tourney_xml("open", "gauntlet", logs, engines, 3000, increment_ms=50, rounds="3")
@@ -79,10 +84,14 @@ def openings_gauntlet(folder, run):
     # Game ids repeat in every round: the results are keyed by round and id.
     found = {(int(f[2]), int(f[3])): tuple(f[6:11]) for f in (line.split("\t") for line in lines)
              if len(f) >= 11 and f[5] == "result"}
-    check(len(found) == 12, "twelve games: %r" % sorted(found))
+    check(len(found) == 3 * 2 * (len(engines) - 1), "both colours in three rounds: %r" % sorted(found))
     by_round = {}
     for game_id, (result, reason, white, black, pgn) in found.items():
         tags, plies, _ = read_game(pgn)
+        check({"1-0": black, "0-1": white}.get(result) != "Corvane" or reason not in FAULTS_OF_A_SIDE,
+              "game %r lost by a fault of the embedded player: %s" % (game_id, reason))
+        check(extracted_plies(pgn) == len(plies) and (reason != "mate" or extracted_plies(pgn, "-M") == len(plies)),
+              "pgn-extract reads the %d plies of game %r and confirms a mate" % (len(plies), game_id))
         fen = tags.get("FEN", "")
         check(tags.get("SetUp") == "1" and " ".join(fen.split()[:4]) in positions,
               "game %r starts from an opening: %r" % (game_id, fen))
@@ -160,7 +169,8 @@ def killed_halfway(folder):
 
 
 def main():
-    debian_program("stockfish")
+    for program in ("stockfish", "phalanx", "pgn-extract"):
+        debian_program(program)
     with tempfile.TemporaryDirectory(prefix="corvane_openings_", ignore_cleanup_errors=True) as folder:
         book_walks(folder)
         adjudications(folder)
