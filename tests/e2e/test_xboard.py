@@ -18,13 +18,6 @@ def xboard(lines, args=(), timeout=60):
     return run_ok(["xboard", *lines, "quit"], args, timeout)
 
 
-def xboard_session(*lines):
-    session = Session()
-    for line in ("xboard",) + lines:
-        session.send(line)
-    return session
-
-
 def thinking_figures(session):
     """moves, control, allowance and clock of the next search."""
     return tuple(int(x) for x in THINKING.match(session.read_until(THINKING.match)).groups())
@@ -54,56 +47,52 @@ def plain_answers():
                      "# opponent time set to -200 ms", "pong 7", "# end"], output)
 
 
-def level_and_clock():
+def send(session, *lines):
+    for line in lines:
+        session.send(line)
+
+
+def clocks_and_searches():
     # 40 moves in 5 minutes: the allowance divides the clock by the moves still to play, plus 2.
-    session = xboard_session("level 40 5 0", "go")
+    session = Session()
+    send(session, "xboard", "level 40 5 0", "go")
     moves, control, allowance, clock = thinking_figures(session)
     check((control, clock) == (40, 300000) and allowance == (clock - 50) // (control - moves + 2), session.seen)
-    session.quit()
     # Half a minute and one second a move: the second search sees the first one's time and the increment.
-    session = xboard_session("level 0 0:30 1", "go")
-    check(thinking_figures(session)[1:] == (0, (30000 - 50) // 40, 30000), session.seen)
+    send(session, "new", "level 0 0:30 1", "go")
     allowance = (30000 - 50) // 40
+    check(thinking_figures(session)[1:] == (0, allowance, 30000), session.seen)
     session.until("move ")
     session.send("go")
     clock = thinking_figures(session)[3]
     # The delivery takes the time used, at least the allowance plus 1 ms, and adds 1000 ms.
     check(30000 + 1000 - allowance - 1500 < clock <= 30000 + 1000 - allowance - 1, (allowance, clock))
-    session.quit()
     # new puts both clocks back to five minutes but keeps the control.
-    session = xboard_session("level 0 0:30 1", "new", "go")
+    send(session, "new", "go")
     check(thinking_figures(session)[1::2] == (0, 300000), session.seen)
-    session.quit()
     # A negative number of moves per control makes moves-to-go + 2 reach 0 or less; the search still gets a
     # sensible share of the clock, and the move comes.
     for level in ("level -2 0:10 0", "level -1 0:10 0", "level -40 0:10 0"):
-        session = xboard_session("setboard " + START_FEN, level)
+        send(session, "new", level, "go")
         started = time.monotonic()
-        session.send("go")
         _, _, allowance, clock = thinking_figures(session)
         check(0 <= allowance <= clock, "allowance %d of %d for %s" % (allowance, clock, level))
         session.until("move ", timeout=20)
         check(time.monotonic() - started < 12, "search too long for %s" % level)
-        session.quit()
-
-
-def searches():
     # During a search the answer to ping comes right behind the move of that search.
-    session = xboard_session("time 1000", "go")
+    send(session, "new", "time 1000", "go")
     session.read_until(THINKING.match)
     session.send("ping 8")
     session.until("move ")
     check(session.read_until(lambda l: True) == "pong 8", session.seen)
-    session.quit()
     # new gives the engine black, so white's first move starts a search at once.
-    session = xboard_session("new", "time 1000", "e2e4")
+    send(session, "new", "time 1000", "e2e4")
     session.read_until(THINKING.match)
     check(re.match(r"^move [a-h][1-8][a-h][1-8][qrbn]?$", session.until("move ")), session.seen)
     check(not any(l.startswith("Illegal move") for l in session.seen), session.seen)
-    session.quit()
     # "sd" alone limits Vesko's search to two plies: the move comes long before the 7.5 s allowance ends.
     # (Corvane keeps the limit and searches to the deadline.)
-    session = xboard_session("sd")
+    send(session, "new", "sd")
     started = time.monotonic()
     session.send("go")
     session.until("move ")
@@ -159,8 +148,7 @@ def command_log():
 if __name__ == "__main__":
     handshake()
     plain_answers()
-    level_and_clock()
-    searches()
+    clocks_and_searches()
     user_moves()
     hostile_lines()
     command_log()
