@@ -70,8 +70,7 @@ class PolyglotPlayer:
     def new_game(self, clock, side):
         base = clock.left[side] // 1000
         self.side = side
-        for line in ("new", "level 0 %d:%02d %g" % (base // 60, base % 60, clock.increment_ms / 1000), "ping 1"):
-            self.session.send(line)
+        self.session.send("new", "level 0 %d:%02d %g" % (base // 60, base % 60, clock.increment_ms / 1000), "ping 1")
         # What the last game left unread, such as its result, goes before the pong.
         self.session.read_until(lambda l: l == "pong 1", timeout=60)
 

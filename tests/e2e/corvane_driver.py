@@ -9,19 +9,13 @@ import time
 BINARY = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.environ.get("CORVANE", "build/release/corvane"))
 
 
-def run_script(lines, args=(), timeout=60, cwd=None):
-    """Feeds all lines at once, closes the input and returns (exit code, output lines)."""
+def run_ok(lines, args=(), timeout=60, cwd=None):
+    """Feeds all lines at once and closes the input; returns the output lines of a run that ends with status 0."""
     text = "".join(line + "\n" for line in lines)
     done = subprocess.run([BINARY, *args], input=text.encode(), capture_output=True, timeout=timeout, cwd=cwd)
     output = done.stdout.decode(errors="replace").splitlines()
     no_sanitizer_report(output + done.stderr.decode(errors="replace").splitlines())
-    return ended_by_itself(done.returncode), output
-
-
-def run_ok(lines, args=(), timeout=60, cwd=None):
-    """run_script for a run that must end with status 0; returns the output lines."""
-    code, output = run_script(lines, args, timeout, cwd)
-    check(code == 0, "exit code %d with %r: %r" % (code, args, output[-5:]))
+    check(ended_by_itself(done.returncode) == 0, "exit code %d with %r: %r" % (done.returncode, args, output[-5:]))
     return output
 
 
@@ -56,8 +50,8 @@ class Session:
         self.pending = b""
         self.seen = []
 
-    def send(self, line):
-        self.send_bytes((line + "\n").encode())
+    def send(self, *lines):
+        self.send_bytes("".join(line + "\n" for line in lines).encode())
 
     def send_bytes(self, data):
         self.process.stdin.write(data)
@@ -133,8 +127,7 @@ def sync(session, timeout=30):
 def progress_session(args=(), cwd=None):
     """A UCI session whose searches show their best move so far once a second: XBoard's post carries over."""
     session = Session(args, cwd=cwd)
-    for line in ("xboard", "post", "uci"):
-        session.send(line)
+    session.send("xboard", "post", "uci")
     session.read_until(lambda l: l == "uciok")
     return session
 

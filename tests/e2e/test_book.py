@@ -82,8 +82,7 @@ def plays_and_lists(folder, keys, referee):
                                                                keys["Pd2-d4"]: (0, 0, 1)}))
     args = ("book=" + path,)
     session = Session(CORVANE + args)
-    for line in ("xboard", "post", "new", "bk"):
-        session.send(line)
+    session.send("xboard", "post", "new", "bk")
     session.read_until(lambda l: l.strip() == "best book move: Pe2-e4")
     # The book answers at once: a move without a search (0 nodes).
     session.send("go")
@@ -164,8 +163,7 @@ def damaged_books(folder, keys):
     for path in paths:
         check(run_ok(["quit"], CORVANE + ("book=" + path,)) == ["info string end"], path)
     session = Session(CORVANE)
-    for line in ["\\loadbook " + path for path in paths] + ["xboard", "post", "new", "go"]:
-        session.send(line)
+    session.send(*["\\loadbook " + path for path in paths] + ["xboard", "post", "new", "go"])
     if not session.read_until(lambda l: THINKING.match(l) or l.startswith("move ")).startswith("move "):
         session.send("?")
         engine_move(session)
@@ -249,13 +247,11 @@ def polyglot_book(folder, referee):
           "# error loading cut.bin: size 47 is no multiple of 16" in lines and
           "# error loading order.bin: keys out of order at entry 3" in lines, lines)
     session = Session(CORVANE + ("book=open.bin",), cwd=folder)
-    for line in ("xboard", "post", "new", "go"):
-        session.send(line)
+    session.send("xboard", "post", "new", "go")
     move, nodes = engine_move(session)
     check(move == "e2e4" and not any(nodes), "book move expected: %s %r" % (move, nodes))
     # A move the position does not allow keeps the book from playing.
-    for line in ("\\loadbook illegal.bin", "new", "go"):
-        session.send(line)
+    session.send("\\loadbook illegal.bin", "new", "go")
     session.until("# book move e2e5 is not legal here: the book is not used")
     check(session.until("move ").split()[1] in referee.legal_moves([]), session.seen[-3:])
     session.quit()

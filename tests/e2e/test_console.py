@@ -29,11 +29,10 @@ def boards(lines):
 def show_board():
     # "\" prints the board now; "\ m" lists Corvane's root records too (Vesko has none), as they stand, without
     # generating: none on a position just set, the moves searched with their values after a search.
-    output = console(["\\", "\\ m"])
-    check(boards(output) == [START_BOARD] * 2 and len(output) == 2 * BOARD_LINES and output[9] == "", output)
-    output = console(["\\ m", "\\ M"], CORVANE)
-    check(boards(output) == [START_BOARD] * 2 and output[BOARD_LINES:BOARD_LINES + 2] == ["__moves__", " ^^^"]
-          and len(output) == 2 * BOARD_LINES + 2, "only a lower-case m lists the moves: %r" % output)
+    output = console(["\\", "\\ m", "\\corvane", "\\ m", "\\ M"])
+    check(boards(output) == [START_BOARD] * 4 and output[9] == "" and output[4 * BOARD_LINES - 10:] ==
+          ["__moves__", " ^^^"] + output[2 * BOARD_LINES:3 * BOARD_LINES] and len(output) == 4 * BOARD_LINES + 2,
+          "only Corvane, and only with a lower-case m, lists the moves: %r" % output)
     session = progress_session(CORVANE)
     session.send("position startpos moves e2e4")
     searched_move(session)
@@ -51,8 +50,7 @@ def show_board():
     # "\" also toggles a board after each delivered move: twice is off again.
     for toggles in (1, 2):
         session = Session()
-        for line in ["xboard", "time 200", *(["\\"] * toggles), "go", "ping 1"]:
-            session.send(line)
+        session.send("xboard", "time 200", *(["\\"] * toggles), "go", "ping 1")
         session.until("move ")
         following = session.read_until(lambda l: True)
         session.quit()
@@ -64,12 +62,11 @@ def moves():
     # Every form of the command, a word that is no legal move leaving the board as it was, one board per word;
     # the moves do not enter the game: undo goes back to the start, not to the move before.
     forms = ["\\moves e2e4", "\\moves e2:e4", "\\MOVES e2e4", "\\moves :e2::e4:"]
-    output = console([line for form in forms for line in (form, "new", "\\moves")])
-    check(boards(output) == [AFTER_E2E4, START_BOARD] * len(forms), output)
-    output = console(["\\moves", "\\moves e2e4 e2e4 e7e5", "undo", "\\"])
+    output = console([line for form in forms for line in (form, "new", "\\moves")] +
+                     ["\\moves e2e4 e2e4 e7e5", "undo", "\\"])
     shown = boards(output)
-    check(len(shown) == 5 and shown[0] == shown[4] == START_BOARD and shown[1] == shown[2] == AFTER_E2E4
-          and shown[3] != AFTER_E2E4, output)
+    check(shown[:-4] == [AFTER_E2E4, START_BOARD] * len(forms) and shown[-4:-2] == [AFTER_E2E4] * 2
+          and shown[-2] != AFTER_E2E4 and shown[-1] == START_BOARD, output)
 
 
 def quiet_and_unknown():

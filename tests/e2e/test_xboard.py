@@ -47,19 +47,14 @@ def plain_answers():
                      "# opponent time set to -200 ms", "pong 7", "# end"], output)
 
 
-def send(session, *lines):
-    for line in lines:
-        session.send(line)
-
-
 def clocks_and_searches():
     # 40 moves in 5 minutes: the allowance divides the clock by the moves still to play, plus 2.
     session = Session()
-    send(session, "xboard", "level 40 5 0", "go")
+    session.send("xboard", "level 40 5 0", "go")
     moves, control, allowance, clock = thinking_figures(session)
     check((control, clock) == (40, 300000) and allowance == (clock - 50) // (control - moves + 2), session.seen)
     # Half a minute and one second a move: the second search sees the first one's time and the increment.
-    send(session, "new", "level 0 0:30 1", "go")
+    session.send("new", "level 0 0:30 1", "go")
     allowance = (30000 - 50) // 40
     check(thinking_figures(session)[1:] == (0, allowance, 30000), session.seen)
     session.until("move ")
@@ -68,31 +63,31 @@ def clocks_and_searches():
     # The delivery takes the time used, at least the allowance plus 1 ms, and adds 1000 ms.
     check(30000 + 1000 - allowance - 1500 < clock <= 30000 + 1000 - allowance - 1, (allowance, clock))
     # new puts both clocks back to five minutes but keeps the control.
-    send(session, "new", "go")
+    session.send("new", "go")
     check(thinking_figures(session)[1::2] == (0, 300000), session.seen)
     # A negative number of moves per control makes moves-to-go + 2 reach 0 or less; the search still gets a
     # sensible share of the clock, and the move comes.
     for level in ("level -2 0:10 0", "level -1 0:10 0", "level -40 0:10 0"):
-        send(session, "new", level, "go")
+        session.send("new", level, "go")
         started = time.monotonic()
         _, _, allowance, clock = thinking_figures(session)
         check(0 <= allowance <= clock, "allowance %d of %d for %s" % (allowance, clock, level))
         session.until("move ", timeout=20)
         check(time.monotonic() - started < 12, "search too long for %s" % level)
     # During a search the answer to ping comes right behind the move of that search.
-    send(session, "new", "time 1000", "go")
+    session.send("new", "time 1000", "go")
     session.read_until(THINKING.match)
     session.send("ping 8")
     session.until("move ")
     check(session.read_until(lambda l: True) == "pong 8", session.seen)
     # new gives the engine black, so white's first move starts a search at once.
-    send(session, "new", "time 1000", "e2e4")
+    session.send("new", "time 1000", "e2e4")
     session.read_until(THINKING.match)
     check(re.match(r"^move [a-h][1-8][a-h][1-8][qrbn]?$", session.until("move ")), session.seen)
     check(not any(l.startswith("Illegal move") for l in session.seen), session.seen)
     # "sd" alone limits Vesko's search to two plies: the move comes long before the 7.5 s allowance ends.
     # (Corvane keeps the limit and searches to the deadline.)
-    send(session, "new", "sd")
+    session.send("new", "sd")
     started = time.monotonic()
     session.send("go")
     session.until("move ")
