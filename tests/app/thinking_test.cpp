@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
-#include <vector>
 
 using nuvobase::clsString;
 using nvoChess::clsChessApplication;
@@ -18,8 +16,7 @@ namespace {
 
 // An application whose replies and engine remarks go to a captured output.
 struct CapturedApplication {
-    explicit CapturedApplication(const nuvobase::clsStrings& arguments = nuvobase::clsStrings())
-        : Application(arguments) {
+    CapturedApplication() : Application(nuvobase::clsStrings()) {
         Application.Output = &Captured.Output;
         Application.Engine->Output = &Captured.Output;
     }
@@ -121,24 +118,6 @@ TEST(ThreadedStartThinking, EpdRunAndSpentClock) {
     a.EngineTimeMs = -100000;
     EXPECT_LE(app.Think(), 0);
     EXPECT_NE(a.Deadline, 0u);
-}
-
-TEST(ThreadedApplication, MemoryArgument) {
-    // Text that is no number reads as 0 megabytes, no table; an empty value takes the default, 64 MB; the
-    // first of doubled names counts.
-    const struct {
-        std::vector<std::pair<const char*, const char*>> Arguments;
-        uint64_t Bytes;
-    } rows[] = {{{{"memory", "2"}}, 2u << 20},
-                {{{"memory", "abc"}}, 0},
-                {{{"MEMORY", ""}, {"memory", "1"}}, 64u << 20}};
-    for (const auto& row : rows) {
-        nuvobase::clsStrings arguments;
-        for (const auto& [name, value] : row.Arguments)
-            arguments.SetValue(clsString(name), clsString(value), false);
-        CapturedApplication app(arguments);
-        EXPECT_EQ(app.Application.Share.TTBytes, row.Bytes) << row.Arguments.back().second;
-    }
 }
 
 TEST(ThreadedApplication, EngineSelectionAndMemory) {

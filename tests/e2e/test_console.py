@@ -87,8 +87,13 @@ def start_up_options():
     # once the tournament has ended: at once for a file that does not exist. -load is in books_and_souls.
     lines = run_ok(["uci", "quit"], ["-use=TOURNEY", "-ini=no-such-tourney.xml"])
     check("# file not found: no-such-tourney.xml" in lines and not any(l.startswith("id name") for l in lines), lines)
-    for args in (["-load="], ["-ini=x.xml"], ["-use=games", "-ini=x.xml"], ["memory=abc"], ["memory="]):
+    for args in (["-load="], ["-ini=x.xml"], ["-use=games", "-ini=x.xml"], ["memory=abc"]):
         check(run_ok(["uci", "quit"], args) == PLAIN_UCI, args)
+    # memory: text that is no number means no table, an empty value the default 64 MB, and the first of doubled
+    # names counts; -strictuci shows the size in use as Hash's default.
+    for args, megabytes in ((["memory=abc"], 0), (["memory=2"], 2), (["MEMORY=", "memory=1"], 64)):
+        check("option name Hash type spin default %d min 0 max 65536" % megabytes in
+              run_ok(["uci", "quit"], ["-strictuci", *args]), args)
 
 
 def books_and_souls(folder):
