@@ -119,18 +119,12 @@ TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
     EXPECT_EQ(engine.Sent.size(), 1u);
 }
 
-TEST(GameRules, TimeForfeitRepetitionAndTimeControl) {
+TEST(GameRules, TimeForfeitAndTimeControl) {
     // An answer up to 50 ms beyond the clock is in time.
     EXPECT_FALSE(clsTourneyGame::IsOverTime(5050, 5000));
     EXPECT_TRUE(clsTourneyGame::IsOverTime(5051, 5000));
     EXPECT_TRUE(clsTourneyGame::IsOverTime(51, 0));
-    // The position of the newest entry stands for the fourth time; the first entry is never looked at.
-    const std::vector<uint64_t> third = {9, 5, 1, 2, 5, 1, 2, 5};
-    EXPECT_FALSE(clsTourneyGame::IsFourthOccurrence(third));
-    std::vector<uint64_t> fourth = third;
-    fourth.insert(fourth.end(), {1, 2, 5});
-    EXPECT_TRUE(clsTourneyGame::IsFourthOccurrence(fourth));
-    EXPECT_FALSE(clsTourneyGame::IsFourthOccurrence({5, 5, 5, 5}));
+    // The fourth occurrence of a position is played by the refereed games of fake engines.
     EXPECT_STREQ(clsTourney::TimeControlTag(0, 60000, 0).Text(), "60");
     EXPECT_STREQ(clsTourney::TimeControlTag(300000, 300000, 0).Text(), "300000/300");
     EXPECT_STREQ(clsTourney::TimeControlTag(40, 1999, 500).Text(), "40/1+500");
