@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <set>
 #include <sstream>
 #include <unistd.h>
@@ -31,8 +30,6 @@ protected:
         fs::remove_all(Folder);
     }
 
-    static void WriteFile(const char* name, const std::string& text) { std::ofstream(name) << text; }
-
     fs::path Folder, Old;
 };
 
@@ -51,44 +48,39 @@ TEST_F(ThreadedLearningTourneyTest, GenerationsRankAndBreedTheCandidates) {
     clsTourney tourney(1, clsString(LearningFile), &Captured.Output);
     ASSERT_TRUE(tourney.Start());
     tourney.Wait();
-    // The text of the log lines, behind id, time, round, game and "-".
-    std::vector<std::string> log;
+    // The text of the log lines behind id, time, round, game and "-": generations, trials and ranks.
+    std::vector<std::string> generations, trials, ranks;
+    std::string last;
     for (const std::string& line : Written()) {
         const std::vector<std::string> fields = Split(line, '\t');
-        if (fields.size() > 5 && fields[4] == "-") log.push_back(line.substr(line.find("-\t") + 2));
-    }
-    std::vector<std::string> generations, trials, ranks;
-    for (const std::string& text : log) {
-        if (text.rfind("# learning generation ", 0) == 0) generations.push_back(text);
-        if (text.rfind("player ", 0) == 0) trials.push_back(text);
-        if (text.size() > 1 && text[0] == '#' && isdigit(text[1])) ranks.push_back(text);
+        if (fields.size() <= 5 || fields[4] != "-") continue;
+        last = line.substr(line.find("-\t") + 2);
+        if (last.rfind("# learning generation ", 0) == 0) generations.push_back(last);
+        if (last.rfind("player ", 0) == 0) trials.push_back(last);
+        if (last.size() > 1 && last[0] == '#' && isdigit(last[1])) ranks.push_back(last);
     }
     EXPECT_EQ(generations, (std::vector<std::string>{"# learning generation 0", "# learning generation 1"}));
     ASSERT_EQ(trials.size(), 10u);
     ASSERT_EQ(ranks.size(), 10u);
     for (size_t g = 0; g < 2; ++g) {
-        std::map<std::string, int> scores;
-        for (size_t i = 0; i < 5; ++i) {
-            const std::vector<std::string> trial = Split(trials[g * 5 + i], '\t');
-            ASSERT_EQ(trial[0], "player " + std::to_string(i) + " score");
-            scores[std::to_string(i)] = std::stoi(trial[1]);
-        }
         // Best first, each candidate once, with the score of its trial and sixteen values.
-        std::set<std::string> seen;
+        std::set<size_t> seen;
         int previous = INT32_MAX;
         for (size_t i = 0; i < 5; ++i) {
+            EXPECT_EQ(Split(trials[g * 5 + i], '\t')[0], "player " + std::to_string(i) + " score");
             const std::vector<std::string> rank = Split(ranks[g * 5 + i], '\t');
             ASSERT_EQ(rank.size(), 17u) << ranks[g * 5 + i];
             const int score = std::stoi(rank[0].substr(1));
-            const std::string id = rank[1].substr(0, rank[1].find('='));
-            EXPECT_EQ(score, scores[id]);
+            const size_t id = std::stoul(rank[1].substr(0, rank[1].find('=')));
+            ASSERT_LT(id, 5u);
+            EXPECT_EQ(score, std::stoi(Split(trials[g * 5 + id], '\t')[1]));
             EXPECT_LE(score, previous);
             previous = score;
             seen.insert(id);
         }
         EXPECT_EQ(seen.size(), 5u);
     }
-    EXPECT_EQ(log.back(), "----------------- learning has finished");
+    EXPECT_EQ(last, "----------------- learning has finished");
     std::ifstream soul(clsTourney::SoulFile);
     const std::string text((std::istreambuf_iterator<char>(soul)), std::istreambuf_iterator<char>());
     EXPECT_EQ(text.substr(0, 2), "4=");
