@@ -1,48 +1,32 @@
 // The time a search is given, the deadline and the line that tells it; the engine and the table of the
 // application object.
-#include "app/clschessapplication.h"
+#include "xboard_fixture.h"
 
-#include "match/capturedoutput.h"
 #include "search/clstimerule.h"
-
-#include <gtest/gtest.h>
 
 #include <string>
 
-using nuvobase::clsString;
-using nvoChess::clsChessApplication;
-
+namespace nvoChess {
 namespace {
 
-// An application whose replies and engine remarks go to a captured output.
-struct CapturedApplication {
-    CapturedApplication() : Application(nuvobase::clsStrings()) {
-        Application.Output = &Captured.Output;
-        Application.Engine->Output = &Captured.Output;
-    }
-    ~CapturedApplication() { Halt(); }
-
-    void Halt() { Application.HaltEngine(); }
+class ThreadedStartThinking : public XBoardTest {
+protected:
+    ~ThreadedStartThinking() override { App.HaltEngine(); }
 
     // Starts a search, stops it at once and gives the allowance its deadline stands for.
     int64_t Think() {
-        Application.StartThinking();
-        const int64_t allowance = int64_t(Application.Deadline) - int64_t(Application.ThinkStart);
-        Halt();
+        App.StartThinking();
+        const int64_t allowance = int64_t(App.Deadline) - int64_t(App.ThinkStart);
+        App.HaltEngine();
         return allowance;
     }
-
-    CapturedOutput Captured;
-    clsChessApplication Application;
 };
-
-} // namespace
+using ThreadedApplication = ThreadedStartThinking;
 
 TEST(TimeRule, SharesTheClockOverTheMovesLeft) {
-    using nvoChess::clsTimeRule;
-    const clsTimeRule& application = nvoChess::ApplicationTimeRule;
-    const clsTimeRule& strict = nvoChess::StrictUciTimeRule;
-    const clsTimeRule& player = nvoChess::TournamentPlayerTimeRule;
+    const clsTimeRule& application = ApplicationTimeRule;
+    const clsTimeRule& strict = StrictUciTimeRule;
+    const clsTimeRule& player = TournamentPlayerTimeRule;
     const struct {
         const clsTimeRule& Rule;
         int64_t Clock, Control, Move, Allowance;
@@ -78,61 +62,61 @@ TEST(TimeRule, SharesTheClockOverTheMovesLeft) {
             << row.Clock << " " << row.Control << " " << row.Move;
 }
 
-TEST(ThreadedStartThinking, TimeControlBookkeeping) {
-    CapturedApplication app;
-    clsChessApplication& a = app.Application;
+TEST_F(ThreadedStartThinking, TimeControlBookkeeping) {
+    clsChessApplication& a = App;
     // The first search at the start values; the position searched is published.
     a.Engine->MakeMoveText(clsString("e2e4"));
-    EXPECT_EQ(app.Think(), 7498);
+    EXPECT_EQ(Think(), 7498);
     EXPECT_EQ(a.GetFen(), a.Engine->GetPosition());
-    a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
+    a.Engine->Protocol = clsEngineInterface::Uci;
     a.MovesPerControl = 40;
     a.BaseTimeMs = 60000;
     // At the control's last move the clock gains the base time and the count starts anew:
     // (360000 - 50) / (40 - 0 + 2) = 8570.2.
     a.Engine->MoveNumber = 40;
-    EXPECT_EQ(app.Think(), 8570);
+    EXPECT_EQ(Think(), 8570);
     EXPECT_EQ(a.EngineTimeMs, 360000);
     // Beyond the control the move number counts within it: 45 is the 5th, (360000 - 50) / 37 = 9728.3.
     a.Engine->MoveNumber = 45;
-    EXPECT_EQ(app.Think(), 9728);
+    EXPECT_EQ(Think(), 9728);
     EXPECT_EQ(a.EngineTimeMs, 360000);
     // At construction the engine speaks XBoard, so the first remark has the XBoard mark.
-    const std::string text = app.Captured.Text();
+    const std::string text = Captured.Text();
     EXPECT_NE(text.find("# moves 0/0 - time 7498/300000 ms\n"), std::string::npos) << text;
     EXPECT_NE(text.find("info string moves 0/40 - time 8570/360000 ms\n"), std::string::npos) << text;
     EXPECT_NE(text.find("info string moves 5/40 - time 9728/360000 ms\n"), std::string::npos) << text;
 }
 
-TEST(ThreadedStartThinking, EpdRunAndSpentClock) {
-    CapturedApplication app;
-    clsChessApplication& a = app.Application;
+TEST_F(ThreadedStartThinking, EpdRunAndSpentClock) {
+    clsChessApplication& a = App;
     // An EPD run takes the base time per position, sets the clock to a hundred of them and says nothing.
     a.State = clsChessApplication::StateEpd;
     a.BaseTimeMs = 250;
-    EXPECT_EQ(app.Think(), 250);
+    EXPECT_EQ(Think(), 250);
     EXPECT_EQ(a.EngineTimeMs, 25000);
-    EXPECT_EQ(app.Captured.Text().find("moves"), std::string::npos);
+    EXPECT_EQ(Captured.Text().find("moves"), std::string::npos);
     // A spent clock gives a deadline that has passed already, never the 0 that means none.
     a.State = clsChessApplication::StateEngineWhite;
     a.EngineTimeMs = -100000;
-    EXPECT_LE(app.Think(), 0);
+    EXPECT_LE(Think(), 0);
     EXPECT_NE(a.Deadline, 0u);
 }
 
-TEST(ThreadedApplication, EngineSelectionAndMemory) {
-    CapturedApplication app;
-    clsChessApplication& a = app.Application;
+TEST_F(ThreadedApplication, EngineSelectionAndMemory) {
+    clsChessApplication& a = App;
     // No resizing under a running search; a negative size means no table.
     a.Engine->Output = nullptr; // the new search's remarks are of no interest
     a.StartThinking();
-    EXPECT_FALSE(a.SetMemory(1));
-    EXPECT_EQ(a.Share.TTBytes, 64u << 20);
+    EXPECT_FALSE(a.SetMemory(2));
+    EXPECT_EQ(a.Share.TTBytes, 1u << 20);
     // Replacing the engine stops the search and waits for it; the new one speaks XBoard.
-    a.Engine->Protocol = nvoChess::clsEngineInterface::Uci;
+    a.Engine->Protocol = clsEngineInterface::Uci;
     EXPECT_TRUE(a.SetEngine(clsString("VESKO")));
     EXPECT_FALSE(a.Engine->IsRunning());
-    EXPECT_EQ(a.Engine->Protocol, nvoChess::clsEngineInterface::XBoard);
+    EXPECT_EQ(a.Engine->Protocol, clsEngineInterface::XBoard);
     EXPECT_TRUE(a.SetMemory(-5));
     EXPECT_EQ(a.Share.TTCount, 0u);
 }
+
+} // namespace
+} // namespace nvoChess
