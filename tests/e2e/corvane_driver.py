@@ -149,18 +149,15 @@ def searched_move(session, timeout=120):
     return session.seen[start:]
 
 
-def answered_move(session, think_seconds=0, until_found=False, timeout=30):
-    """go on the position set, and stop after think_seconds or, if until_found, once the search has shown a move;
-    checks that the search delivers exactly one move, even when the stop comes right behind the go."""
+def answered_move(session, think_seconds=0, timeout=30):
+    """go on the position set, and stop after think_seconds; checks that the search delivers exactly one move, even
+    when the stop comes right behind the go."""
     sync(session, timeout)  # the position is set before the search's time runs
     start = len(session.seen)
-    if until_found:
-        line = searched_move(session, timeout)[-1]
-    else:
-        session.send("go")
-        time.sleep(think_seconds)
-        session.send("stop")
-        line = session.until("bestmove", timeout)
+    session.send("go")
+    time.sleep(think_seconds)
+    session.send("stop")
+    line = session.until("bestmove", timeout)
     sync(session, timeout)
     answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
     check(len(answers) == 1, "one go, one bestmove: %r" % answers)

@@ -3,7 +3,8 @@ import os
 import random
 import time
 
-from corvane_driver import ENGINES, Referee, Session, answered_move, check, progress_session, sync
+from corvane_driver import (ENGINES, Referee, Session, answered_move, bestmove_of, check, progress_session,
+                            searched_move, sync)
 
 
 def hostile_lines(name, args, referee):
@@ -32,10 +33,10 @@ def hostile_lines(name, args, referee):
         answered_move(session)
     # Ten thousand moves: a knight shuffle that comes back to the start, and one move that never fits.
     session.send("position startpos moves " + " ".join(["g1f3 g8f6 f3g1 f6g8"] * 2500))
-    move = answered_move(session, until_found=True, timeout=120)
+    move = bestmove_of(searched_move(session, 120)[-1])
     check(move in referee.legal_moves([]), "%s after the shuffle: %s" % (name, move))
     session.send("position startpos moves " + " ".join(["a1a1"] * 10000) + " e2e4")
-    move = answered_move(session, until_found=True, timeout=120)
+    move = bestmove_of(searched_move(session, 120)[-1])
     check(move in referee.legal_moves(["e2e4"]), "%s after the failed moves: %s" % (name, move))
     session.quit()
 
