@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,13 +37,10 @@ protected:
     // The lines written since the last look.
     std::vector<std::string> Written() {
         const std::string text = Captured.Text();
-        std::vector<std::string> lines;
-        for (size_t start = Seen; start < text.size();) {
-            const size_t end = text.find('\n', start);
-            lines.push_back(text.substr(start, end - start));
-            start = end == std::string::npos ? text.size() : end + 1;
-        }
+        std::istringstream unseen(text.substr(Seen));
         Seen = text.size();
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(unseen, line);) lines.push_back(line);
         return lines;
     }
 
