@@ -84,6 +84,7 @@ bool clsTourneyGame::Run() {
         GameLog(Neither, "game aborted do to software exception!");
         SetCode(CodeAborted);
     }
+    KeepSoundEngines();
     Engines.clear();
     Referee.reset();
     SaveFiles();
@@ -164,7 +165,11 @@ bool clsTourneyGame::Play() {
 }
 
 std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player) {
-    std::unique_ptr<clsEngineInterface> engine;
+    std::unique_ptr<clsEngineInterface> engine = PaceMs == 0 ? player.TakeIdle() : nullptr;
+    if (engine) {
+        engine->Game = this;
+        return engine;
+    }
     if (player.IsEmbedded()) {
         if (MakeEmbedded) engine = MakeEmbedded(player.Name, Output, this);
     } else {
@@ -177,6 +182,22 @@ std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player
     }
     if (engine) engine->Protocol = player.IsUci() ? clsEngineInterface::Uci : clsEngineInterface::XBoard;
     return engine;
+}
+
+void clsTourneyGame::KeepSoundEngines() {
+    if (PaceMs != 0) return;
+    for (auto& engine : Engines) {
+        clsPlayer& player = engine->Side == White ? *WhitePlayer : *BlackPlayer;
+        if (player.IsEmbedded() || !player.IsUci() || engine->IsStopped()) continue;
+        // A search still running ends, and the program must say it is ready: then nothing of this game
+        // is left in its output for the next one.
+        engine->SendLine("stop");
+        engine->Synchronise();
+        AwaitReady(*engine, true);
+        int32_t score = 0;
+        engine->TakeScore(score); // the last score belongs to this game
+        if (engine->Ready && !engine->IsStopped()) player.KeepIdle(std::move(engine));
+    }
 }
 
 void clsTourneyGame::LaunchPlayer(clsEngineInterface& engine, int side) {
@@ -202,17 +223,17 @@ bool clsTourneyGame::OpenGame(clsEngineInterface& engine) {
     return engine.Ready;
 }
 
-void clsTourneyGame::AwaitReady(clsEngineInterface& engine) {
+void clsTourneyGame::AwaitReady(clsEngineInterface& engine, bool settling) {
     // An XBoard program is ready when it says so with the feature done (or stays silent about it for the
     // grace time), not when the handshake has gone out.
     const auto ready = [&] { return engine.Ready && !engine.FeaturesPending(); };
-    const uint64_t until = nuvobase::ClockMs() + HandshakePolls;
+    const uint64_t until = nuvobase::ClockMs() + (settling ? SettleWaitMs : HandshakePolls);
     // A program that has ended will not answer: it loses when its turn comes.
     for (int poll = 0; !ready() && !engine.IsStopped(); ++poll) {
         const uint64_t now = nuvobase::ClockMs();
         if (PaceMs == 0 ? now >= until : poll >= HandshakePolls) break;
         engine.NudgeFeatures();
-        if (!engine.ReadReply().IsEmpty()) break;
+        if ((!engine.ReadReply().IsEmpty() && !settling) || ready()) break;
         if (PaceMs == 0)
             engine.WaitForReply(int(std::min<uint64_t>(until - now, ReplyWaitMs)));
         else
