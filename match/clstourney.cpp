@@ -19,10 +19,6 @@ constexpr int32_t DefaultGameMs = 60000;
 constexpr int32_t ClockDefaultMs = 300000; // of a clock element without its attributes
 constexpr int MsPerSecond = 1000;
 
-clsString Number(int64_t value) {
-    return clsString(value);
-}
-
 int32_t ReadNumber(const clsString& text) {
     return int32_t(text.ToDecimal());
 }
@@ -112,10 +108,10 @@ bool clsTourney::Run() {
     if (Players.size() < 2) Output->Write("# tourney: fewer than two active engines, no game to play", true);
     PathPrefix = LogFolder;
     PathPrefix.PathJoin(FileStem().Text());
-    PathPrefix += ".T" + Number(Id);
+    PathPrefix += ".T" + clsString(Id);
     Log(0, "creating games");
     MakeGames();
-    Log(0, Number(int64_t(Games.size())) + " games created");
+    Log(0, clsString(int64_t(Games.size())) + " games created");
     Log(0, "          -   _");
     Log(0, "        [(|) (|)]       \"IN MOTO L'OROLOGIO DEL BIANCO!\"");
     Log(0, "_________________________");
@@ -126,7 +122,7 @@ bool clsTourney::Run() {
         PlayRounds();
         Round = Rounds;
         Log(0, "----------------- tournament has finished");
-        for (auto& player : Players) Log(0, player->Name + ": " + Number(player->GetScore()));
+        for (auto& player : Players) Log(0, player->Name + ": " + clsString(player->GetScore()));
         Log(0, "-----------------");
         if (Standings) WriteStandings(true);
     }
@@ -149,7 +145,7 @@ bool clsTourney::ReadSettings() {
         // A game needs a thread: fewer than one would leave every game waiting for ever.
         if (Threads < 1) Threads = 1;
         Verbose = options->GetValue("verbose", clsString()) == "true";
-        PaceMs = ReadNumber(options->GetValue("pace_ms", Number(clsExternalEngine::DefaultPaceMs)));
+        PaceMs = ReadNumber(options->GetValue("pace_ms", clsString(clsExternalEngine::DefaultPaceMs)));
         if (PaceMs < 0) PaceMs = 0;
         if (clsXML* clock = Root->FindPath("clock", clsString(), clsString())) {
             ClockMoves = NumberAttribute(*clock, "moves_per_second", ClockDefaultMs);
@@ -165,7 +161,7 @@ bool clsTourney::ReadSettings() {
                 // The shard's mark goes in front of the extension: all.pgn becomes all.S2.pgn.
                 const int dot = PgnOut.FindLast('.');
                 const int mark = dot > PgnOut.FindLast('/') ? dot : PgnOut.Size();
-                PgnOut = PgnOut.Left(mark) + ".S" + Number(ShardIndex) + PgnOut.Mid(mark);
+                PgnOut = PgnOut.Left(mark) + ".S" + clsString(ShardIndex) + PgnOut.Mid(mark);
             }
             clsString path = LogFolder;
             PgnOut = path.PathJoin(PgnOut.Text());
@@ -206,7 +202,7 @@ void clsTourney::MakePlayers(clsXML& engines) {
         for (int i = 0; i < options.Count; ++i)
             player->EngineOptions.SetValue(options.Items[i]->GetAttribute("name"),
                                            options.Items[i]->GetAttribute("value"));
-        Log(0, "engine " + Number(n + 1) + "\t" + player->Name + "\t" + player->FileName);
+        Log(0, "engine " + clsString(n + 1) + "\t" + player->Name + "\t" + player->FileName);
         Players.push_back(std::move(player));
     }
 }
@@ -224,7 +220,7 @@ void clsTourney::MakeGames() {
 
 clsTourneyGame& clsTourney::AddGame(int32_t id, clsPlayer* white, clsPlayer* black) {
     auto game = std::make_unique<clsTourneyGame>(id, ClockMoves, ClockGameMs, ClockIncrementMs, white, black,
-                                                 PathPrefix + ".R0.G" + Number(id) + ".pgn", Output);
+                                                 PathPrefix + ".R0.G" + clsString(id) + ".pgn", Output);
     game->Verbose = Verbose;
     game->PaceMs = PaceMs;
     game->OnFinished = [this] { WakeScheduler(); };
@@ -236,9 +232,9 @@ clsTourneyGame& clsTourney::AddGame(int32_t id, clsPlayer* white, clsPlayer* bla
 }
 
 clsString clsTourney::TimeControlTag(int32_t moves, int32_t gameMs, int32_t incrementMs) {
-    clsString tag = Number(gameMs / MsPerSecond);
-    if (moves != 0) tag = Number(moves) + "/" + tag;
-    if (incrementMs != 0) tag += "+" + Number(incrementMs);
+    clsString tag = clsString(gameMs / MsPerSecond);
+    if (moves != 0) tag = clsString(moves) + "/" + tag;
+    if (incrementMs != 0) tag += "+" + clsString(incrementMs);
     return tag;
 }
 
@@ -246,11 +242,11 @@ void clsTourney::SetTags(clsTourneyGame& game, int position) {
     game.Tags.SetValue("Event", Name);
     game.Tags.SetValue("Site", clsString());
     game.Tags.SetValue("Date", clsString());
-    game.Tags.SetValue("Round", Number(game.Round));
-    game.Tags.SetValue("NuvoRound", Number(Id) + ":" + Number(game.Round) + ":" + Number(position));
+    game.Tags.SetValue("Round", clsString(game.Round));
+    game.Tags.SetValue("NuvoRound", clsString(Id) + ":" + clsString(game.Round) + ":" + clsString(position));
     game.Tags.SetValue("NuvoSoftware", Software);
-    game.Tags.SetValue("NuvoTimeControl",
-                       Number(ClockMoves) + ":" + Number(ClockGameMs) + ":" + Number(ClockIncrementMs));
+    game.Tags.SetValue("NuvoTimeControl", clsString(ClockMoves) + ":" + clsString(ClockGameMs) + ":" +
+                                              clsString(ClockIncrementMs));
     game.Tags.SetValue("TimeControl", TimeControlTag(ClockMoves, ClockGameMs, ClockIncrementMs));
     game.Tags.SetValue("White", game.WhitePlayer->Name);
     game.Tags.SetValue("Black", game.BlackPlayer->Name);
@@ -286,7 +282,7 @@ void clsTourney::PlayRounds() {
                 playing.erase(playing.begin() + ptrdiff_t(g));
                 continue;
             }
-            status += clsString(game.SideToMove == 0 ? "W" : "B") + Number(game.MoveNumber) + " ";
+            status += clsString(game.SideToMove == 0 ? "W" : "B") + clsString(game.MoveNumber) + " ";
             ++g;
         }
         const auto mayStart = [&](const clsScheduled& next) {
@@ -303,8 +299,9 @@ void clsTourney::PlayRounds() {
         for (auto next = waiting.begin(); next != waiting.end() && mayStart(*next); ++next) ++pending;
         const uint64_t now = nuvobase::ClockMs();
         if (PaceMs != 0 || now >= progressDue) {
-            Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
-                              Number(int64_t(playing.size())) + "/" + Number(int64_t(pending)) + " " + status,
+            Output->Write("# ROUND " + clsString(Round) + "/" + clsString(Rounds) + " - GAMES PLAYING " +
+                              clsString(int64_t(playing.size())) + "/" + clsString(int64_t(pending)) + " " +
+                              status,
                           true);
             progressDue = now + SchedulerMs;
         }
@@ -326,7 +323,7 @@ clsTourneyGame& clsTourney::IdleGame(size_t pairing, const std::vector<clsTourne
 
 void clsTourney::StartGame(clsTourneyGame& game, int32_t round, int position) {
     game.Round = round;
-    game.PgnFile = PathPrefix + ".R" + Number(round) + ".G" + Number(game.GameId) + ".pgn";
+    game.PgnFile = PathPrefix + ".R" + clsString(round) + ".G" + clsString(game.GameId) + ".pgn";
     game.Reset(false);
     SetTags(game, position);
     SetOpening(game);
@@ -363,8 +360,8 @@ void clsTourney::Log(int32_t gameId, const clsString& text) {
 }
 
 void clsTourney::LogInRound(int32_t round, int32_t gameId, const clsString& text) {
-    const clsString line = Number(Id) + "\t" + Number(int64_t(nuvobase::ClockMs() - StartMs)) + "\t" +
-                           Number(round) + "\t" + Number(gameId) + "\t-\t" + text;
+    const clsString line = clsString(Id) + "\t" + clsString(int64_t(nuvobase::ClockMs() - StartMs)) + "\t" +
+                           clsString(round) + "\t" + clsString(gameId) + "\t-\t" + text;
     Output->Write(line, true);
     if (LogFile.IsEmpty()) return;
     if (LogLock.Lock() == 0) {

@@ -31,10 +31,6 @@ constexpr uint32_t RepetitionDraw = CodeRepetition | CodeDraw, ClaimedDraw = Cod
 constexpr int RepetitionsBefore = 3;
 constexpr int64_t UsPerMs = 1000;
 
-clsString Number(int64_t value) {
-    return clsString(value);
-}
-
 } // namespace
 
 clsTourneyGame::EngineMaker clsTourneyGame::MakeEmbedded;
@@ -134,12 +130,13 @@ bool clsTourneyGame::Play() {
         const int64_t clock = mover.OwnTimeMs;
         // The turn's wall time and the engine's own account of its search, for whoever studies the timing.
         const auto timing = [&] {
-            const clsString wall = "\t" + Number(elapsedUs) + " us";
-            return mover.ReportedSearchMs < 0 ? wall
-                                              : wall + "\tengine " + Number(mover.ReportedSearchMs) + " ms";
+            const clsString wall = "\t" + clsString(elapsedUs) + " us";
+            return mover.ReportedSearchMs < 0
+                       ? wall
+                       : wall + "\tengine " + clsString(mover.ReportedSearchMs) + " ms";
         };
         if (IsOverTime(elapsed, clock)) {
-            const clsString over = Number(elapsed) + ">" + Number(clock);
+            const clsString over = clsString(elapsed) + ">" + clsString(clock);
             Tags.SetValue("Forfeit_ms", over);
             GameLog(side, mover.Name + " forfeits on time (" + over + ")" + timing());
             SetCode(side == Black ? BlackForfeits : WhiteForfeits);
@@ -318,9 +315,9 @@ int clsTourneyGame::SetUpOpening() {
 void clsTourneyGame::RecordMove(const clsString& move, const clsString& san, int side) {
     if (side == White) {
         ++MoveNumber;
-        MoveText += Number(MoveNumber) + ". ";
+        MoveText += clsString(MoveNumber) + ". ";
     } else if (MoveText.IsEmpty()) {
-        MoveText += Number(MoveNumber) + "... ";
+        MoveText += clsString(MoveNumber) + "... ";
     }
     MoveText += move + " ";
     SanMoves.push_back(san);
@@ -375,8 +372,8 @@ void clsTourneyGame::Score() {
     clsPlayer* players[2] = {WhitePlayer, BlackPlayer};
     for (int side : {White, Black}) {
         const int32_t total = players[side]->AddScore(points[side]);
-        GameLog(Neither, players[side]->Name.Quote('\'') + " result " + Number(points[side]) + " score " +
-                             Number(total));
+        GameLog(Neither, players[side]->Name.Quote('\'') + " result " + clsString(points[side]) + " score " +
+                             clsString(total));
     }
 }
 
@@ -385,7 +382,7 @@ void clsTourneyGame::GameLog(int side, const clsString& text) {
     const clsString line = clsString(Marks[side < White || side > Neither ? Neither : side]) + "\t" + text;
     LogLines.Add(line);
     if (Output && (Verbose || text.Compare("forfeit", clsString::CompareContains)))
-        Output->Write("#\tG" + Number(GameId) + "\t" + line, true);
+        Output->Write("#\tG" + clsString(GameId) + "\t" + line, true);
 }
 
 clsString clsTourneyGame::PgnText() const {
@@ -407,7 +404,7 @@ void clsTourneyGame::SaveFiles() const {
     const bool saved = log.SaveToFile(path.ChangeExtension(".log").Text()) &&
                        PgnText().SaveToFile(path.ChangeExtension(".pgn").Text());
     if (!saved && Output)
-        Output->Write("# cannot write the files of game " + Number(GameId) + ": " + path, true);
+        Output->Write("# cannot write the files of game " + clsString(GameId) + ": " + path, true);
 }
 
 } // namespace nvoChess
