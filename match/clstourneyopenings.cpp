@@ -79,7 +79,7 @@ bool clsTourney::TakesSetBoard(const clsPlayer& player) {
 }
 
 void clsTourney::SetOpening(clsTourneyGame& game) {
-    const clsOpening& opening = Openings.ForRound(Round);
+    const clsOpening& opening = Openings.ForRound(game.Round);
     game.StartFen = opening.Fen;
     game.OpeningMoves = opening.Moves;
     game.Adjudicator.Rules = Adjudication;

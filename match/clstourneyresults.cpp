@@ -80,10 +80,11 @@ void clsTourney::RecordResult(const clsTourneyGame& game) {
     clsTourneyGame::Points(game.Code, white, black);
     if (white + black == 0) return; // an aborted or undecided game counts for nobody
     const bool undecided = Standings->Sprt && Standings->Sprt->Verdict == clsSprt::Undecided;
-    Standings->Add({game.WhitePlayer->Name, game.BlackPlayer->Name, white, Round});
+    Standings->Add({game.WhitePlayer->Name, game.BlackPlayer->Name, white, game.Round});
     if (undecided && Standings->Sprt->Verdict != clsSprt::Undecided)
-        Log(game.GameId, "sprt llr " + clsString().FromDouble(Standings->Sprt->Llr, SprtDecimals) + ": " +
-                             Standings->Sprt->VerdictText() + ", no further game starts");
+        LogInRound(game.Round, game.GameId,
+                   "sprt llr " + clsString().FromDouble(Standings->Sprt->Llr, SprtDecimals) + ": " +
+                       Standings->Sprt->VerdictText() + ", no further game starts");
     WriteStandings(false);
 }
 
