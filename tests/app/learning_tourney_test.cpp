@@ -96,17 +96,15 @@ TEST_F(ThreadedLearningTourneyTest, PupilTakesEitherFormOfTheSoulFile) {
     }
 }
 
-struct BreedRow {
-    int32_t Player, Best, Expected;
-};
-
 TEST_F(ThreadedLearningTourneyTest, BreedingStepsFromThePlayerTowardsTheBest) {
     // A step goes 100/105 of the way, cut toward zero, and stops when it would be 0; values stay within 0 and
     // the pawn value, 105.
-    const BreedRow rows[] = {{0, 100, 99}, {100, 0, 1}, {50, 200, 105}, {30, 30, 30}};
+    const struct {
+        int32_t Player, Best, Expected;
+    } rows[] = {{0, 100, 99}, {100, 0, 1}, {50, 200, 105}, {30, 30, 30}};
     clsTourney tourney(1, clsString("none.xml"), &Captured.Output);
     clsEmbeddedPlayer engine(clsString("unit"), &Captured.Output, nullptr, clsString());
-    for (const BreedRow& row : rows) {
+    for (const auto& row : rows) {
         clsPlayer player, best;
         player.Engine = &engine;
         for (int i = 0; i < 16; ++i) {

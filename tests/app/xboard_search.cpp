@@ -150,14 +150,12 @@ TEST_F(ThreadedXBoard, CountingStopsTheSearchFirst) {
     EXPECT_EQ(std::string(App.GetFen().Text()), App.Engine->GetPosition().Text()); // the board is as it was
 }
 
-struct SelfGameRow {
-    const char* Name;
-    const char* Fen;
+// Name, position, result, and the end of the game's first line.
+const struct {
+    const char *Name, *Fen;
     int Result;
-    const char* LineEnd; // the end of the game's first line
-};
-
-const SelfGameRow SelfGames[] = {
+    const char* LineEnd;
+} SelfGames[] = {
     {"WhiteMates", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 1, "a1a8  win 1"},
     // The mate is Black's, and Black began: the first player won.
     {"BlackMatesFirst", "r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", 1, "a8a1  win -1"},
@@ -168,7 +166,7 @@ const SelfGameRow SelfGames[] = {
 using ThreadedSelfPlayTest = XBoardTest;
 
 TEST_F(ThreadedSelfPlayTest, GamesEndAsTheBoardSays) {
-    for (const SelfGameRow& row : SelfGames) {
+    for (const auto& row : SelfGames) {
         SCOPED_TRACE(row.Name);
         clsEngineCorvane first(&App.Share, clsString("Corvane"), &Captured.Output);
         clsEngineCorvane second(&App.Share, clsString("Corvane"), &Captured.Output);

@@ -63,15 +63,12 @@ TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
     }
 }
 
-struct ParseRow {
-    uint32_t Protocol;
-    const char* Line;
-    const char* Result;
-    bool Ready, PingFeature;
-};
-
 TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
-    const ParseRow rows[] = {
+    const struct {
+        uint32_t Protocol;
+        const char *Line, *Result;
+        bool Ready, PingFeature;
+    } rows[] = {
         {1, "bestmove E7E8Q ponder E2E4", "move e7e8q ponder e2e4", false, false},
         {1, "uciok", "", true, false},
         {1, "readyok", "", true, false},
@@ -89,7 +86,7 @@ TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
         {0, "feature ping=1", "", false, true},
         {0, "", "", false, false},
     };
-    for (const ParseRow& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.Line);
         RecordingEngine engine;
         engine.Protocol = row.Protocol;
