@@ -1,4 +1,4 @@
-// The book in memory: sorted insert (keys in unsigned order, a model map as the answer), merge, lookup,
+// The book in memory: sorted insert and lookup (keys in unsigned order, a model map as the answer), merge
 // and the order by score in a list of moves.
 
 #include <algorithm>
@@ -28,6 +28,7 @@ void AddToModel(Model& model, uint64_t key, Counters counters) {
 // Random inserts against a map, in books small enough for the linear walk and
 // large enough for the bisection, with many repeated keys.
 TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
+    EXPECT_EQ(clsBook().Find(0), nullptr);
     std::mt19937_64 random(1);
     for (int size : {1, 8, 9, 10, 40, 3000}) {
         SCOPED_TRACE(size);
@@ -46,6 +47,13 @@ TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
             EXPECT_EQ(book.At(index)->Key, key);
         }
         EXPECT_EQ(Contents(book), Contents(model));
+        for (const auto& [key, counters] : model) {
+            ASSERT_NE(book.Find(key), nullptr);
+            EXPECT_EQ(book.Find(key)->Wins, std::get<0>(counters));
+            if (model.count(key - 1) == 0) {
+                EXPECT_EQ(book.Find(key - 1), nullptr);
+            }
+        }
     }
 
     // A sum beyond 32 bits stays at the largest counter.
@@ -60,52 +68,22 @@ TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
 
 TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
     std::mt19937_64 random(2);
-    Model left = RandomModel(random, 500);
-    Model right = RandomModel(random, 700);
+    Model left = RandomModel(random, 500), right = RandomModel(random, 700);
     for (int i = 0; i < 100; ++i)
         right[std::next(left.begin(), int(random() % left.size()))->first] = {1, 2, 3};
     Model both = left;
     for (const auto& [key, counters] : right) AddToModel(both, key, counters);
 
-    clsBook leftBook, rightBook;
-    Fill(leftBook, left);
-    Fill(rightBook, right);
-    const auto merged = leftBook.Merge(rightBook);
-    ASSERT_NE(merged, nullptr);
-    EXPECT_EQ(Contents(*merged), Contents(both));
-    EXPECT_EQ(Contents(*rightBook.Merge(leftBook)), Contents(both));
-    EXPECT_EQ(Contents(leftBook), Contents(left));
-    EXPECT_EQ(Contents(rightBook), Contents(right));
-
-    // In place, the book growing only by the keys it lacked; the book given up is left empty.
-    clsBook into, from;
+    // The book grows only by the keys it lacked; the book given up is left empty.
+    clsBook into, from, empty;
     Fill(into, left);
     Fill(from, right);
     into.AddSorted(from);
     EXPECT_EQ(Contents(into), Contents(both));
     EXPECT_EQ(from.Count, 0);
-
-    clsBook empty;
-    EXPECT_EQ(Contents(*empty.Merge(leftBook)), Contents(left));
-    EXPECT_EQ(Contents(*leftBook.Merge(empty)), Contents(left));
-}
-
-TEST(BookFind, FindsPresentKeysOnly) {
-    clsBook book;
-    EXPECT_EQ(book.Find(0), nullptr);
-    std::mt19937_64 random(3);
-    const Model model = RandomModel(random, 1000);
-    Fill(book, model);
-    for (const auto& [key, counters] : model) {
-        const clsBookEntry* entry = book.Find(key);
-        ASSERT_NE(entry, nullptr);
-        EXPECT_EQ(entry->Wins, std::get<0>(counters));
-        for (uint64_t neighbour : {key - 1, key + 1}) {
-            if (model.count(neighbour) == 0) {
-                EXPECT_EQ(book.Find(neighbour), nullptr);
-            }
-        }
-    }
+    empty.AddSorted(into);
+    empty.AddSorted(into);
+    EXPECT_EQ(Contents(empty), Contents(both));
 }
 
 // Score (2 wins + draws) * 500 / games, truncated.

@@ -45,8 +45,6 @@ const GameCase GameCases[] = {
     {"illegal SAN", "1. e4 e5 2. Ke3 Nc6\n", 0, "e2e4 e7e5 ", 0x1, 1},
     {"ply limit", "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6\n", 3, "e2e4 e7e5 g1f3 ", 0x1, 1},
     {"unclosed comment", "1. e4 {runs on e5 2. Nf3\n", 0, "e2e4 ", 0x1, 1},
-    {"promotion", "1. a4 b5 2. axb5 a6 3. bxa6 Bb7 4. axb7 Nc6 5. bxa8=N\n", 0,
-     "a2a4 b7b5 a4b5 a7a6 b5a6 c8b7 a6b7 b8c6 b7a8n ", 0x1, 1},
 };
 
 TEST(PgnGame, TokensOfOneGame) {
