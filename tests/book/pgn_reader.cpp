@@ -125,12 +125,9 @@ TEST_F(PgnFiles, CutIntoGames) {
     }
 }
 
-TEST_F(PgnFiles, MissingFileGivesNothing) {
+TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
     EXPECT_EQ(Pgn.Load(PathTo("none.pgn"), Core, 0, true), 0);
     EXPECT_EQ(Pgn.Book.Count, 0);
-}
-
-TEST_F(PgnFiles, HugeLinesLongGamesAndRandomBytesEndWithABook) {
     const std::string shuffle = "1. Nf3 Nf6 2. Ng1 Ng8 ";
     std::string longGame = "[A \"1\"]\n\n";
     for (int i = 0; i < 2500; ++i) longGame += "1. Nf3 Nf6 2. Ng1 Ng8\n";

@@ -6,7 +6,6 @@
 
 using namespace nvoChess;
 using nvoChessTest::CoreAt;
-using nvoChessTest::FindMove;
 using nvoChessTest::ListTexts;
 using Texts = std::vector<std::string>;
 
@@ -71,18 +70,4 @@ TEST(ChessGenerate, StagesMakeTheSameList) {
     core->Generate(0);
     for (int stage = 1; stage <= 5; ++stage) core->Generate(stage);
     EXPECT_EQ(ListTexts(*core, true)[0], "Pa2-a3");
-}
-
-TEST(ChessGenerate, FilterLegalDropsWhatExposesTheKing) {
-    // b5xc6 en passant would open the fifth rank to the rook.
-    const auto core = CoreAt("8/8/8/KPp4r/8/8/8/7k w - c6 0 1");
-    core->SetRootNode();
-    const int all = core->Generate(-1);
-    ASSERT_NE(FindMove(*core, "b5c6"), nullptr);
-    EXPECT_EQ(all, 6);
-    // Gone: the en passant, and the king's step to b4, which the c5 pawn hits.
-    const int legal = core->FilterLegal();
-    EXPECT_EQ(ListTexts(*core, false), (Texts{"a5a4", "a5b6", "a5a6", "b5b6"}));
-    EXPECT_EQ(core->Current->MoveCount, legal);
-    EXPECT_EQ(core->Current->End(), core->Current->Moves + legal);
 }

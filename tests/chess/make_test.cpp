@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "chesstest.h"
 
 using namespace nvoChess;
@@ -62,20 +60,6 @@ TEST(ChessMake, Promotions) {
     EXPECT_TRUE(queen->MakeMove(Square("e7"), Square("e8"), 'M'));
     EXPECT_EQ(queen->Board.Queens, Square("e8"));
     EXPECT_EQ(queen->Board.Material, -(105 + 835));
-}
-
-TEST(ChessMake, RestoreBringsEverythingBack) {
-    const auto core = CoreAt("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
-    core->CastlingBonus = 17;
-    core->Current->SavedBoard = core->Board;
-    const clsBoard saved = core->Board;
-    core->Generate(-1);
-    for (const clsMove* move = core->Current->Moves; move != core->Current->End(); ++move) {
-        core->ApplyMove(*move);
-        core->SwapSides();
-        core->RestoreBoard(*core->Current);
-        ASSERT_EQ(std::memcmp(&core->Board, &saved, sizeof(saved)), 0) << core->MoveText(move, true).Text();
-    }
 }
 
 TEST(ChessMake, GameStatus) {

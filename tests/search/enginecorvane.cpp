@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
@@ -79,13 +79,8 @@ struct clsEngineFixture {
     std::unique_ptr<clsEngineCorvane> Engine;
 };
 
-int ThreadsOfProcess() {
-    int count = 0;
-    if (DIR* tasks = opendir("/proc/self/task")) {
-        while (dirent* entry = readdir(tasks)) count += entry->d_name[0] != '.';
-        closedir(tasks);
-    }
-    return count;
+long ThreadsOfProcess() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
 } // namespace
@@ -228,7 +223,7 @@ TEST(ThreadedEngineCorvane, AThousandStartsAndStopsLeaveNoThread) {
     // the threads after one search has come and gone.
     ASSERT_TRUE(e->Start());
     ASSERT_TRUE(e->StopEngine());
-    const int before = ThreadsOfProcess();
+    const long before = ThreadsOfProcess();
     for (int i = 0; i < 1000; ++i) {
         ASSERT_TRUE(e->Start());
         if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
