@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
+#include "chess/coordinates.h"
 #include "chesstest.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
 using nvoChessTest::CoreAt;
-using nvoChessTest::Square;
 
 TEST(ChessMake, GameMoves) {
     const auto core = CoreAt("");
@@ -42,7 +42,7 @@ TEST(ChessMake, CastlingMovesKingAndRookAndPaysTheBonus) {
 TEST(ChessMake, Promotions) {
     const auto core = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
     ASSERT_TRUE(core->MakeMoveText(clsString("a7b8=N")));
-    EXPECT_EQ(core->Board.Knights, Square("b8"));
+    EXPECT_EQ(core->Board.Knights, TextToSquare("b8"));
     EXPECT_EQ(core->Board.PieceCount[0], 2);
     // The promotion adds its own gain only, not the rook taken: -395 + 198 from white, negated for black.
     EXPECT_EQ(core->Board.Material, -(105 - 500 + 198));
@@ -54,11 +54,11 @@ TEST(ChessMake, Promotions) {
     EXPECT_FALSE(letter->MakeMoveText(clsString("e7e8")));
     EXPECT_FALSE(letter->MakeMoveText(clsString("e7e8x")));
     EXPECT_TRUE(letter->MakeMoveText(clsString("e7e8=s")));
-    EXPECT_EQ(letter->Board.Bishops, Square("e8"));
+    EXPECT_EQ(letter->Board.Bishops, TextToSquare("e8"));
     EXPECT_EQ(letter->Board.Material, -(105 + 198));
     const auto queen = CoreAt("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
-    EXPECT_TRUE(queen->MakeMove(Square("e7"), Square("e8"), 'M'));
-    EXPECT_EQ(queen->Board.Queens, Square("e8"));
+    EXPECT_TRUE(queen->MakeMove(TextToSquare("e7"), TextToSquare("e8"), 'M'));
+    EXPECT_EQ(queen->Board.Queens, TextToSquare("e8"));
     EXPECT_EQ(queen->Board.Material, -(105 + 835));
 }
 
