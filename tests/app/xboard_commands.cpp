@@ -72,9 +72,8 @@ TEST_F(ConsoleTest, BookLimitOnSave) {
     std::filesystem::create_directories(folder);
     const std::string book = (folder / "b.cbk").string();
     // Weights are half the games: 1, 3 and 5; a limit of 3 keeps the last two.
-    App.Engine->Book.Add(new clsBookEntry(11, 1, 1, 0));
-    App.Engine->Book.Add(new clsBookEntry(22, 2, 2, 2));
-    App.Engine->Book.Add(new clsBookEntry(33, 5, 5, 0));
+    const clsBookEntry entries[] = {{11, 1, 1, 0}, {22, 2, 2, 2}, {33, 5, 5, 0}};
+    App.Engine->Book.AddSorted(entries, 3);
     EXPECT_EQ(Send("\\savebook", (book + " 3").c_str()), (Lines{"# wait...", "# book " + book + " saved"}));
     App.Engine->Book.Clear();
     EXPECT_EQ(Send("\\LOADBOOK", book.c_str()),

@@ -42,10 +42,12 @@ inline std::vector<std::pair<uint64_t, Counters>> Contents(const Model& model) {
 }
 
 inline void Fill(nvoChess::clsBook& book, const Model& model) {
+    std::vector<nvoChess::clsBookEntry> entries;
     for (const auto& [key, counters] : model) {
         const auto& [wins, losses, draws] = counters;
-        book.Add(new nvoChess::clsBookEntry(key, wins, losses, draws));
+        entries.emplace_back(key, wins, losses, draws);
     }
+    book.AddSorted(entries.data(), int(entries.size()));
 }
 
 // Keys over the whole unsigned range; counters mostly small, some of every size.

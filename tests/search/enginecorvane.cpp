@@ -64,7 +64,8 @@ struct clsEngineFixture {
     }
 
     void AddBookEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
-        Engine->Book.Add(new clsBookEntry(KeyAfter({move}), wins, losses, draws));
+        const clsBookEntry entry(KeyAfter({move}), wins, losses, draws);
+        Engine->Book.AddSorted(&entry, 1);
     }
     // The coordinate move that PlayBookMove put into BestMove, or empty text.
     std::string PlayedBookMove() {
@@ -262,7 +263,8 @@ TEST(BookUse, EntriesChoiceAndListing) {
     e.AddBookEntry("e2e4", 2500, 0, 0);
     e.AddBookEntry("d2d4", 0, 2500, 0);
     e.AddBookEntry("c2c4", 1, 1, 2);
-    e->Book.Add(new clsBookEntry(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9)); // not a move of this position
+    const clsBookEntry other(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9); // not a move of this position
+    e->Book.AddSorted(&other, 1);
     const clsString before = e->GetPosition();
     nuvobase::clsPCollection<clsBookEntryExt> list;
     ASSERT_EQ(e->GetBookEntries(list, true), 3);
