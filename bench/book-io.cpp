@@ -1,9 +1,10 @@
-// Builds a book of one million random positions with Add and Merge, the way
+// Builds a book of one million random positions from sorted runs joined pairwise, the way
 // book files are made and joined, then times Save, Load and lookups.
 //   book-io [entries] [file]
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -29,10 +30,18 @@ std::vector<std::unique_ptr<clsBook>> AddRandomEntries(std::mt19937_64& random, 
     const int perBook = 1000;
     std::vector<std::unique_ptr<clsBook>> books;
     for (int made = 0; made < entries; made += perBook) {
-        auto book = std::make_unique<clsBook>();
+        std::vector<clsBookEntry> run;
         for (int i = 0; i < perBook && made + i < entries; ++i)
-            book->Add(new clsBookEntry(random(), uint32_t(random() % 300), uint32_t(random() % 300),
-                                       uint32_t(random() % 300)));
+            run.emplace_back(random(), uint32_t(random() % 300), uint32_t(random() % 300),
+                             uint32_t(random() % 300));
+        std::sort(run.begin(), run.end(),
+                  [](const clsBookEntry& a, const clsBookEntry& b) { return a.Key < b.Key; });
+        // A run holds each key once, as a book does.
+        run.erase(std::unique(run.begin(), run.end(),
+                              [](const clsBookEntry& a, const clsBookEntry& b) { return a.Key == b.Key; }),
+                  run.end());
+        auto book = std::make_unique<clsBook>();
+        book->AddSorted(run.data(), int(run.size()));
         books.push_back(std::move(book));
     }
     return books;
@@ -42,8 +51,10 @@ std::vector<std::unique_ptr<clsBook>> AddRandomEntries(std::mt19937_64& random, 
 std::unique_ptr<clsBook> MergeAll(std::vector<std::unique_ptr<clsBook>> books) {
     while (books.size() > 1) {
         std::vector<std::unique_ptr<clsBook>> joined;
-        for (size_t i = 0; i < books.size(); i += 2)
-            joined.push_back(i + 1 < books.size() ? books[i]->Merge(*books[i + 1]) : std::move(books[i]));
+        for (size_t i = 0; i < books.size(); i += 2) {
+            if (i + 1 < books.size()) books[i]->AddSorted(*books[i + 1]);
+            joined.push_back(std::move(books[i]));
+        }
         books = std::move(joined);
     }
     return books.empty() ? std::make_unique<clsBook>() : std::move(books.front());

@@ -1,8 +1,5 @@
 #include "book/clsbook.h"
 
-#include "book/bookoutcome.h"
-#include "chess/clschesscore.h"
-#include "chess/keys.h"
 #include "nuvobase/clsfile.h"
 
 #include <sys/stat.h>
@@ -12,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <type_traits>
 
 namespace nvoChess {
@@ -238,22 +236,14 @@ bool clsBook::Save(const nuvobase::clsString& file, int limit) const {
     return nuvobase::clsFile::ReplaceWith(stream, temporary, file, writer.Flush());
 }
 
-bool clsBook::Load(const nuvobase::clsString& file, int limit) {
-    return Read(file, limit, true);
-}
-
-bool clsBook::Append(const nuvobase::clsString& file, int limit) {
-    return Read(file, limit, false);
-}
-
 // The header is checked whole before the book is touched. Its entry count
 // reserves no more than the rest of the file can hold.
-bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
+bool clsBook::Load(const nuvobase::clsString& file, int limit) {
     clsBookReader reader(file.Text());
     uint32_t count = 0;
     if (!reader.Header(count)) return false;
-    if (replace) Clear();
-    Reserve(int64_t(Count) + int64_t(std::min<uint64_t>(count, reader.Remaining() / SmallestEntryBytes)));
+    Clear();
+    Reserve(int64_t(std::min<uint64_t>(count, reader.Remaining() / SmallestEntryBytes)));
     for (uint32_t i = 0; i < count; ++i) {
         clsBookEntry read;
         const bool complete = reader.Entry(read);
@@ -265,63 +255,6 @@ bool clsBook::Read(const nuvobase::clsString& file, int limit, bool replace) {
         if (!complete) return false;
     }
     return reader.Matches(Trailer, sizeof Trailer);
-}
-
-int clsBook::Add(clsBookEntry* entry) {
-    if (entry == nullptr) return -1;
-    const clsBookEntry added = *entry;
-    delete entry;
-    const int place = InsertPlace(added);
-    if (place < Count && Items[place].Equal(added)) {
-        Items[place].AddCounters(added);
-        return place;
-    }
-    if (!RoomForOne()) return -1;
-    std::memmove(Items + place + 1, Items + place, sizeof(clsBookEntry) * size_t(Count - place));
-    Items[place] = added;
-    ++Count;
-    return place;
-}
-
-// Bisection down to a range of fewer than 9 entries, then a walk; an equal key
-// met on the way ends the search.
-int clsBook::InsertPlace(const clsBookEntry& entry) const {
-    int low = 0;
-    int high = Count;
-    while (high - low >= 9) {
-        const int middle = (high + low) / 2;
-        if (entry.Greater(Items[middle])) {
-            low = middle;
-        } else if (entry.Equal(Items[middle])) {
-            return middle;
-        } else {
-            high = middle;
-        }
-    }
-    while (low < high && entry.Greater(Items[low])) ++low;
-    return low;
-}
-
-std::unique_ptr<clsBook> clsBook::Merge(const clsBook& other) const {
-    auto merged = std::make_unique<clsBook>();
-    if (merged->Reserve(MergedCount(Items, Count, other.Items, other.Count)))
-        MergeWalk(Items, Count, other.Items, other.Count,
-                  [&merged](const clsBookEntry& entry) { merged->Items[merged->Count++] = entry; });
-    return merged;
-}
-
-int clsBook::AddGame(clsChessCore& core, const nuvobase::clsString& moves, int result, int drawCode) {
-    core.SetPosition(nuvobase::clsString());
-    int ply = 0;
-    for (int position = 0; position >= 0;) {
-        const nuvobase::clsString move = moves.NextWord(' ', position);
-        if (move.IsEmpty()) continue;
-        if (!core.MakeMoveText(move)) break;
-        const BookOutcome outcome = OutcomeOfPly(ply++, result, drawCode);
-        Add(new clsBookEntry(BoardKey(core.Board), outcome == BookOutcome::Win, outcome == BookOutcome::Loss,
-                             outcome == BookOutcome::Draw));
-    }
-    return Count;
 }
 
 void clsBook::AddSorted(clsBook& other) {

@@ -2,8 +2,6 @@
 // the standings as JSON beside the log and as a table on the output.
 #include "match/clstourney.h"
 
-#include <cstdlib>
-
 using nuvobase::clsString;
 
 namespace nvoChess {
@@ -64,7 +62,7 @@ clsPgnExport clsTourney::ExportOf(const clsTourneyGame& game) const {
         for (clsString& field : fields)
             if (position >= 0) field = game.StartFen.NextWord(' ', position, false, true);
         pgn.BlackMovesFirst = fields[SideField] == "b";
-        const int32_t fullMove = int32_t(std::strtol(fields[FullMoveField].Text(), nullptr, 10));
+        const int32_t fullMove = int32_t(fields[FullMoveField].ToDecimal());
         pgn.FirstMoveNumber = fullMove > 0 ? fullMove : 1;
     }
     // With the round, the game id tells a resumed tournament which game this is.
