@@ -1,11 +1,9 @@
-// clsString: empty and oversized buffers, the building operations, whole files and counted texts.
+// clsString: empty and oversized buffers, the building operations and whole files.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <cstdio>
 #include <functional>
-#include <memory>
-#include <stdexcept>
 #include <string>
 
 #include "nuvobase/clsstring.h"
@@ -63,8 +61,8 @@ TEST(StringBuild, ConstructAssignAppendInsertAndPad) {
          // it may extend it with zeros.
          TEXT(clsString("abc").Insert(1, "XY").Insert(5, "!").Insert(-1, "?").Insert(9, "?"), "aXYbc!"),
          TEXT(t.SetAt(1, 'X').SetAt(10, 'Y'), "aXc"), TEXT(t.SetAt(5, 'Z', true), std::string("aXc\0\0Z", 6)),
-         TEXT(clsString("ab").PadRight('.', 5), "ab..."), TEXT(clsString("123456").PadLeft('0', 5), "23456"),
-         TEXT(clsString().AppendVarInt(300).AppendVarInt(0), std::string("\xAC\x02\x00", 3))});
+         TEXT(clsString("ab").PadRight('.', 5), "ab..."),
+         TEXT(clsString("123456").PadLeft('0', 5), "23456")});
 
     clsString copy(ab);
     copy.Data()[0] = 'A';
@@ -97,41 +95,4 @@ TEST_F(StringFile, SaveAndLoad) {
     CheckRows<int>({ROW(loaded.LoadFromFile(path.c_str()), 0), ROW(loaded.LoadFromFile(nullptr), 0),
                     ROW(loaded.LoadFromFile(folder.c_str()), 0),
                     ROW(clsString("x").SaveToFile(Path("no_folder/file").c_str()), false)});
-}
-
-namespace {
-
-// Runs ReadCounted on a stream holding bytes. The string is left in text.
-bool ReadCounted(const std::string& bytes, clsString& text) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
-    if (!file) throw std::runtime_error("no temporary file");
-    std::fwrite(bytes.data(), 1, bytes.size(), file.get());
-    std::rewind(file.get());
-    return text.ReadCounted(file.get());
-}
-
-} // namespace
-
-TEST(StringCounted, ReadCountedText) {
-    clsString text("old");
-    EXPECT_TRUE(ReadCounted(std::string("\x05hello", 6), text));
-    EXPECT_EQ(Bytes(text), "hello");
-    EXPECT_FALSE(ReadCounted(std::string("\x05hel", 4), text)); // the file ends early
-    EXPECT_EQ(text.Size(), 0);
-    // An empty text; no length; the length itself cut off; 0xFFFFFFFF, which reads as negative.
-    CheckRows<bool>({ROW(ReadCounted(std::string("\x00", 1), text), true), ROW(ReadCounted("", text), false),
-                     ROW(ReadCounted("\x85", text), false),
-                     ROW(ReadCounted("\xFF\xFF\xFF\xFF\x0F", text), false),
-                     ROW(text.ReadCounted(nullptr), false)});
-
-    // 10485760 = 5 * 2^21 (base-128 digits 0, 0, 0, 5) is the longest text; one more throws.
-    EXPECT_TRUE(ReadCounted(std::string("\x80\x80\x80\x05", 4) + std::string(10485760, 'z'), text));
-    EXPECT_EQ(text.Size(), 10485760);
-    try {
-        ReadCounted(std::string("\x81\x80\x80\x05", 4) + "abc", text);
-        FAIL() << "a length of 10485761 must throw";
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "clsString: length overflow!");
-    }
-    EXPECT_EQ(text.Size(), 0);
 }

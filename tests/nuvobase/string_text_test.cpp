@@ -41,11 +41,6 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     EXPECT_EQ(position, 4);
     EXPECT_EQ(Bytes(tags.Between('[', ']', position)), "bc");
     EXPECT_EQ(position, -1); // the close was the last character
-
-    clsString dotted("a.b.c");
-    EXPECT_EQ(dotted.CutLast('.'), 3);
-    EXPECT_EQ(Bytes(dotted), "a.b");
-    EXPECT_EQ(dotted.CutLast('#', true), 0);
 }
 
 TEST(StringCut, ReplaceAllOnItself) {
@@ -69,7 +64,6 @@ TEST(StringText, Presentation) {
          TEXT(clsString("ab\\").UnescapeC(), "ab\\"), TEXT(clsString("aBc-\xE9").Upper(), "ABC-\xE9"),
          TEXT(clsString("AbC-\xC9").Lower(), "abc-\xC9"),
          TEXT(clsString("hELLO wORLD-fOO x2y").Capitalise(), "Hello World-Foo X2Y"),
-         TEXT(clsString("a\xFF\x80").ToUtf8(), "a\xC3\xBF\xC2\x80"),
          TEXT(clsString("abcde").Reverse(2), "ecdab")});
 }
 
