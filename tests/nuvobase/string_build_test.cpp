@@ -25,10 +25,8 @@ TEST(StringStorage, EmptyStringsAreSafe) {
 }
 
 TEST(StringStorage, OversizedRequestsReleaseTheBufferWithoutThrowing) {
-    int position = INT32_MAX - 3;
     const std::function<void(clsString&)> requests[] = {
         [](clsString& s) { EXPECT_FALSE(s.Reserve(INT32_MAX)); },
-        [&](clsString& s) { EXPECT_FALSE(s.WriteAt("xy", 2, position)); },
         [](clsString& s) { s.SetAt(INT32_MAX - 1, 'x', true); },
         [](clsString& s) { s.PadRight('x', INT32_MAX); }};
     for (const auto& request : requests) {
@@ -43,20 +41,12 @@ TEST(StringStorage, OversizedRequestsReleaseTheBufferWithoutThrowing) {
 TEST(StringBuild, ConstructAssignAppendInsertAndPad) {
     const clsString ab("ab");
     clsString s, t("abc");
-    int position = 2;
     CheckRows<std::string>(
         {TEXT(clsString(-7, 3), "-007"), TEXT(clsString(int64_t(1) << 40), "1099511627776"),
          TEXT(clsString('-', 4), "----"), TEXT("x" + ab + 'c', "xabc"),
          TEXT(s.Assign("a\0b", 3), std::string("a\0b", 3)),
          // A null source or a negative length appends nothing.
          TEXT(clsString("ab").Append("cdef", 2).Append(nullptr, 3).Append("zz", -1).Append('!'), "abcd!"),
-         // Flag 1: line ends outside single quotes become spaces, one each. 2: outer spaces go. 4: a space
-         // stays only between two alphanumerics, outside quotes.
-         TEXT(s.Assign("a\r\nb 'c\nd'", -1, 1), "a  b 'c\nd'"), TEXT(s.Assign("  ab c  ", -1, 2), "ab c"),
-         TEXT(s.Assign("x = y +  z", -1, 4), "x=y+z"), TEXT(s.Assign("a 'b  c' d", -1, 4), "a'b  c'd"),
-         // WriteAt overwrites and extends, zeroing a gap.
-         TEXT((s = "abcdef", s.WriteAt("XYe123", 6, position), s), "abXYe123"),
-         TEXT((s.Clear(true), s.WriteAt("z", 1, position = 3), s), std::string("\0\0\0z", 4)),
          // Insert goes before a position 0..Length; others do nothing. SetAt stays inside the string unless
          // it may extend it with zeros.
          TEXT(clsString("abc").Insert(1, "XY").Insert(5, "!").Insert(-1, "?").Insert(9, "?"), "aXYbc!"),
