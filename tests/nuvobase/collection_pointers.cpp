@@ -22,10 +22,9 @@ struct Tracked {
 };
 
 // The entries Split makes of text on an empty list, joined with '|' and with their names.
-clsString Split(const char* text, char separator, int mode = clsStrings::SplitPlain, bool trim = false,
-                bool quoted = false) {
+clsString Split(const char* text, char separator, int mode = clsStrings::SplitPlain) {
     clsStrings list;
-    const int count = list.Split(text, separator, mode, trim, quoted);
+    const int count = list.Split(text, separator, mode);
     EXPECT_EQ(count, list.Count);
     return list.Join("|", true);
 }
@@ -87,13 +86,11 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
 }
 
 TEST(Strings, SplitAndJoin) {
-    // trim makes repeated spaces one cut; a name is what precedes the first '='.
+    // The program splits plain or by name; a name is what precedes the first '='.
     CheckRows<std::string>(
         {TEXT(Split("a,b,,c", ','), "a|b||c"), TEXT(Split("d,", ','), "d|"), TEXT(Split("", ','), ""),
-         TEXT(Split("  a , b c ,", ',', clsStrings::SplitPlain, true), "a|b c|"),
-         TEXT(Split("x='a,b',y", ',', clsStrings::SplitPlain, false, true), "x='a,b'|y"),
          TEXT(Split("x='a,b',y", ','), "x='a|b'|y"),
-         TEXT(Split("a=1, b = 2 ,c,d=x=y", ',', clsStrings::SplitNameValue, true), "a=1|b=2|c=|d=x=y")});
+         TEXT(Split("a=1,b = 2,c,d=x=y", ',', clsStrings::SplitNameValue), "a=1|b = 2|c=|d=x=y")});
 
     // Split adds to what is there; lookups by name ignore case.
     clsStrings list;
