@@ -17,6 +17,7 @@ CORVANE = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(HER
 ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 10
 STOCKFISH = "/usr/games/stockfish"
 GAME_MS, INCREMENT_MS = 2000, 20
+SLOTS = 2
 
 # A turn of a game log: side, the reply or the forfeit, its wall time, and what the engine reported.
 TURN = re.compile(r"^[WB]\t(.*)\t(\d+) us(?:\tengine (\d+) ms)?$")
@@ -25,9 +26,9 @@ TURN = re.compile(r"^[WB]\t(.*)\t(\d+) us(?:\tengine (\d+) ms)?$")
 def tourney_xml(folder):
     engines = "".join('<engine name="%s" protocol="uci" active="true"><filename>%s</filename></engine>'
                       % (name, STOCKFISH) for name in ("a", "b"))
-    return ('<tourney name="speed"><options><rounds>%d</rounds><logfolder>%s</logfolder><threads>2</threads>'
+    return ('<tourney name="speed"><options><rounds>%d</rounds><logfolder>%s</logfolder><threads>%d</threads>'
             '<pace_ms>0</pace_ms><clock game_ms="%d" increment_ms="%d"/></options><engines>%s</engines></tourney>'
-            % (ROUNDS, folder, GAME_MS, INCREMENT_MS, engines))
+            % (ROUNDS, folder, SLOTS, GAME_MS, INCREMENT_MS, engines))
 
 
 def percentile(values, fraction):
@@ -48,7 +49,7 @@ def main():
                              capture_output=True, text=True, cwd=folder, timeout=1800)
         wall = time.monotonic() - start
         results = [line.split("\t") for line in run.stdout.splitlines() if "\tresult\t" in line]
-        overheads, forfeits = [], []
+        overheads, forfeits, turns_us = [], [], 0
         for name in sorted(os.listdir(folder)):
             if not name.endswith(".log") or ".R" not in name:
                 continue
@@ -58,18 +59,15 @@ def main():
                     if not turn:
                         continue
                     text, wall_us, reported = turn.group(1), int(turn.group(2)), turn.group(3)
+                    turns_us += wall_us
                     if "forfeits on time" in text:
                         forfeits.append("%s: %s, engine reported %s ms" % (name, text, reported))
                     elif text.startswith("move ") and reported is not None:
                         overheads.append(wall_us / 1000.0 - int(reported))
     print("load average after: %.2f %.2f %.2f" % os.getloadavg())
     print("games: %d in %.1f s wall time" % (len(results), wall))
-    # A round starts when all games of the one before have ended: the time a slot stood empty meanwhile.
-    ends = {}
-    for fields in results:
-        ends.setdefault(fields[2], []).append(int(fields[1]))
-    print("slot time left empty at the ends of rounds: %.1f s"
-          % (sum(max(times) - min(times) for times in ends.values()) / 1000.0))
+    # The slots' time outside any turn: engines starting, handshakes, ends of games, slots standing empty.
+    print("slot time outside the turns: %.1f s of %.1f s" % (SLOTS * wall - turns_us / 1e6, SLOTS * wall))
     print("lost on time: %d" % len(forfeits))
     for forfeit in forfeits:
         print("  " + forfeit)

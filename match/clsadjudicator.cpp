@@ -15,7 +15,7 @@ constexpr uint32_t AdjudicatedWhiteWin = CodeAdjudication | CodeWhiteWins;
 constexpr uint32_t AdjudicatedBlackWin = CodeAdjudication | CodeBlackWins;
 
 int32_t Attribute(nuvobase::clsXML& element, const char* name) {
-    const int32_t value = int32_t(std::strtol(element.GetAttribute(name).Text(), nullptr, 10));
+    const int32_t value = int32_t(element.GetAttribute(name).ToDecimal());
     return value > 0 ? value : 0;
 }
 

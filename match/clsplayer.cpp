@@ -26,4 +26,29 @@ void clsPlayer::SetScore(int32_t score) {
     }
 }
 
+void clsPlayer::KeepIdle(std::unique_ptr<clsEngineInterface> engine) {
+    if (Lock.Lock() != 0) return; // the engine ends here
+    IdleEngines.push_back(std::move(engine));
+    Lock.Unlock();
+}
+
+std::unique_ptr<clsEngineInterface> clsPlayer::TakeIdle() {
+    std::unique_ptr<clsEngineInterface> engine;
+    if (Lock.Lock() != 0) return engine;
+    if (!IdleEngines.empty()) {
+        engine = std::move(IdleEngines.back());
+        IdleEngines.pop_back();
+    }
+    Lock.Unlock();
+    return engine;
+}
+
+void clsPlayer::EndIdle() {
+    std::vector<std::unique_ptr<clsEngineInterface>> ending;
+    if (Lock.Lock() != 0) return;
+    ending.swap(IdleEngines);
+    Lock.Unlock();
+    // Each program is told to quit and waited for outside the lock.
+}
+
 } // namespace nvoChess

@@ -7,6 +7,8 @@
 #include "nuvobase/clsstrings.h"
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 namespace nvoChess {
 
@@ -28,8 +30,14 @@ public:
     // "embedded" plays inside this process; the others are programs spoken to over UCI or XBoard.
     bool IsEmbedded() const { return Protocol == "embedded"; }
     bool IsUci() const { return Protocol == "uci"; }
+    // A program of the player that has ended its game soundly waits here for the player's next game.
+    void KeepIdle(std::unique_ptr<clsEngineInterface> engine);
+    // A waiting program of the player, or null.
+    std::unique_ptr<clsEngineInterface> TakeIdle();
+    // Ends the waiting programs.
+    void EndIdle();
 
-    nuvobase::clsMutex Lock; // guards Score
+    nuvobase::clsMutex Lock; // guards Score and IdleEngines
     nuvobase::clsCInts Soul;
     int32_t Score = 0;
     bool Keep = false;
@@ -40,6 +48,9 @@ public:
     nuvobase::clsString Parameters;
     // Options the engine is given before each game, name and value ("Skill Level", "3").
     nuvobase::clsStrings EngineOptions;
+
+private:
+    std::vector<std::unique_ptr<clsEngineInterface>> IdleEngines;
 };
 
 } // namespace nvoChess

@@ -25,14 +25,6 @@ bool clsProtocolClient::FeaturesPending() const {
 
 void clsProtocolClient::NudgeFeatures() {}
 
-clsString clsProtocolClient::Number(int64_t value) {
-    return clsString(value);
-}
-
-long clsProtocolClient::ReadNumber(const clsString& text) {
-    return std::strtol(text.Text(), nullptr, 10);
-}
-
 bool clsProtocolClient::ReadSigned(const clsString& word, int32_t& value) {
     const char* start = word.Text();
     char* end = nullptr;

@@ -46,9 +46,6 @@ public:
 
 protected:
     clsProtocolClient(clsEngineInterface& engine, uint32_t protocol) : Protocol(protocol), Engine(engine) {}
-    static nuvobase::clsString Number(int64_t value);
-    // A decimal number at the start of text; 0 for text that is none.
-    static long ReadNumber(const nuvobase::clsString& text);
     // A whole signed decimal number, "+15" and "-3" included.
     static bool ReadSigned(const nuvobase::clsString& word, int32_t& value);
 

@@ -3,8 +3,10 @@
 #include "match/clsexternalengine.h"
 #include "nuvobase/platform.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <deque>
 
 using nuvobase::clsString;
 using nuvobase::clsXML;
@@ -16,10 +18,6 @@ namespace {
 constexpr int32_t DefaultGameMs = 60000;
 constexpr int32_t ClockDefaultMs = 300000; // of a clock element without its attributes
 constexpr int MsPerSecond = 1000;
-
-clsString Number(int64_t value) {
-    return clsString(value);
-}
 
 int32_t ReadNumber(const clsString& text) {
     return int32_t(text.ToDecimal());
@@ -110,10 +108,10 @@ bool clsTourney::Run() {
     if (Players.size() < 2) Output->Write("# tourney: fewer than two active engines, no game to play", true);
     PathPrefix = LogFolder;
     PathPrefix.PathJoin(FileStem().Text());
-    PathPrefix += ".T" + Number(Id);
+    PathPrefix += ".T" + clsString(Id);
     Log(0, "creating games");
     MakeGames();
-    Log(0, Number(int64_t(Games.size())) + " games created");
+    Log(0, clsString(int64_t(Games.size())) + " games created");
     Log(0, "          -   _");
     Log(0, "        [(|) (|)]       \"IN MOTO L'OROLOGIO DEL BIANCO!\"");
     Log(0, "_________________________");
@@ -124,10 +122,11 @@ bool clsTourney::Run() {
         PlayRounds();
         Round = Rounds;
         Log(0, "----------------- tournament has finished");
-        for (auto& player : Players) Log(0, player->Name + ": " + Number(player->GetScore()));
+        for (auto& player : Players) Log(0, player->Name + ": " + clsString(player->GetScore()));
         Log(0, "-----------------");
         if (Standings) WriteStandings(true);
     }
+    for (auto& player : Players) player->EndIdle();
     Output->Write("# end", true);
     FlushLog();
     return true;
@@ -146,7 +145,7 @@ bool clsTourney::ReadSettings() {
         // A game needs a thread: fewer than one would leave every game waiting for ever.
         if (Threads < 1) Threads = 1;
         Verbose = options->GetValue("verbose", clsString()) == "true";
-        PaceMs = ReadNumber(options->GetValue("pace_ms", Number(clsExternalEngine::DefaultPaceMs)));
+        PaceMs = ReadNumber(options->GetValue("pace_ms", clsString(clsExternalEngine::DefaultPaceMs)));
         if (PaceMs < 0) PaceMs = 0;
         if (clsXML* clock = Root->FindPath("clock", clsString(), clsString())) {
             ClockMoves = NumberAttribute(*clock, "moves_per_second", ClockDefaultMs);
@@ -162,7 +161,7 @@ bool clsTourney::ReadSettings() {
                 // The shard's mark goes in front of the extension: all.pgn becomes all.S2.pgn.
                 const int dot = PgnOut.FindLast('.');
                 const int mark = dot > PgnOut.FindLast('/') ? dot : PgnOut.Size();
-                PgnOut = PgnOut.Left(mark) + ".S" + Number(ShardIndex) + PgnOut.Mid(mark);
+                PgnOut = PgnOut.Left(mark) + ".S" + clsString(ShardIndex) + PgnOut.Mid(mark);
             }
             clsString path = LogFolder;
             PgnOut = path.PathJoin(PgnOut.Text());
@@ -203,7 +202,7 @@ void clsTourney::MakePlayers(clsXML& engines) {
         for (int i = 0; i < options.Count; ++i)
             player->EngineOptions.SetValue(options.Items[i]->GetAttribute("name"),
                                            options.Items[i]->GetAttribute("value"));
-        Log(0, "engine " + Number(n + 1) + "\t" + player->Name + "\t" + player->FileName);
+        Log(0, "engine " + clsString(n + 1) + "\t" + player->Name + "\t" + player->FileName);
         Players.push_back(std::move(player));
     }
 }
@@ -213,22 +212,29 @@ void clsTourney::MakeGames() {
     for (int i = 0; i < count; ++i) {
         for (int j = 0; j < count; ++j) {
             if (i == j || (Type != RoundRobin && i != 0 && j != 0)) continue;
-            const int32_t id = int32_t(Games.size()) + 1;
-            auto game = std::make_unique<clsTourneyGame>(id, ClockMoves, ClockGameMs, ClockIncrementMs,
-                                                         Players[i].get(), Players[j].get(),
-                                                         PathPrefix + ".R0.G" + Number(id) + ".pgn", Output);
-            game->Verbose = Verbose;
-            game->PaceMs = PaceMs;
-            game->OnFinished = [this] { WakeScheduler(); };
-            Games.push_back(std::move(game));
+            AddGame(int32_t(Games.size()) + 1, Players[i].get(), Players[j].get());
         }
     }
+    PairingCount = Games.size();
+}
+
+clsTourneyGame& clsTourney::AddGame(int32_t id, clsPlayer* white, clsPlayer* black) {
+    auto game = std::make_unique<clsTourneyGame>(id, ClockMoves, ClockGameMs, ClockIncrementMs, white, black,
+                                                 PathPrefix + ".R0.G" + clsString(id) + ".pgn", Output);
+    game->Verbose = Verbose;
+    game->PaceMs = PaceMs;
+    game->OnFinished = [this] { WakeScheduler(); };
+    clsTourneyGame& added = *game;
+    const bool locked = GamesLock.Lock() == 0;
+    Games.push_back(std::move(game));
+    if (locked) GamesLock.Unlock();
+    return added;
 }
 
 clsString clsTourney::TimeControlTag(int32_t moves, int32_t gameMs, int32_t incrementMs) {
-    clsString tag = Number(gameMs / MsPerSecond);
-    if (moves != 0) tag = Number(moves) + "/" + tag;
-    if (incrementMs != 0) tag += "+" + Number(incrementMs);
+    clsString tag = clsString(gameMs / MsPerSecond);
+    if (moves != 0) tag = clsString(moves) + "/" + tag;
+    if (incrementMs != 0) tag += "+" + clsString(incrementMs);
     return tag;
 }
 
@@ -236,11 +242,11 @@ void clsTourney::SetTags(clsTourneyGame& game, int position) {
     game.Tags.SetValue("Event", Name);
     game.Tags.SetValue("Site", clsString());
     game.Tags.SetValue("Date", clsString());
-    game.Tags.SetValue("Round", Number(Round));
-    game.Tags.SetValue("NuvoRound", Number(Id) + ":" + Number(Round) + ":" + Number(position));
+    game.Tags.SetValue("Round", clsString(game.Round));
+    game.Tags.SetValue("NuvoRound", clsString(Id) + ":" + clsString(game.Round) + ":" + clsString(position));
     game.Tags.SetValue("NuvoSoftware", Software);
-    game.Tags.SetValue("NuvoTimeControl",
-                       Number(ClockMoves) + ":" + Number(ClockGameMs) + ":" + Number(ClockIncrementMs));
+    game.Tags.SetValue("NuvoTimeControl", clsString(ClockMoves) + ":" + clsString(ClockGameMs) + ":" +
+                                              clsString(ClockIncrementMs));
     game.Tags.SetValue("TimeControl", TimeControlTag(ClockMoves, ClockGameMs, ClockIncrementMs));
     game.Tags.SetValue("White", game.WhitePlayer->Name);
     game.Tags.SetValue("Black", game.BlackPlayer->Name);
@@ -253,67 +259,84 @@ void clsTourney::PlayRounds() {
         if (game->Code == CodeRunning) game->Abort();
     for (auto& player : Players) player->SetScore(0);
     if (Resume && !TakeUpPlayedGames()) return;
-    for (Round = 1; Round <= Rounds && MayStartGames(); ++Round) {
-        if (!PlaysRound(Round)) continue;
-        std::vector<bool> reported(Games.size(), false);
-        for (size_t p = 0; p < Games.size(); ++p) {
-            clsTourneyGame& game = *Games[p];
-            game.PgnFile = PathPrefix + ".R" + Number(Round) + ".G" + Number(game.GameId) + ".pgn";
-            game.Reset(false);
-            SetTags(game, int(p) + 1);
-            SetOpening(game);
-            // A game taken up from an earlier run counts as finished and reported.
-            if (PlayedGames.count({Round, game.GameId}) > 0) {
-                game.Finished = true;
-                reported[p] = true;
-            }
-        }
-        // Without pauses a game that ends makes room at once; the progress line still comes once a second.
-        uint64_t progressDue = 0;
-        for (int pending = 1; pending > 0;) {
-            int playing = 0;
-            pending = 0;
-            clsString status;
-            for (size_t p = 0; p < Games.size(); ++p) {
-                clsTourneyGame& game = *Games[p];
-                if (game.Finished) {
-                    if (!reported[p]) Report(game);
-                    reported[p] = true;
-                    continue;
-                }
-                const bool running = game.IsRunning();
-                if (!running && !MayStartGames()) continue; // left unplayed
-                ++pending;
-                if (running) {
-                    ++playing;
-                    status += clsString(game.SideToMove == 0 ? "W" : "B") + Number(game.MoveNumber) + " ";
-                } else if (playing < Threads) {
-                    game.Tags.SetValue("Date", Now());
-                    game.Start();
-                    ++playing;
-                }
-            }
-            const uint64_t now = nuvobase::ClockMs();
-            if (PaceMs != 0 || now >= progressDue) {
-                Output->Write("# ROUND " + Number(Round) + "/" + Number(Rounds) + " - GAMES PLAYING " +
-                                  Number(playing) + "/" + Number(pending) + " " + status,
-                              true);
-                progressDue = now + SchedulerMs;
-            }
-            if (pending > 0 && PaceMs == 0)
-                AwaitGameEnd(int(progressDue - now));
-            else if (pending > 0)
-                nuvobase::SleepMs(SchedulerMs);
-            if (!MayStartGames() && playing == 0) break;
-        }
+    struct clsScheduled {
+        int32_t Round;
+        size_t Pairing;
+    };
+    std::deque<clsScheduled> waiting;
+    for (int32_t round = 1; round <= Rounds; ++round) {
+        if (!PlaysRound(round)) continue;
+        for (size_t p = 0; p < PairingCount; ++p)
+            if (PlayedGames.count({round, Games[p]->GameId}) == 0) waiting.push_back({round, p});
     }
+    std::vector<clsTourneyGame*> playing; // started and not yet reported, in the order they started
+    uint64_t progressDue = 0;
+    while (!playing.empty() || (!waiting.empty() && MayStartGames())) {
+        // The round shown, and with pauses the only one whose games may start: that of the oldest game.
+        Round = playing.empty() ? waiting.front().Round : playing.front()->Round;
+        clsString status;
+        for (size_t g = 0; g < playing.size();) {
+            clsTourneyGame& game = *playing[g];
+            if (game.Finished) {
+                Report(game);
+                playing.erase(playing.begin() + ptrdiff_t(g));
+                continue;
+            }
+            status += clsString(game.SideToMove == 0 ? "W" : "B") + clsString(game.MoveNumber) + " ";
+            ++g;
+        }
+        const auto mayStart = [&](const clsScheduled& next) {
+            return MayStartGames() && (PaceMs == 0 || next.Round == Round);
+        };
+        while (!waiting.empty() && playing.size() < size_t(Threads) && mayStart(waiting.front())) {
+            const clsScheduled next = waiting.front();
+            waiting.pop_front();
+            clsTourneyGame& game = IdleGame(next.Pairing, playing);
+            StartGame(game, next.Round, int(next.Pairing) + 1);
+            playing.push_back(&game);
+        }
+        size_t pending = playing.size();
+        for (auto next = waiting.begin(); next != waiting.end() && mayStart(*next); ++next) ++pending;
+        const uint64_t now = nuvobase::ClockMs();
+        if (PaceMs != 0 || now >= progressDue) {
+            Output->Write("# ROUND " + clsString(Round) + "/" + clsString(Rounds) + " - GAMES PLAYING " +
+                              clsString(int64_t(playing.size())) + "/" + clsString(int64_t(pending)) + " " +
+                              status,
+                          true);
+            progressDue = now + SchedulerMs;
+        }
+        if (pending == 0) continue; // the round is over: the next one starts at once
+        if (PaceMs == 0)
+            AwaitGameEnd(int(progressDue - now));
+        else
+            nuvobase::SleepMs(SchedulerMs);
+    }
+}
+
+clsTourneyGame& clsTourney::IdleGame(size_t pairing, const std::vector<clsTourneyGame*>& playing) {
+    const int32_t id = Games[pairing]->GameId;
+    for (auto& game : Games)
+        if (game->GameId == id && std::find(playing.begin(), playing.end(), game.get()) == playing.end())
+            return *game;
+    return AddGame(id, Games[pairing]->WhitePlayer, Games[pairing]->BlackPlayer);
+}
+
+void clsTourney::StartGame(clsTourneyGame& game, int32_t round, int position) {
+    game.Round = round;
+    game.PgnFile = PathPrefix + ".R" + clsString(round) + ".G" + clsString(game.GameId) + ".pgn";
+    game.Reset(false);
+    SetTags(game, position);
+    SetOpening(game);
+    game.Tags.SetValue("Date", Now());
+    game.Start();
 }
 
 void clsTourney::Report(clsTourneyGame& game) {
     // The game has ended: its thread is joined before its fields are read.
     game.Wait();
-    Log(game.GameId, "result\t" + game.ResultText() + "\t" + game.ReasonText() + "\t" +
-                         game.WhitePlayer->Name + "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
+    LogInRound(game.Round, game.GameId,
+               "result\t" + game.ResultText() + "\t" + game.ReasonText() + "\t" + game.WhitePlayer->Name +
+                   "\t" + game.BlackPlayer->Name + "\t" + game.PgnFile);
     FlushLog();
     if (Standings) RecordResult(game);
 }
@@ -333,8 +356,12 @@ void clsTourney::AwaitGameEnd(int timeoutMs) {
 }
 
 void clsTourney::Log(int32_t gameId, const clsString& text) {
-    const clsString line = Number(Id) + "\t" + Number(int64_t(nuvobase::ClockMs() - StartMs)) + "\t" +
-                           Number(Round) + "\t" + Number(gameId) + "\t-\t" + text;
+    LogInRound(Round, gameId, text);
+}
+
+void clsTourney::LogInRound(int32_t round, int32_t gameId, const clsString& text) {
+    const clsString line = clsString(Id) + "\t" + clsString(int64_t(nuvobase::ClockMs() - StartMs)) + "\t" +
+                           clsString(round) + "\t" + clsString(gameId) + "\t-\t" + text;
     Output->Write(line, true);
     if (LogFile.IsEmpty()) return;
     if (LogLock.Lock() == 0) {
@@ -359,8 +386,12 @@ void clsTourney::FlushLog() {
 bool clsTourney::Stop() {
     if (!IsRunning()) return true;
     StopRequested = true;
-    for (auto& game : Games)
-        if (game->IsRunning()) game->RequestAbort();
+    if (GamesLock.Lock() == 0) {
+        for (auto& game : Games)
+            if (game->IsRunning()) game->RequestAbort();
+        GamesLock.Unlock();
+    }
+    WakeScheduler();
     Log(0, "cancel");
     for (unsigned waited = 0; waited < StopWaitMs && IsRunning(); waited += SchedulerMs / 10)
         nuvobase::SleepMs(SchedulerMs / 10);

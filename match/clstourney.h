@@ -32,7 +32,7 @@ public:
     enum TourneyTypes : int32_t { RoundRobin = 0, Gauntlet = 1, Learning = 2 };
     // The text "NuvoSoftware" carries.
     static constexpr const char* Software = "Corvane 1.0";
-    // How often the scheduler looks at the games.
+    // How often the scheduler looks at the games, and how often it writes its progress line.
     static constexpr unsigned SchedulerMs = 1000;
     // How long Stop waits for the thread to end by itself.
     static constexpr unsigned StopWaitMs = 3000;
@@ -84,7 +84,10 @@ public:
     nuvobase::clsCondition GameEnded{WakeLock};
     bool GameEndedSinceLook = false; // guarded by WakeLock
     std::vector<std::unique_ptr<clsPlayer>> Players;
+    // The first PairingCount games are the pairings in order, their index + 1 the game id. Without pauses a
+    // pairing may play in two rounds at once; the scheduler then adds a game of the same id behind them.
     std::vector<std::unique_ptr<clsTourneyGame>> Games;
+    size_t PairingCount = 0;
     int32_t Type = RoundRobin;
     nuvobase::clsStrings HeaderTags; // the extra PGN tags of the file, in file order
     clsOpenings Openings;            // empty without an openings element
@@ -109,11 +112,21 @@ private:
     bool ReadSettings();
     void MakePlayers(nuvobase::clsXML& engines);
     void MakeGames();
+    // Adds a game of the pairing of white and black, ready to be started.
+    clsTourneyGame& AddGame(int32_t id, clsPlayer* white, clsPlayer* black);
+    // Plays the rounds on Threads game slots. With pauses a round starts when the previous one has ended;
+    // without them a free slot takes the next game of the schedule whatever its round.
     void PlayRounds();
-    // The tags of a game at the start of a round.
+    // A game of the pairing that is not playing, added when every one of them is.
+    clsTourneyGame& IdleGame(size_t pairing, const std::vector<clsTourneyGame*>& playing);
+    // Sets the game up for its round and starts it.
+    void StartGame(clsTourneyGame& game, int32_t round, int position);
+    // The tags of a game at the start of its round.
     void SetTags(clsTourneyGame& game, int position);
-    // Marks the game as reported and logs its result.
+    // Logs the result of the game, which has ended, and counts it.
     void Report(clsTourneyGame& game);
+    // A line of the log that belongs to the round.
+    void LogInRound(int32_t round, int32_t gameId, const nuvobase::clsString& text);
     // Tells the scheduler that a game has ended; called on the game's thread.
     void WakeScheduler();
     // Waits up to timeoutMs for a game to end, or returns at once when one has ended since the last look.
@@ -149,6 +162,7 @@ private:
 
     std::set<std::pair<int32_t, int32_t>> PlayedGames; // round and game id of the games taken up
     nuvobase::clsMutex LogLock;                        // guards LogLines: Stop logs from another thread
+    nuvobase::clsMutex GamesLock;                      // guards Games while it grows: Stop walks it
     std::atomic<bool> StopRequested{false};
 };
 

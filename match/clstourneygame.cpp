@@ -31,10 +31,6 @@ constexpr uint32_t RepetitionDraw = CodeRepetition | CodeDraw, ClaimedDraw = Cod
 constexpr int RepetitionsBefore = 3;
 constexpr int64_t UsPerMs = 1000;
 
-clsString Number(int64_t value) {
-    return clsString(value);
-}
-
 } // namespace
 
 clsTourneyGame::EngineMaker clsTourneyGame::MakeEmbedded;
@@ -84,6 +80,7 @@ bool clsTourneyGame::Run() {
         GameLog(Neither, "game aborted do to software exception!");
         SetCode(CodeAborted);
     }
+    KeepSoundEngines();
     Engines.clear();
     Referee.reset();
     SaveFiles();
@@ -133,12 +130,13 @@ bool clsTourneyGame::Play() {
         const int64_t clock = mover.OwnTimeMs;
         // The turn's wall time and the engine's own account of its search, for whoever studies the timing.
         const auto timing = [&] {
-            const clsString wall = "\t" + Number(elapsedUs) + " us";
-            return mover.ReportedSearchMs < 0 ? wall
-                                              : wall + "\tengine " + Number(mover.ReportedSearchMs) + " ms";
+            const clsString wall = "\t" + clsString(elapsedUs) + " us";
+            return mover.ReportedSearchMs < 0
+                       ? wall
+                       : wall + "\tengine " + clsString(mover.ReportedSearchMs) + " ms";
         };
         if (IsOverTime(elapsed, clock)) {
-            const clsString over = Number(elapsed) + ">" + Number(clock);
+            const clsString over = clsString(elapsed) + ">" + clsString(clock);
             Tags.SetValue("Forfeit_ms", over);
             GameLog(side, mover.Name + " forfeits on time (" + over + ")" + timing());
             SetCode(side == Black ? BlackForfeits : WhiteForfeits);
@@ -164,7 +162,11 @@ bool clsTourneyGame::Play() {
 }
 
 std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player) {
-    std::unique_ptr<clsEngineInterface> engine;
+    std::unique_ptr<clsEngineInterface> engine = PaceMs == 0 ? player.TakeIdle() : nullptr;
+    if (engine) {
+        engine->Game = this;
+        return engine;
+    }
     if (player.IsEmbedded()) {
         if (MakeEmbedded) engine = MakeEmbedded(player.Name, Output, this);
     } else {
@@ -177,6 +179,22 @@ std::unique_ptr<clsEngineInterface> clsTourneyGame::MakeEngine(clsPlayer& player
     }
     if (engine) engine->Protocol = player.IsUci() ? clsEngineInterface::Uci : clsEngineInterface::XBoard;
     return engine;
+}
+
+void clsTourneyGame::KeepSoundEngines() {
+    if (PaceMs != 0) return;
+    for (auto& engine : Engines) {
+        clsPlayer& player = engine->Side == White ? *WhitePlayer : *BlackPlayer;
+        if (player.IsEmbedded() || !player.IsUci() || engine->IsStopped()) continue;
+        // A search still running ends, and the program must say it is ready: then nothing of this game
+        // is left in its output for the next one.
+        engine->SendLine("stop");
+        engine->Synchronise();
+        AwaitReady(*engine, true);
+        int32_t score = 0;
+        engine->TakeScore(score); // the last score belongs to this game
+        if (engine->Ready && !engine->IsStopped()) player.KeepIdle(std::move(engine));
+    }
 }
 
 void clsTourneyGame::LaunchPlayer(clsEngineInterface& engine, int side) {
@@ -202,17 +220,17 @@ bool clsTourneyGame::OpenGame(clsEngineInterface& engine) {
     return engine.Ready;
 }
 
-void clsTourneyGame::AwaitReady(clsEngineInterface& engine) {
+void clsTourneyGame::AwaitReady(clsEngineInterface& engine, bool settling) {
     // An XBoard program is ready when it says so with the feature done (or stays silent about it for the
     // grace time), not when the handshake has gone out.
     const auto ready = [&] { return engine.Ready && !engine.FeaturesPending(); };
-    const uint64_t until = nuvobase::ClockMs() + HandshakePolls;
+    const uint64_t until = nuvobase::ClockMs() + (settling ? SettleWaitMs : HandshakePolls);
     // A program that has ended will not answer: it loses when its turn comes.
     for (int poll = 0; !ready() && !engine.IsStopped(); ++poll) {
         const uint64_t now = nuvobase::ClockMs();
         if (PaceMs == 0 ? now >= until : poll >= HandshakePolls) break;
         engine.NudgeFeatures();
-        if (!engine.ReadReply().IsEmpty()) break;
+        if ((!engine.ReadReply().IsEmpty() && !settling) || ready()) break;
         if (PaceMs == 0)
             engine.WaitForReply(int(std::min<uint64_t>(until - now, ReplyWaitMs)));
         else
@@ -297,9 +315,9 @@ int clsTourneyGame::SetUpOpening() {
 void clsTourneyGame::RecordMove(const clsString& move, const clsString& san, int side) {
     if (side == White) {
         ++MoveNumber;
-        MoveText += Number(MoveNumber) + ". ";
+        MoveText += clsString(MoveNumber) + ". ";
     } else if (MoveText.IsEmpty()) {
-        MoveText += Number(MoveNumber) + "... ";
+        MoveText += clsString(MoveNumber) + "... ";
     }
     MoveText += move + " ";
     SanMoves.push_back(san);
@@ -354,8 +372,8 @@ void clsTourneyGame::Score() {
     clsPlayer* players[2] = {WhitePlayer, BlackPlayer};
     for (int side : {White, Black}) {
         const int32_t total = players[side]->AddScore(points[side]);
-        GameLog(Neither, players[side]->Name.Quote('\'') + " result " + Number(points[side]) + " score " +
-                             Number(total));
+        GameLog(Neither, players[side]->Name.Quote('\'') + " result " + clsString(points[side]) + " score " +
+                             clsString(total));
     }
 }
 
@@ -364,7 +382,7 @@ void clsTourneyGame::GameLog(int side, const clsString& text) {
     const clsString line = clsString(Marks[side < White || side > Neither ? Neither : side]) + "\t" + text;
     LogLines.Add(line);
     if (Output && (Verbose || text.Compare("forfeit", clsString::CompareContains)))
-        Output->Write("#\tG" + Number(GameId) + "\t" + line, true);
+        Output->Write("#\tG" + clsString(GameId) + "\t" + line, true);
 }
 
 clsString clsTourneyGame::PgnText() const {
@@ -386,7 +404,7 @@ void clsTourneyGame::SaveFiles() const {
     const bool saved = log.SaveToFile(path.ChangeExtension(".log").Text()) &&
                        PgnText().SaveToFile(path.ChangeExtension(".pgn").Text());
     if (!saved && Output)
-        Output->Write("# cannot write the files of game " + Number(GameId) + ": " + path, true);
+        Output->Write("# cannot write the files of game " + clsString(GameId) + ": " + path, true);
 }
 
 } // namespace nvoChess

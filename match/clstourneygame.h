@@ -40,6 +40,8 @@ public:
     static constexpr int HandshakePolls = 20000;
     // The longest a game waits for a reply before it looks at its clock and at an abort again.
     static constexpr int ReplyWaitMs = 100;
+    // How long a UCI program gets at the end of a game to say it is ready for the next one.
+    static constexpr uint64_t SettleWaitMs = 1000;
 
     clsTourneyGame(int32_t gameId, int32_t clockMoves, int32_t clockGameMs, int32_t clockIncrementMs,
                    clsPlayer* white, clsPlayer* black, const nuvobase::clsString& pgnFile,
@@ -75,6 +77,7 @@ public:
 
     nuvobase::clsTSafeOutput* Output; // not owned
     int32_t GameId;
+    int32_t Round = 0; // the tournament round the game plays
     std::atomic<int32_t> SideToMove{0};
     std::atomic<int32_t> MoveNumber{0};
     std::atomic<bool> Finished{false};
@@ -101,15 +104,20 @@ public:
 private:
     // The game from the first move to its end; false when nobody scored.
     bool Play();
-    // An engine for the player, or null when the player cannot have one.
+    // An engine for the player, or null when the player cannot have one. Without pauses it is the
+    // player's program waiting from an earlier game, when there is one.
     std::unique_ptr<clsEngineInterface> MakeEngine(clsPlayer& player);
+    // Without pauses each UCI program still running that answers "isready" after "stop" waits with its
+    // player for the next game: starting a program anew takes longer than the first moves of a game.
+    void KeepSoundEngines();
     // Sets the engine's side and clocks and, when it is not ready, starts it and sends the handshake; with
     // pauses it also waits for the answer.
     void LaunchPlayer(clsEngineInterface& engine, int side);
     // Once the engine has answered, starts a new game on it; Ready.
     bool OpenGame(clsEngineInterface& engine);
-    // Reads the engine's answers until it is ready, it has ended, it gives a reply, or the bound passes.
-    void AwaitReady(clsEngineInterface& engine);
+    // Reads the engine's answers until it is ready, it has ended, the bound passes, or it gives a reply.
+    // Settling at the end of a game the bound is SettleWaitMs and replies are passed over.
+    void AwaitReady(clsEngineInterface& engine, bool settling = false);
     // Sends what starts the mover's turn and starts the turn's clock: behind the lines when they are
     // sent without a pause, else before them, so that the pauses count in the mover's time.
     void StartTurn(const std::function<void()>& send);

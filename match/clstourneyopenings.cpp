@@ -20,7 +20,7 @@ bool clsTourney::ReadOpenings(clsXML& options) {
     clsXML* element = options.FindPath("openings", clsString(), clsString());
     if (!element) return true;
     OpeningsFile = element->GetAttribute("file");
-    const int32_t plies = int32_t(std::strtol(element->GetAttribute("plies").Text(), nullptr, 10));
+    const int32_t plies = int32_t(element->GetAttribute("plies").ToDecimal());
     // Without a seed every run has openings of its own.
     const clsString seed = element->GetAttribute("seed");
     Openings.Seed(seed.IsEmpty() ? RandomNext() : std::strtoull(seed.Text(), nullptr, 10));
@@ -79,7 +79,7 @@ bool clsTourney::TakesSetBoard(const clsPlayer& player) {
 }
 
 void clsTourney::SetOpening(clsTourneyGame& game) {
-    const clsOpening& opening = Openings.ForRound(Round);
+    const clsOpening& opening = Openings.ForRound(game.Round);
     game.StartFen = opening.Fen;
     game.OpeningMoves = opening.Moves;
     game.Adjudicator.Rules = Adjudication;

@@ -2,8 +2,6 @@
 // the standings as JSON beside the log and as a table on the output.
 #include "match/clstourney.h"
 
-#include <cstdlib>
-
 using nuvobase::clsString;
 
 namespace nvoChess {
@@ -64,7 +62,7 @@ clsPgnExport clsTourney::ExportOf(const clsTourneyGame& game) const {
         for (clsString& field : fields)
             if (position >= 0) field = game.StartFen.NextWord(' ', position, false, true);
         pgn.BlackMovesFirst = fields[SideField] == "b";
-        const int32_t fullMove = int32_t(std::strtol(fields[FullMoveField].Text(), nullptr, 10));
+        const int32_t fullMove = int32_t(fields[FullMoveField].ToDecimal());
         pgn.FirstMoveNumber = fullMove > 0 ? fullMove : 1;
     }
     // With the round, the game id tells a resumed tournament which game this is.
@@ -80,10 +78,11 @@ void clsTourney::RecordResult(const clsTourneyGame& game) {
     clsTourneyGame::Points(game.Code, white, black);
     if (white + black == 0) return; // an aborted or undecided game counts for nobody
     const bool undecided = Standings->Sprt && Standings->Sprt->Verdict == clsSprt::Undecided;
-    Standings->Add({game.WhitePlayer->Name, game.BlackPlayer->Name, white, Round});
+    Standings->Add({game.WhitePlayer->Name, game.BlackPlayer->Name, white, game.Round});
     if (undecided && Standings->Sprt->Verdict != clsSprt::Undecided)
-        Log(game.GameId, "sprt llr " + clsString().FromDouble(Standings->Sprt->Llr, SprtDecimals) + ": " +
-                             Standings->Sprt->VerdictText() + ", no further game starts");
+        LogInRound(game.Round, game.GameId,
+                   "sprt llr " + clsString().FromDouble(Standings->Sprt->Llr, SprtDecimals) + ": " +
+                       Standings->Sprt->VerdictText() + ", no further game starts");
     WriteStandings(false);
 }
 

@@ -70,7 +70,7 @@ bool clsTourney::TakeUpPlayedGames() {
     for (const clsPgnRecord& record : records) {
         const int32_t round = record.NumberTag("Round"), id = record.NumberTag("GameId");
         const clsTourneyGame* game =
-            round >= 1 && round <= Rounds && PlaysRound(round) && id >= 1 && id <= int32_t(Games.size())
+            round >= 1 && round <= Rounds && PlaysRound(round) && id >= 1 && id <= int32_t(PairingCount)
                 ? Games[size_t(id - 1)].get()
                 : nullptr;
         const nuvobase::clsStrings& tags = record.Game.Tags;

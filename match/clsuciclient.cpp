@@ -29,10 +29,10 @@ void clsUciClient::NewGame() {
 void clsUciClient::Go() {
     const clsEngineInterface& e = Engine;
     const bool white = e.Side == 0;
-    Engine.SendLine("go wtime " + Number(white ? e.OwnTimeMs : e.OpponentTimeMs) + " btime " +
-                    Number(white ? e.OpponentTimeMs : e.OwnTimeMs) + " winc " +
-                    Number(white ? e.OwnIncrementMs : e.OpponentIncrementMs) + " binc " +
-                    Number(white ? e.OpponentIncrementMs : e.OwnIncrementMs));
+    Engine.SendLine("go wtime " + clsString(white ? e.OwnTimeMs : e.OpponentTimeMs) + " btime " +
+                    clsString(white ? e.OpponentTimeMs : e.OwnTimeMs) + " winc " +
+                    clsString(white ? e.OwnIncrementMs : e.OpponentIncrementMs) + " binc " +
+                    clsString(white ? e.OpponentIncrementMs : e.OwnIncrementMs));
 }
 
 void clsUciClient::OpponentMoved(const clsString&) {
@@ -57,7 +57,7 @@ clsString clsUciClient::ParseLine(const clsString& line, const clsString& word, 
     const bool remark = rest.Compare("string ", clsString::CompareStartsWith);
     for (int position = word == "info" && !remark ? 0 : -1; position >= 0;) {
         if (rest.NextWord(' ', position) == "time" && position >= 0) {
-            Engine.ReportedSearchMs = int32_t(ReadNumber(rest.NextWord(' ', position)));
+            Engine.ReportedSearchMs = int32_t(rest.NextWord(' ', position).ToDecimal());
             break;
         }
     }

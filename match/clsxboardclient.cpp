@@ -34,8 +34,8 @@ void clsXBoardClient::NewGame() {
     ForceMode = false;
     Engine.SendLine("new");
     Engine.SendLine("post");
-    Engine.SendLine("level 0 " + Number(Engine.OwnTimeMs / MsPerSecond) + " " +
-                    Number(Engine.OwnIncrementMs / MsPerSecond));
+    Engine.SendLine("level 0 " + clsString(Engine.OwnTimeMs / MsPerSecond) + " " +
+                    clsString(Engine.OwnIncrementMs / MsPerSecond));
     const nuvobase::clsStrings& options = Engine.EngineOptions;
     for (int i = 0; i < options.Count; ++i)
         Engine.SendLine("option " + options.GetName(i) + "=" + options.GetAt(i));
@@ -53,8 +53,8 @@ void clsXBoardClient::NewGame() {
 }
 
 void clsXBoardClient::SendClocks() {
-    Engine.SendLine("time " + Number(Engine.OwnTimeMs / MsPerCentisecond));
-    Engine.SendLine("otim " + Number(Engine.OpponentTimeMs / MsPerCentisecond));
+    Engine.SendLine("time " + clsString(Engine.OwnTimeMs / MsPerCentisecond));
+    Engine.SendLine("otim " + clsString(Engine.OpponentTimeMs / MsPerCentisecond));
 }
 
 void clsXBoardClient::Go() {
@@ -76,7 +76,7 @@ void clsXBoardClient::OpponentMoved(const clsString& move) {
 
 void clsXBoardClient::Synchronise() {
     if (Engine.PingFeature)
-        Engine.SendLine("ping " + Number(++Engine.PingCounter));
+        Engine.SendLine("ping " + clsString(++Engine.PingCounter));
     else
         Engine.Ready = true;
 }
@@ -99,7 +99,7 @@ void clsXBoardClient::NudgeFeatures() {
 
 clsString clsXBoardClient::ParseLine(const clsString& line, const clsString& word, const clsString& rest) {
     if (word == "pong") {
-        Engine.Ready = ReadNumber(rest) == Engine.PingCounter;
+        Engine.Ready = rest.ToDecimal() == Engine.PingCounter;
     } else if (word == "move") {
         OldFormMoveText.Clear();
         return "move " + MoveReplyText(rest);
@@ -129,9 +129,9 @@ void clsXBoardClient::ReadFeatures(const clsString& pairs) {
         if (key.IsEmpty()) continue;
         Engine.Options.SetValue(key, value, false);
         if (key == "done") {
-            Engine.Ready = ReadNumber(value) != 0;
+            Engine.Ready = value.ToDecimal() != 0;
         } else if (key == "ping") {
-            Engine.PingFeature = ReadNumber(value) != 0;
+            Engine.PingFeature = value.ToDecimal() != 0;
             Engine.Ready = !Engine.PingFeature;
         }
     }

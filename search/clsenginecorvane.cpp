@@ -20,10 +20,6 @@ constexpr int32_t DefaultPercentage = 60;
 constexpr int32_t FirstDepth = 2;       // the deepening's first nominal depth
 constexpr int64_t ForcedScore = 100000; // info score of a forced result, plus or minus the moves to it
 
-clsString Number(int64_t value) {
-    return clsString(value);
-}
-
 } // namespace
 
 nuvobase::clsStrings clsEngineCorvane::CommandLine;
@@ -83,11 +79,11 @@ bool clsEngineCorvane::Run() {
 
     if (!PlayBookMove()) {
         if (!PrepareRoot()) return true; // mate or stalemate: no move, no more words
-        if (Post) Info(" " + Number(Root->End() - Root->Moves) + " moves to analyze");
+        if (Post) Info(" " + clsString(Root->End() - Root->Moves) + " moves to analyze");
         const eDeepening end = Deepen(limit);
         if (Post && end != eDeepening::DepthLimit) {
             const clsMove best = CopyBestMove();
-            const clsString moves = Number(best.Flags >> MoveForcedShift);
+            const clsString moves = clsString(int64_t(best.Flags >> MoveForcedShift));
             int score = 0;
             if (end == eDeepening::Wins)
                 Info("I'll win in " + moves + " moves playing " + GetBestMoveText(false, score));
@@ -118,12 +114,12 @@ clsString clsEngineCorvane::GetStatistics(int64_t elapsedMs) {
     clsString text;
     const uint64_t nodes = Nodes;
     if (elapsedMs != 0)
-        text += Number(elapsedMs) + " ms " + Number(static_cast<int64_t>(nodes) / elapsedMs) + " Knps";
+        text += clsString(elapsedMs) + " ms " + clsString(static_cast<int64_t>(nodes) / elapsedMs) + " Knps";
     if (nodes != 0) {
         const uint64_t hits = TTHits;
-        text += ", TT hits: " + Number(static_cast<int64_t>(hits)) + " ";
+        text += ", TT hits: " + clsString(static_cast<int64_t>(hits)) + " ";
         text += clsString().FromDouble(hits * 100.0 / nodes, 2);
-        text += "%, Rept.Hits: " + Number(static_cast<int64_t>(ReptHits.load()));
+        text += "%, Rept.Hits: " + clsString(static_cast<int64_t>(ReptHits.load()));
     }
     return text;
 }
@@ -175,8 +171,8 @@ clsString clsEngineCorvane::GetInfoLine() {
     else if (best.Flags & MoveLoses)
         score = moves - ForcedScore;
     const int64_t centiseconds = static_cast<int64_t>(nuvobase::ClockMs() - SearchStart) * 1000 / 10000;
-    return Number(SearchDepth) + " " + Number(score) + "  " + Number(centiseconds) + " " +
-           Number(static_cast<int64_t>(Nodes.load())) + " " + MoveText(&best, true);
+    return clsString(SearchDepth) + " " + clsString(score) + "  " + clsString(centiseconds) + " " +
+           clsString(static_cast<int64_t>(Nodes.load())) + " " + MoveText(&best, true);
 }
 
 void clsEngineCorvane::DepthFinished() {

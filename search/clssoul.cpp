@@ -1,7 +1,5 @@
 #include "search/clssoul.h"
 
-#include <cstdlib>
-
 #include "chess/random.h"
 
 namespace nvoChess {
@@ -23,7 +21,7 @@ void clsSoul::ReadNumbers(const char* text, char separator) {
         for (; text && *text && *text != separator; ++text)
             if (length < static_cast<int>(sizeof(word)) - 1) word[length++] = *text;
         word[length] = 0;
-        P[i] = static_cast<int32_t>(std::strtol(word, nullptr, 10));
+        P[i] = static_cast<int32_t>(nuvobase::clsString(word).ToDecimal());
         if (text && *text) ++text;
     }
 }

@@ -21,57 +21,31 @@ const Model SmallModel = {{5, {1, 2, 3}}, {0x123456789ULL, {200, 0, 7}}, {0xF000
 using BookFile = BookFiles;
 
 TEST_F(BookFile, SavedBookLoadsEqual) {
+    // Keys little-endian and in unsigned order, counters of every length: the bytes as the file layout has
+    // them.
     std::mt19937_64 random(6);
     const Model model = RandomModel(random, 3000);
     clsBook book;
     Fill(book, model);
     ASSERT_TRUE(book.Save(PathTo("a.cbk"), 0));
+    FileBuilder file;
+    file.Header(1, uint32_t(model.size()));
+    for (const auto& [key, counters] : model)
+        file.Entry(key, std::get<0>(counters), std::get<1>(counters), std::get<2>(counters));
+    EXPECT_EQ(ReadBytes("a.cbk"), file.Trailer().Data);
 
     clsBook loaded;
     Fill(loaded, SmallModel); // Load replaces what was there
     EXPECT_TRUE(loaded.Load(PathTo("a.cbk"), 0));
     EXPECT_EQ(Contents(loaded), Contents(model));
-
-    // Append puts the file's entries behind the present ones, in file order.
-    clsBook appended;
-    Fill(appended, SmallModel);
-    EXPECT_TRUE(appended.Append(PathTo("a.cbk"), 0));
-    auto expected = Contents(SmallModel);
-    const auto fromFile = Contents(model);
-    expected.insert(expected.end(), fromFile.begin(), fromFile.end());
-    EXPECT_EQ(Contents(appended), expected);
-
-    // Saving the loaded book again gives the same bytes.
-    ASSERT_TRUE(loaded.Save(PathTo("b.cbk"), 0));
-    EXPECT_EQ(ReadBytes("a.cbk"), ReadBytes("b.cbk"));
-}
-
-TEST_F(BookFile, LayoutOfHeaderEntriesAndTrailer) {
-    // One, two and five bytes for the counters; keys little-endian, and in
-    // unsigned order, so the one with the top bit set comes last.
-    clsBook book;
-    book.Add(new clsBookEntry(0x8000000000000001ULL, 300, 0, 1));
-    book.Add(new clsBookEntry(0x0102030405060708ULL, 127, 128, 4294967295u));
-    ASSERT_TRUE(book.Save(PathTo("book.cbk"), 0));
-    Bytes expected = FileBuilder().Header(1, 2).Data;
-    expected.insert(expected.end(), {0x7F, 0x80, 0x01, 0xFF, 0xFF, 0xFF, 0xFF, 0x0F, //
-                                     0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01, //
-                                     0xAC, 0x02, 0x00, 0x01,                         //
-                                     0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x80, //
-                                     '*',  'E',  'N',  'D',  '*',  0});
-    EXPECT_EQ(ReadBytes("book.cbk"), expected);
-
-    clsBook loaded;
-    EXPECT_TRUE(loaded.Load(PathTo("book.cbk"), 0));
-    EXPECT_EQ(Contents(loaded), Contents(book));
 }
 
 TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
     FileBuilder file;
-    file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word32(1).Word32(1);
+    file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word(1, 4).Word(1, 4);
     for (int i = 0; i < 31; ++i) file.Number(i * 1000);
     file.Raw({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}); // beyond 64 bits
-    file.Raw({0x85, 0x80, 0x80, 0x00, 0x02, 0x03}).Word64(42).Trailer();
+    file.Raw({0x85, 0x80, 0x80, 0x00, 0x02, 0x03}).Word(42, 8).Trailer();
     WriteBytes("odd.cbk", file.Data);
 
     clsBook book;
@@ -87,16 +61,13 @@ TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
     badMagic[4] = 'X';
     WriteBytes("version2.cbk", version2);
     WriteBytes("magic.cbk", badMagic);
-    WriteBytes("cutreserved.cbk", Bytes(good.begin(), good.begin() + 30));
-    WriteBytes("empty.cbk", {});
 
-    for (const char* name : {"version2.cbk", "magic.cbk", "cutreserved.cbk", "empty.cbk", "absent.cbk"}) {
+    // Files cut short, the empty one too, are the next test's.
+    for (const char* name : {"version2.cbk", "magic.cbk", "absent.cbk"}) {
         SCOPED_TRACE(name);
         clsBook book;
         Fill(book, SmallModel);
         EXPECT_FALSE(book.Load(PathTo(name), 0));
-        EXPECT_EQ(Contents(book), Contents(SmallModel));
-        EXPECT_FALSE(book.Append(PathTo(name), 0));
         EXPECT_EQ(Contents(book), Contents(SmallModel));
     }
     clsBook book;
@@ -181,33 +152,21 @@ TEST_F(BookFile, HeaderCountThatDoesNotFitTheFile) {
     EXPECT_EQ(book.Count, 1);
 }
 
-// The weight is half the games, truncated; limit 10 keeps the positions of 20
-// games or more.
+// The weight is half the games, truncated; limit 10 keeps the positions of 20 games or more, and a limit of 0
+// or below keeps them all. Saving and loading filter alike.
 TEST_F(BookFile, LimitFiltersOnWeight) {
     const Model model = {{1, {1, 0, 0}}, {2, {0, 1, 1}}, {3, {19, 0, 0}}, {4, {10, 5, 5}}, {5, {0, 21, 0}}};
     clsBook book;
     Fill(book, model);
-
-    auto keysOf = [](const clsBook& loaded) {
-        std::vector<uint64_t> keys;
-        for (const auto& entry : Contents(loaded)) keys.push_back(entry.first);
-        return keys;
-    };
-    const std::vector<std::pair<int, std::vector<uint64_t>>> cases = {
-        {-5, {1, 2, 3, 4, 5}}, {0, {1, 2, 3, 4, 5}}, {1, {2, 3, 4, 5}}, {10, {4, 5}}, {11, {}}};
-    for (const auto& [limit, keys] : cases) {
-        SCOPED_TRACE(limit);
+    ASSERT_TRUE(book.Save(PathTo("all.cbk"), 0));
+    for (const auto& [limit, count] : {std::pair{-5, 5}, {0, 5}, {1, 4}, {10, 2}, {11, 0}}) {
         ASSERT_TRUE(book.Save(PathTo("limited.cbk"), limit));
-        clsBook loaded;
-        EXPECT_TRUE(loaded.Load(PathTo("limited.cbk"), 0));
-        EXPECT_EQ(keysOf(loaded), keys);
-
-        ASSERT_TRUE(book.Save(PathTo("all.cbk"), 0));
-        EXPECT_TRUE(loaded.Load(PathTo("all.cbk"), limit));
-        EXPECT_EQ(keysOf(loaded), keys);
+        clsBook saved, loaded;
+        EXPECT_TRUE(saved.Load(PathTo("limited.cbk"), 0)) << limit;
+        EXPECT_TRUE(loaded.Load(PathTo("all.cbk"), limit)) << limit;
+        EXPECT_EQ(saved.Count, count) << limit;
+        EXPECT_EQ(Contents(loaded), Contents(saved)) << limit;
     }
-    ASSERT_TRUE(book.Save(PathTo("none.cbk"), 11));
-    EXPECT_EQ(ReadBytes("none.cbk"), FileBuilder().Header(1, 0).Trailer().Data);
 }
 
 // Runs a save of a book of 30000 entries in a child process whose files may not
@@ -239,7 +198,7 @@ TEST_F(BookFile, SaveNeverLeavesAHalfWrittenBook) {
 
     // Replacing the file leaves nothing else beside it.
     ASSERT_TRUE(big.Save(PathTo("book.cbk"), 0));
-    EXPECT_EQ(FolderListing(), std::vector<std::string>{"book.cbk"});
+    EXPECT_TRUE(HoldsOnly("book.cbk"));
     ASSERT_TRUE(good.Save(PathTo("book.cbk"), 0));
 
     // A write that fails: false, the old book in place, the scratch file gone.
@@ -247,7 +206,7 @@ TEST_F(BookFile, SaveNeverLeavesAHalfWrittenBook) {
     ASSERT_TRUE(WIFEXITED(failed));
     EXPECT_EQ(WEXITSTATUS(failed), 1);
     EXPECT_EQ(ReadBytes("book.cbk"), goodBytes);
-    EXPECT_EQ(FolderListing(), std::vector<std::string>{"book.cbk"});
+    EXPECT_TRUE(HoldsOnly("book.cbk"));
 
     // A process killed in the middle of the write: the old book stays whole.
     const int killed = SaveInLimitedChild(big, PathTo("book.cbk"), false);

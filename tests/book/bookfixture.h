@@ -66,12 +66,9 @@ struct FileBuilder {
         Data.insert(Data.end(), bytes);
         return *this;
     }
-    FileBuilder& Word32(uint32_t value) {
-        for (int i = 0; i < 4; ++i) Data.push_back(uint8_t(value >> (8 * i)));
-        return *this;
-    }
-    FileBuilder& Word64(uint64_t value) {
-        for (int i = 0; i < 8; ++i) Data.push_back(uint8_t(value >> (8 * i)));
+    // A little-endian word of the given bytes.
+    FileBuilder& Word(uint64_t value, int bytes) {
+        for (int i = 0; i < bytes; ++i) Data.push_back(uint8_t(value >> (8 * i)));
         return *this;
     }
     FileBuilder& Number(uint64_t value) {
@@ -80,12 +77,12 @@ struct FileBuilder {
         return *this;
     }
     FileBuilder& Header(uint32_t version, uint32_t count) {
-        Raw({'N', 'V', 'O', 'B', 'K', 0}).Word32(version).Word32(count);
+        Raw({'N', 'V', 'O', 'B', 'K', 0}).Word(version, 4).Word(count, 4);
         Data.insert(Data.end(), 32, 0);
         return *this;
     }
     FileBuilder& Entry(uint64_t key, uint32_t wins, uint32_t losses, uint32_t draws) {
-        return Number(wins).Number(losses).Number(draws).Word64(key);
+        return Number(wins).Number(losses).Number(draws).Word(key, 8);
     }
     FileBuilder& Trailer() { return Raw({'*', 'E', 'N', 'D', '*', 0}); }
 };
@@ -110,12 +107,10 @@ protected:
         std::ofstream out(Folder / name, std::ios::binary | std::ios::trunc);
         out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
     }
-    std::vector<std::string> FolderListing() const {
-        std::vector<std::string> names;
-        for (const auto& item : std::filesystem::directory_iterator(Folder))
-            names.push_back(item.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
+    // Whether the folder holds this one file and nothing beside it.
+    bool HoldsOnly(const std::string& name) const {
+        return std::distance(std::filesystem::directory_iterator(Folder), {}) == 1 &&
+               std::filesystem::exists(Folder / name);
     }
 
     std::filesystem::path Folder;

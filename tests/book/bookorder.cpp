@@ -1,7 +1,6 @@
-// The book in memory: sorted insert (keys in unsigned order, a model map as the answer), merge, lookup,
-// and the order by score in a list of moves.
+// The book in memory: lookup, the merge into a book (checked at scale by PgnReference, whose books are built
+// by merging batches of games), and the score of an entry.
 
-#include <algorithm>
 #include <limits>
 
 #include "bookfixture.h"
@@ -9,86 +8,12 @@
 using namespace booktest;
 using nvoChess::clsBook;
 using nvoChess::clsBookEntry;
-using nvoChess::clsBookEntryExt;
-using nvoChess::CompareBookEntries;
 
 namespace {
 
 const uint32_t Largest = std::numeric_limits<uint32_t>::max();
 
-void AddToModel(Model& model, uint64_t key, Counters counters) {
-    auto& [wins, losses, draws] = model[key];
-    wins += std::get<0>(counters);
-    losses += std::get<1>(counters);
-    draws += std::get<2>(counters);
-}
-
 } // namespace
-
-// Random inserts against a map, in books small enough for the linear walk and
-// large enough for the bisection, with many repeated keys.
-TEST(BookAdd, KeepsKeyOrderAndSumsEqualKeys) {
-    std::mt19937_64 random(1);
-    for (int size : {1, 8, 9, 10, 40, 3000}) {
-        SCOPED_TRACE(size);
-        std::vector<uint64_t> keys(size);
-        for (auto& key : keys) key = random();
-        clsBook book;
-        Model model;
-        for (int i = 0; i < 4 * size; ++i) {
-            const uint64_t key = keys[random() % keys.size()];
-            const Counters counters = {uint32_t(random() % 3), uint32_t(random() % 3),
-                                       uint32_t(random() % 3)};
-            const int index = book.Add(
-                new clsBookEntry(key, std::get<0>(counters), std::get<1>(counters), std::get<2>(counters)));
-            AddToModel(model, key, counters);
-            ASSERT_GE(index, 0);
-            EXPECT_EQ(book.At(index)->Key, key);
-        }
-        EXPECT_EQ(Contents(book), Contents(model));
-    }
-
-    // A sum beyond 32 bits stays at the largest counter.
-    clsBook book;
-    book.Add(new clsBookEntry(5, Largest - 1, 7, Largest));
-    book.Add(new clsBookEntry(5, 3, 1, 1));
-    EXPECT_EQ(Contents(book), Contents(Model{{5, {Largest, 8, Largest}}}));
-
-    EXPECT_EQ(book.Add(nullptr), -1);
-    EXPECT_EQ(book.Count, 1);
-}
-
-TEST(BookMerge, JoinsSortedBooksSummingSharedKeys) {
-    std::mt19937_64 random(2);
-    Model left = RandomModel(random, 500);
-    Model right = RandomModel(random, 700);
-    for (int i = 0; i < 100; ++i)
-        right[std::next(left.begin(), int(random() % left.size()))->first] = {1, 2, 3};
-    Model both = left;
-    for (const auto& [key, counters] : right) AddToModel(both, key, counters);
-
-    clsBook leftBook, rightBook;
-    Fill(leftBook, left);
-    Fill(rightBook, right);
-    const auto merged = leftBook.Merge(rightBook);
-    ASSERT_NE(merged, nullptr);
-    EXPECT_EQ(Contents(*merged), Contents(both));
-    EXPECT_EQ(Contents(*rightBook.Merge(leftBook)), Contents(both));
-    EXPECT_EQ(Contents(leftBook), Contents(left));
-    EXPECT_EQ(Contents(rightBook), Contents(right));
-
-    // In place, the book growing only by the keys it lacked; the book given up is left empty.
-    clsBook into, from;
-    Fill(into, left);
-    Fill(from, right);
-    into.AddSorted(from);
-    EXPECT_EQ(Contents(into), Contents(both));
-    EXPECT_EQ(from.Count, 0);
-
-    clsBook empty;
-    EXPECT_EQ(Contents(*empty.Merge(leftBook)), Contents(left));
-    EXPECT_EQ(Contents(*leftBook.Merge(empty)), Contents(left));
-}
 
 TEST(BookFind, FindsPresentKeysOnly) {
     clsBook book;
@@ -97,41 +22,32 @@ TEST(BookFind, FindsPresentKeysOnly) {
     const Model model = RandomModel(random, 1000);
     Fill(book, model);
     for (const auto& [key, counters] : model) {
-        const clsBookEntry* entry = book.Find(key);
-        ASSERT_NE(entry, nullptr);
-        EXPECT_EQ(entry->Wins, std::get<0>(counters));
-        for (uint64_t neighbour : {key - 1, key + 1}) {
-            if (model.count(neighbour) == 0) {
-                EXPECT_EQ(book.Find(neighbour), nullptr);
-            }
+        ASSERT_NE(book.Find(key), nullptr);
+        EXPECT_EQ(book.Find(key)->Wins, std::get<0>(counters));
+        if (model.count(key - 1) == 0) {
+            EXPECT_EQ(book.Find(key - 1), nullptr);
         }
     }
 }
 
-// Score (2 wins + draws) * 500 / games, truncated.
-TEST(BookEntryExt, MovesOrderByScore) {
-    struct Case {
+TEST(BookMerge, SharedKeysSumWithoutOverflow) {
+    clsBook book, more;
+    Fill(book, Model{{5, {Largest - 1, 7, Largest}}, {9, {1, 1, 1}}});
+    Fill(more, Model{{2, {1, 0, 0}}, {5, {3, 1, 1}}});
+    book.AddSorted(more);
+    EXPECT_EQ(Contents(book), Contents(Model{{2, {1, 0, 0}}, {5, {Largest, 8, Largest}}, {9, {1, 1, 1}}}));
+    EXPECT_EQ(more.Count, 0); // the book given up is left empty
+}
+
+// Score (2 wins + draws) * 500 / games, truncated, the counters summed without overflow; the listing sorts
+// the moves by it.
+TEST(BookEntry, ScoreIsTheShareOfPoints) {
+    const struct {
         uint32_t Wins, Losses, Draws;
         int Score;
-    };
-    const std::vector<Case> cases = {{1, 0, 1, 750}, {0, 0, 2, 500},  {2, 1, 0, 666},
-                                     {0, 3, 0, 0},   {5, 0, 0, 1000}, {Largest, 0, Largest, 750},
-                                     {0, 0, 0, 0}};
-    std::vector<clsBookEntryExt*> moves;
-    for (const auto& item : cases) {
-        const clsBookEntry entry(moves.size(), item.Wins, item.Losses, item.Draws);
-        EXPECT_EQ(entry.Score(), item.Score);
-        moves.push_back(new clsBookEntryExt(entry, nuvobase::clsString("e2e4")));
-    }
-    std::sort(moves.begin(), moves.end(), [](const clsBookEntryExt* left, const clsBookEntryExt* right) {
-        return CompareBookEntries(left, right) < 0;
-    });
-    std::vector<int> scores;
-    for (const auto* move : moves) scores.push_back(move->Score());
-    EXPECT_EQ(scores, (std::vector<int>{0, 0, 500, 666, 750, 750, 1000}));
-    EXPECT_TRUE(moves.back()->Move == "e2e4");
-    // A missing entry sorts first.
-    EXPECT_EQ(CompareBookEntries<clsBookEntryExt>(nullptr, moves[0]), -1);
-    EXPECT_EQ(CompareBookEntries<clsBookEntryExt>(moves[0], nullptr), 1);
-    for (auto* move : moves) delete move;
+    } cases[] = {{1, 0, 1, 750}, {0, 0, 2, 500},  {2, 1, 0, 666},
+                 {0, 3, 0, 0},   {5, 0, 0, 1000}, {Largest, 0, Largest, 750},
+                 {0, 0, 0, 0}};
+    for (const auto& c : cases)
+        EXPECT_EQ(clsBookEntry(0, c.Wins, c.Losses, c.Draws).Score(), c.Score) << c.Wins;
 }

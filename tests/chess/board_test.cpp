@@ -23,39 +23,23 @@ uint64_t KeyOf(const char* fen) {
 
 } // namespace
 
-TEST(ChessBoard, CountsAndMaterial) {
-    // Queen and rook against two pawns and a knight: 940 + 500 - 2 * 105 - 303, from the mover's side.
-    EXPECT_EQ(CoreAt("4k3/pp6/n7/8/8/8/8/QR2K3 w - -")->Board.Material, 927);
-    const auto black = CoreAt("4k3/pp6/n7/8/8/8/8/QR2K3 b - -");
-    EXPECT_EQ(black->Board.Material, -927);
-    EXPECT_EQ(black->Board.PieceCount[1], 2);
-    EXPECT_EQ(black->Board.PawnCount[1], 2);
-}
-
-TEST(ChessKeys, BookAndSearchKeys) {
+TEST(ChessKeys, KeysBelongToThePositionNotToTheWayThere) {
     EXPECT_EQ(KeyOf(""), 0x9F1EB9923BA0402FULL);
     const uint64_t start = KeyOf(Start);
     EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), start);
     EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"),
               KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"));
-
-    // The keys belong to the position, not to the way there.
-    const auto a = AfterMoves({"g1f3", "g8f6", "b1c3", "b8c6"});
-    const auto b = AfterMoves({"b1c3", "b8c6", "g1f3", "g8f6"});
-    EXPECT_EQ(BoardKey(a->Board), BoardKey(b->Board));
-    EXPECT_EQ(ScratchHash(a->Board), ScratchHash(b->Board));
-    const auto back = AfterMoves({"g1f3", "g8f6", "f3g1", "f6g8"});
-    EXPECT_EQ(BoardKey(back->Board), start);
-    EXPECT_EQ(SearchKey(back->Board), SearchKey(CoreAt(Start)->Board));
-}
-
-TEST(ChessKeys, ScratchHashIsPerPieceAndShared) {
-    const auto one = CoreAt(Start);
-    const auto two = CoreAt(Start);
-    EXPECT_EQ(one->Board.Hash, two->Board.Hash);
-    EXPECT_EQ(ScratchHash(one->Board), one->Board.Hash);
     EXPECT_NE(CoreAt("4k3/8/8/8/8/8/8/4K1N1 w - -")->Board.Hash,
               CoreAt("4k3/8/8/8/8/8/8/4K1B1 w - -")->Board.Hash);
-    InitKeys(); // a second call draws no new keys
-    EXPECT_EQ(ScratchHash(one->Board), two->Board.Hash);
+
+    // Each core made draws no new keys.
+    const uint64_t startHash = CoreAt(Start)->Board.Hash;
+    const auto a = AfterMoves({"g1f3", "g8f6", "b1c3", "b8c6"});
+    const auto b = AfterMoves({"b1c3", "b8c6", "g1f3", "g8f6"});
+    const auto back = AfterMoves({"g1f3", "g8f6", "f3g1", "f6g8"});
+    EXPECT_EQ(BoardKey(a->Board), BoardKey(b->Board));
+    EXPECT_EQ(ScratchHash(a->Board), ScratchHash(b->Board));
+    EXPECT_EQ(BoardKey(back->Board), start);
+    EXPECT_EQ(ScratchHash(back->Board), startHash);
+    EXPECT_EQ(SearchKey(back->Board), SearchKey(CoreAt(Start)->Board));
 }

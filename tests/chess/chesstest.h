@@ -45,15 +45,4 @@ inline std::vector<std::string> ListTexts(const nvoChess::clsChessCore& core, bo
     return texts;
 }
 
-// The record of the current node's list with this short text, or null.
-inline const nvoChess::clsMove* FindMove(const nvoChess::clsChessCore& core, const std::string& text) {
-    for (const nvoChess::clsMove* move = core.Current->Moves; move != core.Current->End(); ++move)
-        if (text == core.MoveText(move, false).Text()) return move;
-    return nullptr;
-}
-
-inline uint64_t Square(const char* name) {
-    return 1ULL << ((name[1] - '1') * 8 + ('h' - name[0]));
-}
-
 } // namespace nvoChessTest

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "chesstest.h"
 
@@ -25,15 +24,9 @@ std::vector<PerftCase> ReferenceCounts() {
     EXPECT_TRUE(file.good());
     for (std::string line; std::getline(file, line);) {
         if (line.empty() || line[0] == '#') continue;
-        std::istringstream fields(line);
-        PerftCase c;
-        std::string depth, count;
-        std::getline(fields, c.Fen, ';');
-        std::getline(fields, depth, ';');
-        std::getline(fields, count, ';');
-        c.Depth = std::stoi(depth);
-        c.Count = std::stoull(count);
-        cases.push_back(c);
+        const size_t depth = line.find(';'), count = line.rfind(';');
+        cases.push_back(
+            {line.substr(0, depth), std::stoi(line.substr(depth + 1)), std::stoull(line.substr(count + 1))});
     }
     return cases;
 }
@@ -65,10 +58,11 @@ TEST(ChessPerft, FullWalkAgreesWithTheShortcuts) {
 }
 
 TEST(ChessPerft, DivideLinesAddUp) {
-    const char* fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+    // The pinned b5 pawn's push is marked illegal in the root list and gets no line.
+    const char* fen = "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1";
     const auto core = CoreAt(fen);
     const uint64_t total = core->Perft(3, true);
-    ASSERT_EQ(core->Lines.size(), 48u);
+    ASSERT_EQ(core->Lines.size(), 14u);
     uint64_t sum = 0;
     const clsMove* move = core->Root->Moves;
     for (const std::string& line : core->Lines) {
@@ -86,23 +80,8 @@ TEST(ChessPerft, DivideLinesAddUp) {
     EXPECT_EQ(sum, total);
     // Depth 1 writes no lines.
     core->Lines.clear();
-    EXPECT_EQ(core->Perft(1, true), 48u);
+    EXPECT_EQ(core->Perft(1, true), 14u);
     EXPECT_TRUE(core->Lines.empty());
-}
-
-TEST(ChessPerft, RootMarks) {
-    // The pinned knight's moves are marked, the king's are not.
-    const auto core = CoreAt("4k3/4r3/8/8/8/8/4N3/4K3 w - - 0 1");
-    const uint64_t count = core->Perft(1, false);
-    int marked = 0, all = 0;
-    for (const clsMove* move = core->Root->Moves; move != core->Root->End(); ++move, ++all)
-        if (move->Flags & MoveIllegal) {
-            ++marked;
-            EXPECT_EQ(move->Piece(), PieceKnight) << core->MoveText(move, true).Text();
-        }
-    EXPECT_EQ(count, 4u);
-    EXPECT_EQ(marked, 6);
-    EXPECT_EQ(all, 10);
 }
 
 TEST(ChessPerft, OddRequests) {

@@ -122,7 +122,7 @@ def main():
         elif command == "ping":
             say("pong " + (words[1] if len(words) > 1 else ""))
         elif command in ("new", "ucinewgame"):
-            moves = []
+            moves, own_moves = [], 0
             if options.plan:
                 take_plan()
         elif command == "position":

@@ -137,11 +137,25 @@ def shards(folder):
           "bad input gets a message: %r" % lines)
 
 
+def without_pauses(folder):
+    """A free slot takes the next round's game while a slow game of the round before goes on. A UCI program
+    that ended its game soundly plays its player's next one; one that hangs is started anew."""
+    engines = [engine("A", "uci", FAKE), engine("B", "uci", FAKE), engine("C", "uci", FAKE, "--hang 1")]
+    xml = tourney_xml("fast", "round robin", folder, engines, 1500, threads=2, rounds="2")
+    lines = play(write(os.path.join(folder, "fast.xml"), with_options(xml, "<verbose>true</verbose>")), 300)
+    rounds = [int(l.split("\t")[2]) for l in lines if log_result(l)]
+    check(len(rounds) == 12 and rounds.index(2) < len(rounds) - 1 - rounds[::-1].index(1),
+          "a game of round 2 ends before the last of round 1: %r" % rounds)
+    starts = [sum("waiting for '%s' initialization" % name in l for l in lines) for name in "ABC"]
+    check(starts[0] <= 2 and starts[2] == 8, "A starts at most once a slot, C at each game: %r" % starts)
+
+
 def main():
     debian_program("pgn-extract")
     debian_program("parallel", "/usr/bin/parallel")
     with tempfile.TemporaryDirectory(prefix="corvane_scale_", ignore_cleanup_errors=True) as folder:
         sprt(folder)
+        without_pauses(folder)
         resume(folder)
         shards(folder)
 

@@ -23,7 +23,6 @@ protected:
 clsTT Slot(uint64_t key, int32_t depth, int32_t value, uint32_t flags) {
     clsTT slot{};
     slot.TTKey = key;
-    slot.TTSpare = 77;
     slot.TTDepth = depth;
     slot.TTValue = value;
     slot.TTFlags = flags;

@@ -8,15 +8,12 @@ using namespace nvoChess;
 
 namespace {
 
-clsSoul NamedSoul(int index) {
-    clsSoul soul;
-    soul.LoadText(clsSoul::Named[index]);
-    return soul;
-}
-
+// An evaluation with Simple5 on the position.
 std::unique_ptr<clsEvaluation> Evaluator(const char* fen) {
     auto evaluator = std::make_unique<clsEvaluation>();
-    evaluator->SetSoul(NamedSoul(0));
+    clsSoul soul;
+    soul.LoadText(clsSoul::Named[0]);
+    evaluator->SetSoul(soul);
     evaluator->SetPosition(fen);
     return evaluator;
 }

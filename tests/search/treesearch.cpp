@@ -15,15 +15,19 @@ namespace {
 
 constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
-// A search on a position of its own, with a table of the given size.
+// A search on a position of its own, with a table of the given size; prepared, its root list is ready as at
+// the start of a search.
 struct clsSearchFixture {
-    explicit clsSearchFixture(const char* fen, int64_t tableMb = 1) {
+    explicit clsSearchFixture(const char* fen, int64_t tableMb = 1, bool prepared = false) {
         Share.ResizeTable(tableMb);
         Search = std::make_unique<clsTreeSearch>(Lock, &Share);
         clsSoul soul;
         soul.LoadText(clsSoul::Named[0]);
         Search->SetSoul(soul);
         Search->SetPosition(fen);
+        if (!prepared) return;
+        Search->BeginSearch();
+        EXPECT_TRUE(Search->PrepareRoot()) << fen;
     }
     clsTreeSearch& operator*() { return *Search; }
     clsTreeSearch* operator->() { return Search.get(); }
@@ -84,9 +88,7 @@ TEST(TreeSearch, CutMarksTheParentsMove) {
     // With a bound from the root (as if an earlier root move had been worth 0) the reply refutes g1-h3 and
     // marks it; without one the node is searched to its end and nothing is marked.
     for (const bool bound : {true, false}) {
-        clsSearchFixture s(Start);
-        s->BeginSearch();
-        ASSERT_TRUE(s->PrepareRoot());
+        clsSearchFixture s(Start, 1, true);
         clsMove* move = s.RootMove("g1h3");
         if (bound) s->Root->Best = 0;
         s.EnterChild(move);
@@ -96,9 +98,7 @@ TEST(TreeSearch, CutMarksTheParentsMove) {
 }
 
 TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
+    clsSearchFixture s(Start, 1, true);
     s.EnterChild(s.RootMove("e2e4"));
     const clsBoard before = s->Board;
     s->StopFlag = 1;
@@ -125,9 +125,7 @@ TEST(TreeSearch, RootWithoutMoves) {
 }
 
 TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
+    clsSearchFixture s(Start, 1, true);
     EXPECT_EQ(s->Deepen(4), clsTreeSearch::eDeepening::DepthLimit);
     const clsMove found = s->CopyBestMove();
     ASSERT_FALSE(found.Flags & MoveIllegal);
@@ -141,9 +139,7 @@ TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
 
 TEST(TreeSearch, RandomChoice) {
     // -proportional=100: every draw passes, so the first move in list order worth more than -940 is played.
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
+    clsSearchFixture s(Start, 1, true);
     clsMove* list = s->Root->Moves;
     list[0].Score = -2000;
     list[1].Score = -940;
@@ -167,12 +163,9 @@ TEST(TreeSearch, RandomChoice) {
 
 TEST(TreeSearch, TableCountsHitsWithoutCutting) {
     // With and without a table the walks are alike: its slots are never deep enough for a cut.
-    clsSearchFixture with(Start, 1), without(Start, 0);
-    for (clsSearchFixture* s : {&with, &without}) {
-        (*s)->BeginSearch();
-        ASSERT_TRUE((*s)->PrepareRoot());
-        (*s)->SearchDepth = 4;
-    }
+    clsSearchFixture with(Start, 1, true), without(Start, 0, true);
+    with->SearchDepth = 4;
+    without->SearchDepth = 4;
     for (int pass = 0; pass < 2; ++pass) {
         with->ResetStatistics();
         without->ResetStatistics();
@@ -192,9 +185,7 @@ TEST(TreeSearch, UsableSlotStandsForTheNode) {
         for (auto& piece : square)
             for (uint64_t& key : piece) key = random();
     for (uint64_t& key : SideKeys) key = random();
-    clsSearchFixture s(Start);
-    s->BeginSearch();
-    ASSERT_TRUE(s->PrepareRoot());
+    clsSearchFixture s(Start, 1, true);
     clsMove* move = s.RootMove("a2a3");
     // The slot of the position after a2-a3, stored deep enough, Black at -300.
     s.EnterChild(move);
