@@ -1,65 +1,17 @@
-// clsFile: typed fields through a real file, and folder listings.
+// clsFile: folder listings and replacing a file whole.
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 
 #include "nuvobase/clsfile.h"
-#include "rows.h"
 #include "temp_folder.h"
 
 using nuvobase::clsCollection;
 using nuvobase::clsFile;
 using nuvobase::clsString;
-using nuvobase_test::CheckRows;
 
 using FileTest = nuvobase_test::TempFolder;
-
-TEST_F(FileTest, VarIntsAndTexts) {
-    struct Case {
-        uint64_t value;
-        std::string bytes;
-    };
-    const Case cases[] = {{0, std::string(1, '\0')},
-                          {127, "\x7F"},
-                          {300, "\xAC\x02"},
-                          {UINT64_MAX, std::string(9, '\xFF') + "\x01"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.value);
-        clsFile file;
-        ASSERT_TRUE(file.Open(Path("v").c_str(), "wb"));
-        EXPECT_EQ(file.WriteVarInt(c.value), int(c.bytes.size()));
-        file.Close();
-        EXPECT_EQ(Read("v"), c.bytes);
-        ASSERT_TRUE(file.Open(Path("v").c_str(), "rb"));
-        EXPECT_EQ(file.ReadVarInt(), c.value);
-        EXPECT_EQ(file.ReadVarInt(), 0u); // the end of the file
-    }
-
-    clsFile file;
-    ASSERT_TRUE(file.Open(Path("t").c_str(), "wb"));
-    CheckRows<int64_t>({ROW(file.WriteText("abc"), 4), ROW(file.Length(), 4)});
-    file.Close();
-    EXPECT_EQ(Read("t"), std::string("\x03") + "abc");
-}
-
-TEST_F(FileTest, SizedFieldsAndSeeks) {
-    Write("s", "\x34\x12\xFF\x01\x02\x03\x04\x05");
-    clsFile file;
-    ASSERT_TRUE(file.Open(Path("s").c_str(), "rb"));
-    EXPECT_EQ(file.Length(), 8);
-    CheckRows<int32_t>({
-        ROW(file.ReadSized(2), 0x1234),
-        ROW(file.ReadSized(1), -1), // a last byte of 255 fills the upper bytes
-        ROW(file.ReadSized(5), 0), ROW(file.ReadSized(4), 0x04030201),
-        ROW(file.ReadSized(2), 0), // short read at the end
-    });
-
-    // A new Open releases the old stream; a missing file fails and leaves the file closed.
-    EXPECT_FALSE(file.Open(Path("missing").c_str(), "rb"));
-    EXPECT_EQ(file.Stream, nullptr);
-}
 
 TEST_F(FileTest, ListFiles) {
     clsCollection<clsFile> list;

@@ -1,37 +1,14 @@
-// clsProtectedStrings and clsProtectedString: order, copies, and producers on other threads.
+// clsProtectedStrings: producers on other threads and a consumer. The order of one thread's lines is also
+// what the standard input reader's tests see.
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <string>
 #include <thread>
 
 #include "nuvobase/clsprotected.h"
 #include "nuvobase/platform.h"
-#include "rows.h"
 
 using namespace nuvobase;
-using nuvobase_test::Bytes;
-using nuvobase_test::CheckRows;
-
-TEST(ProtectedStrings, LinesLeaveInArrivalOrder) {
-    clsProtectedStrings queue;
-    EXPECT_TRUE(queue.Pop().IsEmpty());
-
-    clsString text("first");
-    queue.Push(text);
-    text.Assign("changed"); // the queue keeps its own copy
-    queue.Push("");         // a pushed empty line is a line too
-    queue.Push("third");
-    EXPECT_EQ(queue.Count(), 3);
-    CheckRows<std::string>({TEXT(queue.Pop(), "first"), TEXT(queue.Pop(), ""),
-                            TEXT((queue.Push("fourth"), queue.Pop()), "third"), TEXT(queue.Pop(), "fourth")});
-    EXPECT_EQ(queue.Count(), 0);
-
-    clsProtectedString fen;
-    EXPECT_TRUE(fen.Get().IsEmpty());
-    EXPECT_TRUE(fen.Set("8/8/8/8/8/8/8/8 w - - 0 1"));
-    EXPECT_EQ(Bytes(fen.Get()), "8/8/8/8/8/8/8/8 w - - 0 1");
-}
 
 TEST(ThreadedProtectedStrings, ProducersAndAConsumer) {
     constexpr int perProducer = 3000;

@@ -147,14 +147,3 @@ TEST_F(XmlFiles, FormTable) {
     EXPECT_EQ(Load("main.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
                                       "\t\t<field id=\"Name\" type=\"string\" />\r\n\t</table>\r\n</t>\r\n");
 }
-
-TEST_F(XmlFiles, SaveAndLoad) {
-    clsXML document;
-    clsXML* a = document.AddChild(clsXML::TypeElement, "a");
-    a->Attributes.SetValue("k", "1 < 2");
-    a->AddChild(clsXML::TypeComment, "note")->Parent->AddChild(clsXML::TypeText, "t")->Text = "x";
-    ASSERT_TRUE(document.SaveFile(Path("saved.xml").c_str()));
-    std::string said;
-    EXPECT_EQ(Load("saved.xml", said), "<a k=\"1 &amp;lt; 2\">\r\n\t<!--note-->\r\n\t<t>x</t>\r\n</a>\r\n");
-    EXPECT_FALSE(document.SaveFile(Path("no/such/folder.xml").c_str()));
-}

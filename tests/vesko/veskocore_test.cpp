@@ -11,6 +11,7 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace nvoChess;
@@ -219,61 +220,54 @@ TEST(VeskoCore, MaxDepthSixRunsTwoAndFourOnlyTwoBelowSix) {
         << "the search keeps the position";
 }
 
-TEST(VeskoCore, MakeMoveOfAMoveNotInTheListLeavesThePosition) {
-    TestBlock engine;
-    engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-    const std::string before = engine.Fen();
-    for (const char* text : {"e2e5", "e7e5", "", "zz", "e2"}) {
-        EXPECT_FALSE(engine.MakeMove(text)) << text;
-        EXPECT_EQ(engine.Fen(), before) << text;
-    }
-    EXPECT_TRUE(engine.MakeMove("e2e4"));
-    EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - e3");
-}
-
-TEST(VeskoCore, MakeMoveLooksAtSquaresAndPromotionLetters) {
-    TestBlock engine;
-    // The bishop is pinned, but its move is in the list: make move ignores the mark.
-    engine.SetFen("4k3/4r3/8/8/8/8/4B3/4K3 w - - 0 1");
-    EXPECT_TRUE(engine.MakeMove("e2d3"));
-    EXPECT_EQ(engine.Fen(), "4k3/4r3/8/8/8/3B4/8/4K3 b - -");
-
+// Moves made by text in turn, each taken or refused; a refused move leaves the position as it was.
+TEST(VeskoCore, MakeMoveByText) {
+    const char* castling = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+    const char* promotion = "8/4P3/8/8/8/8/k7/4K3 w - - 0 1";
     const struct {
-        const char* Move;
-        const char* Rank8;
-    } promotions[] = {
-        {"e7e8", "4Q3"}, {"e7e8r", "4R3"}, {"e7e8n", "4N3"}, {"e7e8B", "4B3"}, {"e7e8k", "4Q3"}};
-    for (const auto& test : promotions) {
-        engine.SetFen("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
-        EXPECT_TRUE(engine.MakeMove(test.Move)) << test.Move;
-        EXPECT_EQ(engine.Fen(), std::string(test.Rank8) + "/8/8/8/8/8/k7/4K3 b - -") << test.Move;
+        const char* Fen;
+        std::vector<std::pair<const char*, bool>> Moves;
+        const char* After;
+    } games[] = {
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+         {{"e2e5", false}, {"e7e5", false}, {"", false}, {"zz", false}, {"e2", false}, {"e2e4", true}},
+         "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - e3"},
+        // The bishop is pinned, but its move is in the list: make move ignores the mark.
+        {"4k3/4r3/8/8/8/8/4B3/4K3 w - - 0 1", {{"e2d3", true}}, "4k3/4r3/8/8/8/3B4/8/4K3 b - -"},
+        {promotion, {{"e7e8", true}}, "4Q3/8/8/8/8/8/k7/4K3 b - -"},
+        {promotion, {{"e7e8r", true}}, "4R3/8/8/8/8/8/k7/4K3 b - -"},
+        {promotion, {{"e7e8n", true}}, "4N3/8/8/8/8/8/k7/4K3 b - -"},
+        {promotion, {{"e7e8B", true}}, "4B3/8/8/8/8/8/k7/4K3 b - -"},
+        {promotion, {{"e7e8k", true}}, "4Q3/8/8/8/8/8/k7/4K3 b - -"},
+        {castling, {{"e1g1", true}, {"e8c8", true}}, "2kr3r/8/8/8/8/8/8/R4RK1 w - -"},
+        // Castling rights go with the king and with the rook.
+        {castling,
+         {{"e1f1", true},
+          {"a8a7", true},
+          {"f1e1", true},
+          {"a7a8", true},
+          {"e1g1", false},
+          {"e1c1", false},
+          {"a1b1", true},
+          {"e8c8", false},
+          {"e8g8", true}},
+         "r4rk1/8/8/8/8/8/8/1R2K2R w - -"},
+        // After the double step the only black move takes en passant.
+        {"7k/7P/6K1/8/3p4/3P4/4P3/8 w - - 0 1",
+         {{"e2e4", true}, {"d4e3", true}},
+         "7k/7P/6K1/8/8/3Pp3/8/8 w - -"},
+    };
+    TestBlock engine;
+    for (const auto& game : games) {
+        SCOPED_TRACE(game.Fen);
+        engine.SetFen(game.Fen);
+        for (const auto& [move, taken] : game.Moves) {
+            const std::string before = engine.Fen();
+            ASSERT_EQ(engine.MakeMove(move), taken) << move;
+            if (!taken) {
+                EXPECT_EQ(engine.Fen(), before) << move;
+            }
+        }
+        EXPECT_EQ(engine.Fen(), game.After);
     }
-}
-
-TEST(VeskoCore, CastlingMovesTheRookAndRightsGoWithKingAndRook) {
-    TestBlock engine;
-    engine.SetFen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    EXPECT_TRUE(engine.MakeMove("e1g1"));
-    EXPECT_TRUE(engine.MakeMove("e8c8"));
-    EXPECT_EQ(engine.Fen(), "2kr3r/8/8/8/8/8/8/R4RK1 w - -");
-
-    engine.SetFen("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    for (const char* move : {"e1f1", "a8a7", "f1e1", "a7a8"}) ASSERT_TRUE(engine.MakeMove(move)) << move;
-    EXPECT_FALSE(engine.MakeMove("e1g1"));
-    EXPECT_FALSE(engine.MakeMove("e1c1"));
-    EXPECT_TRUE(engine.MakeMove("a1b1"));
-    EXPECT_FALSE(engine.MakeMove("e8c8"));
-    EXPECT_TRUE(engine.MakeMove("e8g8"));
-}
-
-TEST(VeskoCore, DoublePawnStepAllowsEnPassantInTheNextSearch) {
-    TestBlock engine;
-    // Black's king is boxed in and the d-pawn blocked: after e2-e4 the only black move is d4xe3.
-    engine.SetFen("7k/7P/6K1/8/3p4/3P4/4P3/8 w - - 0 1");
-    ASSERT_TRUE(engine.MakeMove("e2e4"));
-    EXPECT_EQ(engine.Fen(), "7k/7P/6K1/8/3pP3/3P4/8/8 b - e3");
-    engine.Search(2);
-    EXPECT_EQ(engine.BestMove(), "d4e3");
-    ASSERT_TRUE(engine.MakeMove("d4e3"));
-    EXPECT_EQ(engine.Fen(), "7k/7P/6K1/8/8/3Pp3/8/8 w - -");
 }
