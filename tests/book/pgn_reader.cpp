@@ -1,4 +1,5 @@
-// Reading PGN: the tokens of one game, the cut of a file into games, and text that is no PGN at all.
+// Reading PGN: the tokens of one game, the cut of a file into games, and text that is no PGN at all; the
+// result word of a game: its result and reason texts, the tags SetCode writes, and Reset.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -79,13 +80,68 @@ TEST(PgnGame, ResultTexts) {
     }
 }
 
+struct CodeCase {
+    uint32_t Code;
+    const char* Result;
+    const char* Reason;
+};
+
+const CodeCase CodeCases[] = {
+    {0x0001, "?", "?"},
+    {0x0016, "1-0", "mate"},
+    {0x001A, "0-1", "mate"},
+    {0x1200, "1/2-1/2", "stalemate"},
+    {0x2200, "1/2-1/2", "insufficient material"},
+    {0x0A00, "1/2-1/2", "triple repetition"},
+    {0x0200, "1/2-1/2", ""},
+    {0x002A, "0-1", "forfeit"},
+    {0x0046, "1-0", "resign"},
+    {0x010A, "0-1", "illegal move"},
+    {0x4006, "1-0", "engine crashed"},
+    {0x8000, "*", "game aborted"},
+    {0x0082, "1-0", "adjudication"},
+    {0x0602, "1/2-1/2", "50 moves"},
+    {0x0000, "", ""},
+    // the undecided bit comes first in both texts, whatever else is set
+    {0x8017, "?", "?"},
+};
+
+TEST(GameTexts, ResultAndReasonFollowTheWordAndSetCodeWritesThemAsTags) {
+    for (const CodeCase& c : CodeCases) {
+        nvoChess::clsGame game;
+        game.Tags.SetValue("Event", "test");
+        game.SetCode(0x0016);
+        game.SetCode(c.Code);
+        SCOPED_TRACE(c.Code);
+        EXPECT_STREQ(game.ResultText().Text(), c.Result);
+        EXPECT_STREQ(game.ReasonText().Text(), c.Reason);
+        // replaced, not added twice
+        EXPECT_EQ(game.Tags.Count, 3);
+        EXPECT_STREQ(game.Tags.GetValue("result").Text(), c.Result);
+        EXPECT_STREQ(game.Tags.GetValue("Reason").Text(), c.Reason);
+    }
+}
+
+TEST(GameTexts, ResetKeepsTagsOnlyWhenAsked) {
+    for (const bool keepTags : {false, true}) {
+        nvoChess::clsGame game;
+        game.SetCode(0x001A);
+        game.MoveText = "e2e4 ";
+        game.Comments.SetValue("1", "good");
+        game.Reset(keepTags);
+        EXPECT_EQ(game.Code, 1u);
+        EXPECT_TRUE(game.MoveText.IsEmpty());
+        EXPECT_EQ(game.Comments.Count, 0);
+        EXPECT_EQ(game.Tags.Count, keepTags ? 2 : 0);
+    }
+}
+
 class PgnFiles : public booktest::BookFiles {
 protected:
-    // Loads text written as the file name and gives the games read; the book stays in Pgn.
-    int LoadText(const std::string& name, const std::string& text, int maxPlies = 0,
-                 bool extractFen = false) {
+    // Loads text written as the file name into the book of pgn and gives the games read.
+    int LoadText(clsPGNFile& pgn, const std::string& name, const std::string& text, bool extractFen = false) {
         WriteBytes(name, booktest::Bytes(text.begin(), text.end()));
-        return Pgn.Load(PathTo(name), Core, maxPlies, extractFen);
+        return pgn.Load(PathTo(name), Core, 0, extractFen);
     }
     clsChessCore Core;
     clsPGNFile Pgn;
@@ -116,8 +172,7 @@ TEST_F(PgnFiles, CutIntoGames) {
     for (const FileCase& c : FileCases) {
         SCOPED_TRACE(c.Name);
         clsPGNFile pgn;
-        WriteBytes("cut.pgn", booktest::Bytes(c.Text.begin(), c.Text.end()));
-        EXPECT_EQ(pgn.Load(PathTo("cut.pgn"), Core, 0, false), c.Games);
+        EXPECT_EQ(LoadText(pgn, "cut.pgn", c.Text), c.Games);
         EXPECT_EQ(pgn.Book.Count, c.Positions);
     }
 }
@@ -128,7 +183,7 @@ TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
     const std::string shuffle = "1. Nf3 Nf6 2. Ng1 Ng8 ";
     std::string longGame = "[A \"1\"]\n\n";
     for (int i = 0; i < 2500; ++i) longGame += "1. Nf3 Nf6 2. Ng1 Ng8\n";
-    EXPECT_EQ(LoadText("long.pgn", longGame), 1);
+    EXPECT_EQ(LoadText(Pgn, "long.pgn", longGame), 1);
     // the start position comes back every fourth ply: four positions in all
     EXPECT_EQ(Pgn.Book.Count, 4);
     EXPECT_EQ(Pgn.Book.At(0)->Draws + Pgn.Book.At(1)->Draws + Pgn.Book.At(2)->Draws + Pgn.Book.At(3)->Draws,
@@ -136,22 +191,20 @@ TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
 
     std::string hugeLine = "[A \"1\"]\n\n1. e4 {" + std::string(10 << 20, 'x') + "} e5\n";
     clsPGNFile huge;
-    WriteBytes("huge.pgn", booktest::Bytes(hugeLine.begin(), hugeLine.end()));
-    EXPECT_EQ(huge.Load(PathTo("huge.pgn"), Core, 0, false), 1);
+    EXPECT_EQ(LoadText(huge, "huge.pgn", hugeLine), 1);
     EXPECT_EQ(huge.Book.Count, 2);
 
     std::mt19937 random(7);
     std::string noise(1 << 20, '\0');
     for (char& c : noise) c = char(random());
     clsPGNFile bytes;
-    WriteBytes("noise.pgn", booktest::Bytes(noise.begin(), noise.end()));
-    EXPECT_GE(bytes.Load(PathTo("noise.pgn"), Core, 0, true), 1);
+    EXPECT_GE(LoadText(bytes, "noise.pgn", noise, true), 1);
 }
 
 TEST_F(PgnFiles, PositionTableFoldsRepeatedPositions) {
     const std::string games = "[Result \"1-0\"]\n1. e4 e5 1-0\n[Result \"0-1\"]\n1. e4 c5 0-1\n"
                               "[Result \"1/2-1/2\"]\n1. d4 1/2-1/2\n[Result \"*\"]\n1. e4 *\n";
-    EXPECT_EQ(LoadText("a.b.pgn", games, 0, true), 4);
+    EXPECT_EQ(LoadText(Pgn, "a.b.pgn", games, true), 4);
     std::ifstream table(Folder / "a.b.txt", std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(table)), std::istreambuf_iterator<char>());
     // The lines in text order. After 1. e4 one win each side; the start position also one draw, and the

@@ -1,12 +1,9 @@
 // Polyglot books: keys against the values the format's documentation and make-book give, books built from
 // real games byte for byte against polyglot make-book, damaged files, and opening lines drawn from a book.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -15,6 +12,7 @@
 #include "book/clspolyglotbuilder.h"
 #include "book/polyglotkey.h"
 #include "book/polyglotline.h"
+#include "bookfixture.h"
 #include "chess/clschesscore.h"
 
 namespace {
@@ -23,11 +21,6 @@ namespace fs = std::filesystem;
 using namespace nvoChess;
 
 constexpr const char* MakeBook = "/usr/games/polyglot";
-
-std::vector<uint8_t> FileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 std::vector<uint8_t> BookBytes(const std::vector<clsPolyglotEntry>& entries) {
     std::vector<uint8_t> bytes(entries.size() * PolyglotEntrySize);
@@ -63,29 +56,28 @@ TEST(PolyglotKey, DocumentedPositions) {
 }
 
 // The sample games built by \buildbooks' reader and by make-book, with two ply limits and two minimum counts.
-TEST(PolyglotBuild, SameFileAsMakeBook) {
+using PolyglotBuild = booktest::BookFiles;
+
+TEST_F(PolyglotBuild, SameFileAsMakeBook) {
     ASSERT_TRUE(fs::exists(MakeBook)) << "polyglot make-book is missing: install the Debian package polyglot";
     const fs::path games = fs::path(CORVANE_TEST_DATA) / "pgn/lichess-sample.pgn";
-    const fs::path folder = fs::temp_directory_path() / ("polyglot-build-" + std::to_string(getpid()));
-    fs::create_directories(folder);
     clsChessCore core;
     for (const int plies : {12, 0})
         for (const int minGames : {1, clsPolyglotBuilder::DefaultMinGames}) {
             clsPolyglotBuilder builder;
             EXPECT_EQ(ReadPgnGames(games.c_str(), core, plies, nullptr, builder), 984);
-            const fs::path ours = folder / "ours.bin", theirs = folder / "theirs.bin";
+            const fs::path theirs = Folder / "theirs.bin";
             int64_t written = 0;
-            ASSERT_TRUE(builder.Write(ours.c_str(), minGames, written));
+            ASSERT_TRUE(builder.Write(PathTo("ours.bin"), minGames, written));
             const std::string command =
                 std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" + theirs.string() +
                 "' -min-game " + std::to_string(minGames) +
                 (plies ? " -max-ply " + std::to_string(plies) : "") + " > /dev/null 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0);
-            const auto expected = FileBytes(theirs);
+            const auto expected = ReadBytes("theirs.bin");
             EXPECT_EQ(int64_t(expected.size() / PolyglotEntrySize), written);
-            EXPECT_TRUE(FileBytes(ours) == expected) << "plies " << plies << ", min_games " << minGames;
+            EXPECT_TRUE(ReadBytes("ours.bin") == expected) << "plies " << plies << ", min_games " << minGames;
         }
-    fs::remove_all(folder);
 }
 
 TEST(PolyglotBook, DamagedFilesAreRefused) {

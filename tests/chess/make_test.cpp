@@ -1,11 +1,23 @@
 #include <gtest/gtest.h>
 
 #include "chess/coordinates.h"
+#include "chess/keys.h"
 #include "chesstest.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nvoChessTest::CoreAfter;
 using nvoChessTest::CoreAt;
+
+namespace {
+
+constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+uint64_t KeyOf(const char* fen) {
+    return BoardKey(CoreAt(fen)->Board);
+}
+
+} // namespace
 
 TEST(ChessMake, GameMoves) {
     const auto core = CoreAt("");
@@ -93,4 +105,25 @@ TEST(ChessMake, GameStatus) {
         ASSERT_TRUE(core->MakeMoveText(clsString(c.Move))) << c.Fen;
         EXPECT_EQ(core->GameStatus(), c.Status) << c.Fen;
     }
+}
+
+TEST(ChessKeys, KeysBelongToThePositionNotToTheWayThere) {
+    EXPECT_EQ(KeyOf(""), 0x9F1EB9923BA0402FULL);
+    const uint64_t start = KeyOf(Start);
+    EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), start);
+    EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"),
+              KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"));
+    EXPECT_NE(CoreAt("4k3/8/8/8/8/8/8/4K1N1 w - -")->Board.Hash,
+              CoreAt("4k3/8/8/8/8/8/8/4K1B1 w - -")->Board.Hash);
+
+    // Each core made draws no new keys.
+    const uint64_t startHash = CoreAt(Start)->Board.Hash;
+    const auto a = CoreAfter({"g1f3", "g8f6", "b1c3", "b8c6"});
+    const auto b = CoreAfter({"b1c3", "b8c6", "g1f3", "g8f6"});
+    const auto back = CoreAfter({"g1f3", "g8f6", "f3g1", "f6g8"});
+    EXPECT_EQ(BoardKey(a->Board), BoardKey(b->Board));
+    EXPECT_EQ(ScratchHash(a->Board), ScratchHash(b->Board));
+    EXPECT_EQ(BoardKey(back->Board), start);
+    EXPECT_EQ(ScratchHash(back->Board), startHash);
+    EXPECT_EQ(SearchKey(back->Board), SearchKey(CoreAt(Start)->Board));
 }

@@ -23,13 +23,11 @@ std::string Coordinates(nvoChessTest::clsRecordingCore& core, const char* san) {
 
 } // namespace
 
-TEST(ChessNotation, Squares) {
+TEST(ChessNotation, SquaresAndFenRoundTrips) {
     EXPECT_EQ(TextToSquare("h1x"), 1u);
     EXPECT_EQ(TextToSquare("a8"), 1ULL << 63);
     for (const char* bad : {"i9", "a0", "A1", "", "e", "-"}) EXPECT_EQ(TextToSquare(bad), 0u) << bad;
-}
 
-TEST(ChessNotation, FenRoundTrips) {
     EXPECT_EQ(Fen(""), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -");
     EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 w - -"), "8/8/8/8/8/8/8/8 w - -");
     for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
@@ -45,9 +43,7 @@ TEST(ChessNotation, FenRoundTrips) {
     EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/4K b KQ -"), "4k3/8/8/8/8/8/8/4K3 w Q -");
     // The rights are not checked against the men.
     EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 b KQkq e3"), "8/8/8/8/8/8/8/8 b KQkq e3");
-}
 
-TEST(ChessNotation, CountersStayWhenAbsent) {
     // Rows run in order on one core: a FEN without a counter leaves it as it was.
     const auto core = CoreAt("4k3/8/8/8/8/8/8/4K3 w - - 7 42");
     for (const auto& [fen, clock, number] : {std::tuple{"4k3/8/8/8/8/8/8/4K3 b - - 3", 3, 42}, {"", 0, 1}}) {

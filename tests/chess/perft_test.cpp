@@ -1,43 +1,19 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "chesstest.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
 using nvoChessTest::CoreAt;
+using nvoChessTest::PerftCase;
+using nvoChessTest::ReferenceCounts;
 using nvoChessTest::Sanitized;
-
-namespace {
-
-struct PerftCase {
-    std::string Fen;
-    int Depth;
-    uint64_t Count;
-};
-
-// The reference table: FEN;depth;count lines from stockfish, "#" lines are comments.
-std::vector<PerftCase> ReferenceCounts() {
-    std::vector<PerftCase> cases;
-    std::ifstream file(CORVANE_TEST_DATA "/perft.txt");
-    EXPECT_TRUE(file.good());
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        const size_t depth = line.find(';'), count = line.rfind(';');
-        cases.push_back(
-            {line.substr(0, depth), std::stoi(line.substr(depth + 1)), std::stoull(line.substr(count + 1))});
-    }
-    return cases;
-}
-
-} // namespace
 
 TEST(ChessPerft, ReferenceCounts) {
     // Under the sanitizers the deep counts would take minutes.
     const uint64_t limit = Sanitized ? 10000000 : ~0ULL;
     int run = 0;
-    for (const PerftCase& c : ReferenceCounts()) {
+    for (const PerftCase& c : ReferenceCounts("perft.txt")) {
         if (c.Count > limit) continue;
         const auto core = CoreAt(c.Fen.c_str());
         EXPECT_EQ(core->Perft(c.Depth, false), c.Count) << c.Fen << " depth " << c.Depth;
@@ -49,7 +25,7 @@ TEST(ChessPerft, ReferenceCounts) {
 
 TEST(ChessPerft, FullWalkAgreesWithTheShortcuts) {
     const uint64_t limit = Sanitized ? 1000000 : 3000000;
-    for (const PerftCase& c : ReferenceCounts()) {
+    for (const PerftCase& c : ReferenceCounts("perft.txt")) {
         if (c.Count > limit) continue;
         const auto core = CoreAt(c.Fen.c_str());
         core->PerftShortcuts = false;

@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 
+#include "chess/chesstest.h"
 #include "chess/keys.h"
 #include "match/capturedoutput.h"
 
@@ -34,14 +35,6 @@ public:
     ~clsCommandLine() { clsEngineCorvane::CommandLine = nuvobase::clsStrings(); }
 };
 
-// The key of the position after the moves from the start, found by a plain core.
-uint64_t KeyAfter(std::initializer_list<const char*> moves) {
-    auto core = std::make_unique<clsChessCore>();
-    core->SetPosition(clsString());
-    for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(clsString(move))) << move;
-    return BoardKey(core->Board);
-}
-
 struct clsEngineFixture {
     explicit clsEngineFixture(const char* fen = nullptr, int64_t tableMb = 1) {
         Share.ResizeTable(tableMb);
@@ -50,21 +43,17 @@ struct clsEngineFixture {
     }
     clsEngineCorvane* operator->() { return Engine.get(); }
 
-    // Waits for a search that ends by itself; false if it doesn't within 20 s.
-    bool WaitForEnd() {
-        for (int i = 0; i < 20000 && Engine->IsRunning(); ++i)
+    // Waits up to 20 s for the search to end by itself, or if a depth is given, to reach it first; whether
+    // it did.
+    bool WaitFor(int depth = 0) {
+        for (int i = 0; i < 20000 && Engine->IsRunning() && (!depth || Engine->SearchDepth.load() < depth);
+             ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return !Engine->IsRunning();
-    }
-    // Waits until the running search has reached the depth; false if it ends or 20 s pass before.
-    bool WaitForDepth(int depth) {
-        for (int i = 0; i < 20000 && Engine->IsRunning() && Engine->SearchDepth.load() < depth; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return Engine->SearchDepth.load() >= depth;
+        return depth ? Engine->SearchDepth.load() >= depth : !Engine->IsRunning();
     }
 
     void AddBookEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
-        const clsBookEntry entry(KeyAfter({move}), wins, losses, draws);
+        const clsBookEntry entry(BoardKey(nvoChessTest::CoreAfter({move})->Board), wins, losses, draws);
         Engine->Book.AddSorted(&entry, 1);
     }
     // The coordinate move that PlayBookMove put into BestMove, or empty text.
@@ -85,7 +74,7 @@ long ThreadsOfProcess() {
 
 } // namespace
 
-TEST(EngineSoul, SelectByNameAndFallbacks) {
+TEST(EngineSoul, SelectByNameFallbacksAndCrossing) {
     clsEngineFixture e;
     e->SelectSoul(clsString("gen_26_12_3"));
     EXPECT_EQ(e->SoulName, "GEN_26_12_3");
@@ -112,11 +101,9 @@ TEST(EngineSoul, SelectByNameAndFallbacks) {
     e->SelectSoul(clsString());
     EXPECT_EQ(e->SoulName, "Simple5");
     EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "7");
-}
 
-TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
     // The bands of a crossing are checked on the soul; here the numbers come through the other engine's text.
-    clsEngineFixture e, other;
+    clsEngineFixture other;
     other->LoadSoulText(clsString("All=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
     e->LoadSoulText(clsString("Zero="));
     for (int i = 0; i < 20; ++i) e->CrossSoul(other.Engine.get());
@@ -133,7 +120,7 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
     EXPECT_TRUE(e->StopEngine()); // on an idle engine, twice: no harm to the next search
     EXPECT_TRUE(e->StopEngine());
     e->Start(); // may have ended already when it returns
-    ASSERT_TRUE(e.WaitForEnd());
+    ASSERT_TRUE(e.WaitFor());
     const clsString info = e->GetInfoLine();
     EXPECT_EQ(info.Left(9), "2 100000 ");
     EXPECT_EQ(info.AfterLastChar(' '), "Ra1-a8");
@@ -154,10 +141,10 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
         clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
         e->Start(); // may have ended already when it returns
         if (!*option) {
-            ASSERT_TRUE(e.WaitForEnd());
+            ASSERT_TRUE(e.WaitFor());
             EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
         } else {
-            e.WaitForDepth(6);
+            e.WaitFor(6);
             EXPECT_TRUE(e->IsRunning());
             EXPECT_TRUE(e->StopEngine());
             EXPECT_GE(e->SearchDepth, 6);
@@ -174,7 +161,7 @@ TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
     for (int run = 0; run < 20; ++run) {
         clsEngineFixture e(MateInOne);
         e->Start();
-        ASSERT_TRUE(e.WaitForEnd());
+        ASSERT_TRUE(e.WaitFor());
         int score = 0;
         EXPECT_EQ(e->GetBestMoveText(false, score), "a1a8");
     }
@@ -185,7 +172,7 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     const clsString fen = e->GetPosition();
     EXPECT_EQ(e->SetMaxDepth(2), 2); // no limit of this engine's search
     ASSERT_TRUE(e->Start());
-    ASSERT_TRUE(e.WaitForDepth(6));
+    ASSERT_TRUE(e.WaitFor(6));
     EXPECT_TRUE(e->StopEngine());
     EXPECT_FALSE(e->IsRunning());
     int score = 0;
@@ -227,7 +214,7 @@ TEST(ThreadedEngineCorvane, AThousandStartsAndStopsLeaveNoThread) {
     EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));
 }
 
-TEST(EngineCorvane, Statistics) {
+TEST(EngineCorvane, StatisticsAndPlayedMoves) {
     clsEngineFixture e;
     EXPECT_TRUE(e->GetStatistics(0).IsEmpty());
     int64_t nodes = 0;
@@ -238,10 +225,8 @@ TEST(EngineCorvane, Statistics) {
     EXPECT_EQ(e->GetStatistics(0), ", TT hits: 5 25.00%, Rept.Hits: 0");
     EXPECT_EQ(e->SetMaxDepth(1000), 128);
     EXPECT_EQ(e->MaxDepth, 0);
-}
 
-TEST(EngineCorvane, PlayedMovesMarkTheTable) {
-    clsEngineFixture e;
+    // Played moves mark the table.
     ASSERT_TRUE(e->MakeMoveText(clsString("e2e4")));
     const clsTT* slot = e.Share.Slot(SearchKey(e->Board));
     EXPECT_EQ(slot->TTKey, SearchKey(e->Board));
@@ -263,7 +248,8 @@ TEST(BookUse, EntriesChoiceAndListing) {
     e.AddBookEntry("e2e4", 2500, 0, 0);
     e.AddBookEntry("d2d4", 0, 2500, 0);
     e.AddBookEntry("c2c4", 1, 1, 2);
-    const clsBookEntry other(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9); // not a move of this position
+    const clsBookEntry other(BoardKey(nvoChessTest::CoreAfter({"e2e4", "e7e5"})->Board), 9, 9,
+                             9); // not a move of this position
     e->Book.AddSorted(&other, 1);
     const clsString before = e->GetPosition();
     nuvobase::clsPCollection<clsBookEntryExt> list;

@@ -47,24 +47,43 @@ struct clsSearchFixture {
         Search->Current = Search->Root + 1;
     }
 
-    int SlotsOnPath() const {
-        int count = 0;
-        for (uint64_t i = 0; i < Share.TTCount; ++i) count += (Share.TTSlots[i].TTFlags & TTOnPath) != 0;
-        return count;
-    }
-
     nuvobase::clsMutex Lock;
     clsEngineShare Share;
     std::unique_ptr<clsTreeSearch> Search;
 };
 
-bool SameBoard(const clsBoard& a, const clsBoard& b) {
-    return std::memcmp(&a, &b, sizeof(clsBoard)) == 0;
+// Plain minimax over every legal move, on the same nodes: the value the walk's alpha-beta must reproduce.
+int32_t Minimax(clsTreeSearch& s, int32_t depth) {
+    clsSimpleNode* const node = s.Current;
+    node->SavedBoard = s.Board;
+    s.Generate(-1);
+    int32_t best = NoValue;
+    int legal = 0;
+    for (clsMove* m = node->Moves; m != node->End(); ++m) {
+        s.ApplyMove(*m);
+        if (!s.IsAttacked(s.Board.Kings & s.Board.Mine)) {
+            ++legal;
+            int32_t value;
+            if (node->Ply < depth) {
+                node->CurMove = m;
+                s.SwapSides();
+                s.Current = node + 1;
+                value = -Minimax(s, depth);
+                s.Current = node;
+            } else {
+                value = static_cast<int16_t>(s.Evaluate() + s.Board.Material);
+            }
+            best = std::max(best, value);
+        }
+        s.RestoreBoard(*node);
+    }
+    if (legal == 0) return node->InCheck ? MatedValue : DrawValue;
+    return best;
 }
 
 } // namespace
 
-TEST(TreeSearch, NodesWithoutMovesReplaceTheirAlpha) {
+TEST(TreeSearch, NodesWithoutMoves) {
     struct {
         const char* fen;
         int32_t value;
@@ -81,6 +100,15 @@ TEST(TreeSearch, NodesWithoutMovesReplaceTheirAlpha) {
         s->Node[1].CurMove = &s->MovePool[0];
         s->Current = &s->Node[2];
         EXPECT_EQ(s->WalkTree(2), c.value) << c.fen;
+        // At the root, no move means no search; random play on an empty list leaves no move, whatever was
+        // held before.
+        EXPECT_EQ(s->PrepareRoot(), c.value == 500) << c.fen;
+        clsMove held;
+        held.From = 1;
+        held.To = 2;
+        s->SetBestMove(&held);
+        s->ChooseAtRandom(-1);
+        EXPECT_EQ((s->CopyBestMove().Flags & MoveIllegal) != 0, c.value != 500) << c.fen;
     }
 }
 
@@ -104,27 +132,13 @@ TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
     s->StopFlag = 1;
     s->WalkTree(6);
     EXPECT_EQ(s->Current, &s->Node[2]);
-    EXPECT_TRUE(SameBoard(s->Board, before));
-    EXPECT_EQ(s.SlotsOnPath(), 0);
+    EXPECT_EQ(std::memcmp(&s->Board, &before, sizeof(clsBoard)), 0);
+    for (uint64_t i = 0; i < s.Share.TTCount; ++i) EXPECT_FALSE(s.Share.TTSlots[i].TTFlags & TTOnPath) << i;
     // The walk reached the last ply before it saw the flag.
     EXPECT_GE(s->Nodes, 5u);
 }
 
-TEST(TreeSearch, RootWithoutMoves) {
-    clsSearchFixture mated("k7/1Q6/1K6/8/8/8/8/8 b - -");
-    EXPECT_FALSE(mated->PrepareRoot());
-    clsSearchFixture stalemate("k7/8/1Q6/8/8/8/8/7K b - -");
-    EXPECT_FALSE(stalemate->PrepareRoot());
-    // Random play on an empty list leaves no move, whatever was held before.
-    clsMove held;
-    held.From = 1;
-    held.To = 2;
-    stalemate->SetBestMove(&held);
-    stalemate->ChooseAtRandom(-1);
-    EXPECT_TRUE(stalemate->CopyBestMove().Flags & MoveIllegal);
-}
-
-TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
+TEST(TreeSearch, StopKeepsTheBestMoveButNotAFixedDepth) {
     clsSearchFixture s(Start, 1, true);
     EXPECT_EQ(s->Deepen(4), clsTreeSearch::eDeepening::DepthLimit);
     const clsMove found = s->CopyBestMove();
@@ -135,6 +149,16 @@ TEST(TreeSearch, StoppedBeforeADepthKeepsTheBestMove) {
     s->SearchRoot();
     const clsMove kept = s->CopyBestMove();
     EXPECT_EQ(std::memcmp(&kept, &found, sizeof(clsMove)), 0);
+
+    // A fixed-depth search ignores the stop left by the earlier search.
+    clsSearchFixture fresh(Start);
+    uint64_t nodes = 99;
+    EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
+    EXPECT_EQ(nodes, 0u);
+    const int32_t value = fresh->SearchFixedDepth(3, nodes);
+    const uint64_t freshNodes = nodes;
+    EXPECT_EQ(s->SearchFixedDepth(3, nodes), value);
+    EXPECT_EQ(nodes, freshNodes);
 }
 
 TEST(TreeSearch, RandomChoice) {
@@ -201,39 +225,6 @@ TEST(TreeSearch, UsableSlotStandsForTheNode) {
     EXPECT_EQ(s->MoveText(&best, false), "a2a3");
 }
 
-namespace {
-
-// Plain minimax over every legal move, on the same nodes: the value the walk's alpha-beta must reproduce.
-int32_t Minimax(clsTreeSearch& s, int32_t depth) {
-    clsSimpleNode* const node = s.Current;
-    node->SavedBoard = s.Board;
-    s.Generate(-1);
-    int32_t best = NoValue;
-    int legal = 0;
-    for (clsMove* m = node->Moves; m != node->End(); ++m) {
-        s.ApplyMove(*m);
-        if (!s.IsAttacked(s.Board.Kings & s.Board.Mine)) {
-            ++legal;
-            int32_t value;
-            if (node->Ply < depth) {
-                node->CurMove = m;
-                s.SwapSides();
-                s.Current = node + 1;
-                value = -Minimax(s, depth);
-                s.Current = node;
-            } else {
-                value = static_cast<int16_t>(s.Evaluate() + s.Board.Material);
-            }
-            best = std::max(best, value);
-        }
-        s.RestoreBoard(*node);
-    }
-    if (legal == 0) return node->InCheck ? MatedValue : DrawValue;
-    return best;
-}
-
-} // namespace
-
 TEST(TreeSearch, WalkAgreesWithMinimax) {
     const char* positions[] = {
         Start,
@@ -258,17 +249,4 @@ TEST(TreeSearch, WalkAgreesWithMinimax) {
             walk->SearchDepth = depth;
             EXPECT_EQ(walk->SearchRoot(), exact) << fen << " depth " << depth;
         }
-}
-
-// Values of whole walks are checked against minimax above.
-TEST(TreeSearch, FixedDepthIgnoresAnEarlierStop) {
-    clsSearchFixture s(Start);
-    uint64_t nodes = 99;
-    EXPECT_EQ(s->SearchFixedDepth(0, nodes), 0);
-    EXPECT_EQ(nodes, 0u);
-    const int32_t fresh = s->SearchFixedDepth(3, nodes);
-    const uint64_t freshNodes = nodes;
-    s->StopFlag = 1; // left by an earlier search
-    EXPECT_EQ(s->SearchFixedDepth(3, nodes), fresh);
-    EXPECT_EQ(nodes, freshNodes);
 }

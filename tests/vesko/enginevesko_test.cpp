@@ -44,7 +44,7 @@ bool ReachDepth(clsEngineVesko& engine, int depth) {
 
 } // namespace
 
-TEST(EngineVesko, PerftWritesOneLinePerPly) {
+TEST(EngineVesko, PerftLinesAndPositionsWithoutClocks) {
     CapturedOutput captured;
     clsEngineVesko engine("Vesko", &captured.Output);
     engine.Protocol = clsEngineInterface::Uci;
@@ -57,10 +57,7 @@ TEST(EngineVesko, PerftWritesOneLinePerPly) {
     EXPECT_EQ(engine.Perft(3, true), 0u);
     EXPECT_EQ(engine.Perft(-4, false), 0u);
     EXPECT_EQ(captured.Text(), "info string 1\t20\ninfo string 2\t400\ninfo string 3\t8902\n");
-}
 
-TEST(EngineVesko, PositionWithoutClocks) {
-    clsEngineVesko engine("Vesko", nullptr);
     ASSERT_TRUE(engine.SetPosition("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 7 42"));
     // Vesko reads no move clocks: the moves of a time control count from 0 whatever the FEN says.
     EXPECT_EQ(engine.MoveNumber, 0);
@@ -107,7 +104,7 @@ TEST(ThreadedEngineVesko, SearchResultLinesAndConsume) {
     EXPECT_EQ(BestMove(engine), "");
 }
 
-TEST(ThreadedEngineVesko, StopKeepsTheLastFullIterationsMove) {
+TEST(ThreadedEngineVesko, StopKeepsTheLastFullIterationsMoveAndCommandsStopFirst) {
     clsEngineVesko engine("Vesko", nullptr);
     ASSERT_TRUE(engine.SetPosition(Middlegame));
     engine.SetMaxDepth(0);
@@ -131,23 +128,20 @@ TEST(ThreadedEngineVesko, StopKeepsTheLastFullIterationsMove) {
     ASSERT_TRUE(reference.SetPosition(Middlegame));
     ASSERT_TRUE(reference.MakeMoveText(kept.c_str()));
     EXPECT_STREQ(engine.GetPosition().Text(), reference.GetPosition().Text());
-}
 
-TEST(ThreadedEngineVesko, CommandsAndDestructionStopARunningSearch) {
-    clsEngineVesko engine("Vesko", nullptr);
-    ASSERT_TRUE(engine.SetPosition(Middlegame));
-    engine.SetMaxDepth(0);
-    ASSERT_TRUE(engine.Start());
-    ASSERT_TRUE(ReachDepth(engine, 4));
-    ASSERT_TRUE(engine.SetPosition(StartFen)); // stops the search first
-    EXPECT_FALSE(engine.IsRunning());
-    EXPECT_STREQ(engine.GetPosition().Text(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
-
+    // A command stops a running search first; so does the engine's destruction, which must neither hang nor
+    // leave the thread behind.
+    reference.SetMaxDepth(0);
+    ASSERT_TRUE(reference.Start());
+    ASSERT_TRUE(ReachDepth(reference, 4));
+    ASSERT_TRUE(reference.SetPosition(StartFen));
+    EXPECT_FALSE(reference.IsRunning());
+    EXPECT_STREQ(reference.GetPosition().Text(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
     auto running = std::make_unique<clsEngineVesko>("Vesko", nullptr);
     ASSERT_TRUE(running->SetPosition(Middlegame));
     ASSERT_TRUE(running->Start());
     ASSERT_TRUE(ReachDepth(*running, 4));
-    running.reset(); // must neither hang nor leave the thread behind
+    running.reset();
 }
 
 TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
