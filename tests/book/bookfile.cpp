@@ -254,9 +254,8 @@ TEST_F(BookFile, SaveNeverLeavesAHalfWrittenBook) {
     EXPECT_EQ(ReadBytes("book.cbk"), goodBytes);
 
     // A folder in the way, or no folder to write into.
-    std::filesystem::create_directory(Folder / "folder.cbk");
-    std::filesystem::create_directory(Folder / "folder.cbk" / "inside");
+    std::filesystem::create_directories(Path("folder.cbk/inside"));
     EXPECT_FALSE(good.Save(PathTo("folder.cbk"), 0));
-    EXPECT_TRUE(std::filesystem::is_directory(Folder / "folder.cbk" / "inside"));
+    EXPECT_TRUE(std::filesystem::is_directory(Path("folder.cbk/inside")));
     EXPECT_FALSE(good.Save(PathTo("missing/book.cbk"), 0));
 }

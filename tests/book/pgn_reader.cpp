@@ -2,7 +2,6 @@
 // result word of a game: its result and reason texts, the tags SetCode writes, and Reset.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 #include <string>
 
@@ -140,7 +139,7 @@ class PgnFiles : public booktest::BookFiles {
 protected:
     // Loads text written as the file name into the book of pgn and gives the games read.
     int LoadText(clsPGNFile& pgn, const std::string& name, const std::string& text, bool extractFen = false) {
-        WriteBytes(name, booktest::Bytes(text.begin(), text.end()));
+        Write(name, text);
         return pgn.Load(PathTo(name), Core, 0, extractFen);
     }
     clsChessCore Core;
@@ -205,12 +204,10 @@ TEST_F(PgnFiles, PositionTableFoldsRepeatedPositions) {
     const std::string games = "[Result \"1-0\"]\n1. e4 e5 1-0\n[Result \"0-1\"]\n1. e4 c5 0-1\n"
                               "[Result \"1/2-1/2\"]\n1. d4 1/2-1/2\n[Result \"*\"]\n1. e4 *\n";
     EXPECT_EQ(LoadText(Pgn, "a.b.pgn", games, true), 4);
-    std::ifstream table(Folder / "a.b.txt", std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(table)), std::istreambuf_iterator<char>());
     // The lines in text order. After 1. e4 one win each side; the start position also one draw, and the
     // aborted game nowhere.
-    EXPECT_EQ(text, "1\t0\t1\trnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3\r\n"
-                    "1\t1\t1\trnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\r\n");
+    EXPECT_EQ(Read("a.b.txt"), "1\t0\t1\trnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3\r\n"
+                               "1\t1\t1\trnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\r\n");
 }
 
 } // namespace

@@ -66,12 +66,11 @@ TEST_F(PolyglotBuild, SameFileAsMakeBook) {
         for (const int minGames : {1, clsPolyglotBuilder::DefaultMinGames}) {
             clsPolyglotBuilder builder;
             EXPECT_EQ(ReadPgnGames(games.c_str(), core, plies, nullptr, builder), 984);
-            const fs::path theirs = Folder / "theirs.bin";
             int64_t written = 0;
             ASSERT_TRUE(builder.Write(PathTo("ours.bin"), minGames, written));
             const std::string command =
-                std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" + theirs.string() +
-                "' -min-game " + std::to_string(minGames) +
+                std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" +
+                Path("theirs.bin") + "' -min-game " + std::to_string(minGames) +
                 (plies ? " -max-ply " + std::to_string(plies) : "") + " > /dev/null 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0);
             const auto expected = ReadBytes("theirs.bin");

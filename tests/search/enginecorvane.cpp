@@ -14,9 +14,11 @@
 #include "chess/chesstest.h"
 #include "chess/keys.h"
 #include "match/capturedoutput.h"
+#include "nuvobase/thread_wait.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nuvobase_test::Eventually;
 
 namespace {
 
@@ -42,15 +44,6 @@ struct clsEngineFixture {
         if (fen) Engine->SetPosition(clsString(fen));
     }
     clsEngineCorvane* operator->() { return Engine.get(); }
-
-    // Waits up to 20 s for the search to end by itself, or if a depth is given, to reach it first; whether
-    // it did.
-    bool WaitFor(int depth = 0) {
-        for (int i = 0; i < 20000 && Engine->IsRunning() && (!depth || Engine->SearchDepth.load() < depth);
-             ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return depth ? Engine->SearchDepth.load() >= depth : !Engine->IsRunning();
-    }
 
     void AddBookEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
         const clsBookEntry entry(BoardKey(nvoChessTest::CoreAfter({move})->Board), wins, losses, draws);
@@ -120,7 +113,7 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
     EXPECT_TRUE(e->StopEngine()); // on an idle engine, twice: no harm to the next search
     EXPECT_TRUE(e->StopEngine());
     e->Start(); // may have ended already when it returns
-    ASSERT_TRUE(e.WaitFor());
+    ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
     const clsString info = e->GetInfoLine();
     EXPECT_EQ(info.Left(9), "2 100000 ");
     EXPECT_EQ(info.AfterLastChar(' '), "Ra1-a8");
@@ -141,10 +134,10 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
         clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
         e->Start(); // may have ended already when it returns
         if (!*option) {
-            ASSERT_TRUE(e.WaitFor());
+            ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
             EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
         } else {
-            e.WaitFor(6);
+            Eventually([&] { return e->SearchDepth.load() >= 6; });
             EXPECT_TRUE(e->IsRunning());
             EXPECT_TRUE(e->StopEngine());
             EXPECT_GE(e->SearchDepth, 6);
@@ -161,7 +154,7 @@ TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
     for (int run = 0; run < 20; ++run) {
         clsEngineFixture e(MateInOne);
         e->Start();
-        ASSERT_TRUE(e.WaitFor());
+        ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
         int score = 0;
         EXPECT_EQ(e->GetBestMoveText(false, score), "a1a8");
     }
@@ -172,7 +165,7 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     const clsString fen = e->GetPosition();
     EXPECT_EQ(e->SetMaxDepth(2), 2); // no limit of this engine's search
     ASSERT_TRUE(e->Start());
-    ASSERT_TRUE(e.WaitFor(6));
+    ASSERT_TRUE(Eventually([&] { return e->SearchDepth.load() >= 6; }));
     EXPECT_TRUE(e->StopEngine());
     EXPECT_FALSE(e->IsRunning());
     int score = 0;

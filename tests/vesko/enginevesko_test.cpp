@@ -2,16 +2,16 @@
 #include "vesko/clsenginevesko.h"
 
 #include "match/capturedoutput.h"
+#include "nuvobase/thread_wait.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
-#include <thread>
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nuvobase_test::Eventually;
 
 namespace {
 
@@ -33,13 +33,12 @@ std::string BestMove(clsEngineVesko& engine, bool consume = false) {
 
 // Waits, generously, until the running search has finished `depth` - 2.
 bool ReachDepth(clsEngineVesko& engine, int depth) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < deadline) {
-        const clsString line = engine.GetInfoLine();
-        if (!line.IsEmpty() && std::stoi(line.Text()) >= depth) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return false;
+    return Eventually(
+        [&] {
+            const clsString line = engine.GetInfoLine();
+            return !line.IsEmpty() && std::stoi(line.Text()) >= depth;
+        },
+        60000);
 }
 
 } // namespace
@@ -152,10 +151,8 @@ TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
         engine.Start();
         engine.StopEngine();
         // A lost stop leaves the search running for far longer than this.
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (engine.IsRunning() && std::chrono::steady_clock::now() < deadline)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        ASSERT_FALSE(engine.IsRunning()) << "the stop was lost in round " << round;
+        ASSERT_TRUE(Eventually([&] { return !engine.IsRunning(); }, 30000))
+            << "the stop was lost in round " << round;
         engine.Wait();
     }
     // The stop of the last search does not cut the owner's next command short, nor the next search.
