@@ -47,7 +47,7 @@ const GameCase GameCases[] = {
     {"unclosed comment", "1. e4 {runs on e5 2. Nf3\n", 0, "e2e4 ", 0x1, 1},
 };
 
-TEST(PgnGame, TokensOfOneGame) {
+TEST(PgnGame, TokensAndTagsOfOneGame) {
     clsChessCore core;
     for (const GameCase& c : GameCases) {
         SCOPED_TRACE(c.Name);
@@ -57,10 +57,8 @@ TEST(PgnGame, TokensOfOneGame) {
         EXPECT_EQ(game.Code, c.Code);
         EXPECT_EQ(game.FirstMoveNumber, c.FirstMoveNumber);
     }
-}
 
-TEST(PgnGame, TagsAreKept) {
-    clsChessCore core;
+    // Tags are kept.
     clsGame game;
     game.ReadPgn("[White \"A B\"]\n[Black]\n1. e4 {best by test} e5\n", core, nullptr, 0);
     EXPECT_STREQ(game.Tags.GetValue("White").Text(), "A B");

@@ -37,7 +37,7 @@ TEST(ChessMake, GameMoves) {
     EXPECT_EQ(ep->Board.PawnCount[1], 7);
 }
 
-TEST(ChessMake, CastlingMovesKingAndRookAndPaysTheBonus) {
+TEST(ChessMake, CastlingAndPromotionsPayTheirMaterial) {
     const auto core = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
     core->CastlingBonus = 30;
     ASSERT_TRUE(core->MakeMoveText(clsString("e1g1")));
@@ -49,17 +49,15 @@ TEST(ChessMake, CastlingMovesKingAndRookAndPaysTheBonus) {
     EXPECT_EQ(core->Board.Material, 0);
     core->ComputeMaterial();
     EXPECT_EQ(core->Board.Material, 0);
-}
 
-TEST(ChessMake, Promotions) {
-    const auto core = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
-    ASSERT_TRUE(core->MakeMoveText(clsString("a7b8=N")));
-    EXPECT_EQ(core->Board.Knights, TextToSquare("b8"));
-    EXPECT_EQ(core->Board.PieceCount[0], 2);
+    const auto taking = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+    ASSERT_TRUE(taking->MakeMoveText(clsString("a7b8=N")));
+    EXPECT_EQ(taking->Board.Knights, TextToSquare("b8"));
+    EXPECT_EQ(taking->Board.PieceCount[0], 2);
     // The promotion adds its own gain only, not the rook taken: -395 + 198 from white, negated for black.
-    EXPECT_EQ(core->Board.Material, -(105 - 500 + 198));
-    core->ComputeMaterial();
-    EXPECT_EQ(core->Board.Material, -303);
+    EXPECT_EQ(taking->Board.Material, -(105 - 500 + 198));
+    taking->ComputeMaterial();
+    EXPECT_EQ(taking->Board.Material, -303);
 
     // The letter is needed; S and M are bishop and queen.
     const auto letter = CoreAt("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");

@@ -71,7 +71,7 @@ TEST(ChessPerft, OddRequests) {
     EXPECT_EQ(CoreAt("k7/8/1Q6/8/8/8/8/7K b - - 0 1")->Perft(2, false), 0u);
 }
 
-TEST(ChessPerft, BadPositionsStayInBounds) {
+TEST(ChessPerft, BadPositionsAndFullPoolsStayInBounds) {
     const char* fens[] = {
         "8/8/8/8/8/8/8/8 w - -",                   // no men
         "4k3/8/8/8/8/8/8/8 w KQkq e6",             // no white king, rights without men
@@ -98,9 +98,7 @@ TEST(ChessPerft, BadPositionsStayInBounds) {
         core->SanToCoordinates(clsString("Nf3"), true);
         EXPECT_LE(core->Current->End(), core->MovePool + MovePoolSize) << fen;
     }
-}
 
-TEST(ChessPerft, PoolBoundHolds) {
     // Lists stacked node after node until the pool is full: the generator stops at its end.
     const auto core = CoreAt("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
     for (int ply = 1; ply < NodeCount - 1; ++ply) {

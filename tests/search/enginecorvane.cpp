@@ -106,7 +106,7 @@ TEST(EngineSoul, SelectByNameFallbacksAndCrossing) {
     EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]); // the engine takes the crossed bonus
 }
 
-TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
+TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwoAndIsPlayedAtProportionalHundred) {
     clsEngineFixture e(MateInOne);
     e->Post = 1;
     e->Protocol = clsEngineInterface::XBoard;
@@ -125,6 +125,16 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
     EXPECT_EQ(e.Captured.Text(),
               "#  engine's running\n#  16 moves to analyze\n# I'll win in 0 moves playing a1a8\n#  "
               "engine stopped\n");
+
+    // With -random -proportional=100 every draw passes, so the mate is played each time (the choice itself is
+    // checked on the search).
+    clsCommandLine line({"-random", "-proportional=100"});
+    for (int run = 0; run < 20; ++run) {
+        clsEngineFixture f(MateInOne);
+        f->Start();
+        ASSERT_TRUE(Eventually([&] { return !f->IsRunning(); }));
+        EXPECT_EQ(f->GetBestMoveText(false, score), "a1a8");
+    }
 }
 
 TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportionalRunsOn) {
@@ -145,18 +155,6 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
         int score = 0;
         const clsString move = e->GetBestMoveText(false, score);
         EXPECT_TRUE(e->MakeMoveText(move)) << move.Text();
-    }
-}
-
-TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-    // Every draw passes at 100, so the mate is played each time (the choice itself is checked on the search).
-    clsCommandLine line({"-random", "-proportional=100"});
-    for (int run = 0; run < 20; ++run) {
-        clsEngineFixture e(MateInOne);
-        e->Start();
-        ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
-        int score = 0;
-        EXPECT_EQ(e->GetBestMoveText(false, score), "a1a8");
     }
 }
 
