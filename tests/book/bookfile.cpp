@@ -81,7 +81,7 @@ TEST_F(BookFile, SavedBookLoadsEqual) {
     EXPECT_EQ(Contents(loaded), Contents(model));
 }
 
-TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
+TEST_F(BookFile, ReservedNumbersAndNonMinimalCountersReadForeignFilesRefused) {
     FileBuilder file;
     file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word(1, 4).Word(1, 4);
     for (int i = 0; i < 31; ++i) file.Number(i * 1000);
@@ -92,9 +92,7 @@ TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
     clsBook book;
     EXPECT_TRUE(book.Load(PathTo("odd.cbk"), 0));
     EXPECT_EQ(Contents(book), Contents(Model{{42, {5, 2, 3}}}));
-}
 
-TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
     const Bytes good = FileBuilder().Header(1, 1).Entry(9, 1, 1, 1).Trailer().Data;
     Bytes version2 = good;
     version2[6] = 2;

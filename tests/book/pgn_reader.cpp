@@ -103,7 +103,7 @@ const CodeCase CodeCases[] = {
     {0x8017, "?", "?"},
 };
 
-TEST(GameTexts, ResultAndReasonFollowTheWordAndSetCodeWritesThemAsTags) {
+TEST(GameTexts, ResultAndReasonTagsAndReset) {
     for (const CodeCase& c : CodeCases) {
         nvoChess::clsGame game;
         game.Tags.SetValue("Event", "test");
@@ -117,9 +117,8 @@ TEST(GameTexts, ResultAndReasonFollowTheWordAndSetCodeWritesThemAsTags) {
         EXPECT_STREQ(game.Tags.GetValue("result").Text(), c.Result);
         EXPECT_STREQ(game.Tags.GetValue("Reason").Text(), c.Reason);
     }
-}
 
-TEST(GameTexts, ResetKeepsTagsOnlyWhenAsked) {
+    // Reset keeps the tags only when asked.
     for (const bool keepTags : {false, true}) {
         nvoChess::clsGame game;
         game.SetCode(0x001A);
@@ -165,16 +164,14 @@ const FileCase FileCases[] = {
     {"blank lines only", "\n\n  \n", 0, 0},
 };
 
-TEST_F(PgnFiles, CutIntoGames) {
+TEST_F(PgnFiles, CutIntoGamesAndBadFilesEndWithABook) {
     for (const FileCase& c : FileCases) {
         SCOPED_TRACE(c.Name);
         clsPGNFile pgn;
         EXPECT_EQ(LoadText(pgn, "cut.pgn", c.Text), c.Games);
         EXPECT_EQ(pgn.Book.Count, c.Positions);
     }
-}
 
-TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
     EXPECT_EQ(Pgn.Load(PathTo("none.pgn"), Core, 0, true), 0);
     EXPECT_EQ(Pgn.Book.Count, 0);
     const std::string shuffle = "1. Nf3 Nf6 2. Ng1 Ng8 ";

@@ -112,7 +112,7 @@ TEST(TreeSearch, NodesWithoutMoves) {
     }
 }
 
-TEST(TreeSearch, CutMarksTheParentsMove) {
+TEST(TreeSearch, CutsMarkTheParentsMoveAndAStopRestoresBoardAndCurrent) {
     // With a bound from the root (as if an earlier root move had been worth 0) the reply refutes g1-h3 and
     // marks it; without one the node is searched to its end and nothing is marked.
     for (const bool bound : {true, false}) {
@@ -123,9 +123,8 @@ TEST(TreeSearch, CutMarksTheParentsMove) {
         s->WalkTree(2);
         EXPECT_EQ((move->Flags & MoveRefuted) != 0, bound);
     }
-}
 
-TEST(TreeSearch, StopDuringAWalkRestoresBoardAndCurrent) {
+    // A stop during a walk restores the board and the current node.
     clsSearchFixture s(Start, 1, true);
     s.EnterChild(s.RootMove("e2e4"));
     const clsBoard before = s->Board;

@@ -89,7 +89,7 @@ public:
 
 // The positions of Corvane's perft test and a few more, each counted once to the deepest ply within a
 // budget; every ply's count is compared.
-TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
+TEST(VeskoCore, PerftCountsPositionTextsAndHostileBlocks) {
     constexpr uint64_t budget = 2000000;
     std::map<std::string, std::vector<PerftCase>> table;
     for (const char* name : {"perft.txt", "vesko_perft.txt"})
@@ -111,10 +111,7 @@ TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
         EXPECT_EQ(engine.Block->PlyCounts[depth], 0u) << fen;
         EXPECT_EQ(engine.Block->Nodes, 0u) << "a count evaluates nothing";
     }
-}
 
-TEST(VeskoCore, PositionTextRoundTripAndHostileBlocks) {
-    TestBlock engine;
     engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
     EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
     engine.SetFen("r3k2r/8/8/3pP3/8/8/8/R3K2R w Kq d6 0 12");
@@ -169,7 +166,7 @@ TEST(VeskoCore, EvaluationTermsAndWeights) {
 }
 
 // White's mate in one is found through the engine's interface; here Black's, and positions without moves.
-TEST(VeskoCore, DeepeningEndsAtMateOrMaxDepth) {
+TEST(VeskoCore, DeepeningEndsAtMateOrMaxDepthAndMovesMadeByText) {
     TestBlock engine;
     engine.SetFen("r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1");
     engine.Search(0);
@@ -199,10 +196,8 @@ TEST(VeskoCore, DeepeningEndsAtMateOrMaxDepth) {
     EXPECT_EQ(engine.Block->Depth, 6);
     EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -")
         << "the search keeps the position";
-}
 
-// Moves made by text in turn, each taken or refused; a refused move leaves the position as it was.
-TEST(VeskoCore, MakeMoveByText) {
+    // Moves made by text in turn, each taken or refused; a refused move leaves the position as it was.
     const char* castling = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
     const char* promotion = "8/4P3/8/8/8/8/k7/4K3 w - - 0 1";
     const struct {
@@ -238,7 +233,6 @@ TEST(VeskoCore, MakeMoveByText) {
          {{"e2e4", true}, {"d4e3", true}},
          "7k/7P/6K1/8/8/3Pp3/8/8 w - -"},
     };
-    TestBlock engine;
     for (const auto& game : games) {
         SCOPED_TRACE(game.Fen);
         engine.SetFen(game.Fen);
