@@ -37,18 +37,16 @@ TEST(BookFind, FindsPresentKeysOnly) {
     }
 }
 
-TEST(BookMerge, SharedKeysSumWithoutOverflow) {
+TEST(BookMerge, SharedKeysSumWithoutOverflowAndScoreTheShareOfPoints) {
     clsBook book, more;
     Fill(book, Model{{5, {Largest - 1, 7, Largest}}, {9, {1, 1, 1}}});
     Fill(more, Model{{2, {1, 0, 0}}, {5, {3, 1, 1}}});
     book.AddSorted(more);
     EXPECT_EQ(Contents(book), Contents(Model{{2, {1, 0, 0}}, {5, {Largest, 8, Largest}}, {9, {1, 1, 1}}}));
     EXPECT_EQ(more.Count, 0); // the book given up is left empty
-}
 
-// Score (2 wins + draws) * 500 / games, truncated, the counters summed without overflow; the listing sorts
-// the moves by it.
-TEST(BookEntry, ScoreIsTheShareOfPoints) {
+    // Score (2 wins + draws) * 500 / games, truncated, the counters summed without overflow; the listing
+    // sorts the moves by it.
     const struct {
         uint32_t Wins, Losses, Draws;
         int Score;

@@ -47,7 +47,7 @@ const GameCase GameCases[] = {
     {"unclosed comment", "1. e4 {runs on e5 2. Nf3\n", 0, "e2e4 ", 0x1, 1},
 };
 
-TEST(PgnGame, TokensAndTagsOfOneGame) {
+TEST(PgnGame, TokensTagsAndResultTexts) {
     clsChessCore core;
     for (const GameCase& c : GameCases) {
         SCOPED_TRACE(c.Name);
@@ -64,9 +64,8 @@ TEST(PgnGame, TokensAndTagsOfOneGame) {
     EXPECT_STREQ(game.Tags.GetValue("White").Text(), "A B");
     EXPECT_EQ(game.Tags.Count, 2);
     EXPECT_EQ(game.PlyCount, 2);
-}
 
-TEST(PgnGame, ResultTexts) {
+    // Result texts set the code, and the tags unless unknown.
     const std::pair<const char*, uint32_t> cases[] = {{"1-0", 0x6},  {"0-1", 0xA}, {"1/2-1/2", 0x200},
                                                       {"*", 0x8000}, {"?", 0x1},   {"2-0", 0x1}};
     for (const auto& [text, code] : cases) {
@@ -164,7 +163,7 @@ const FileCase FileCases[] = {
     {"blank lines only", "\n\n  \n", 0, 0},
 };
 
-TEST_F(PgnFiles, CutIntoGamesAndBadFilesEndWithABook) {
+TEST_F(PgnFiles, CutIntoGamesBadFilesAndThePositionTable) {
     for (const FileCase& c : FileCases) {
         SCOPED_TRACE(c.Name);
         clsPGNFile pgn;
@@ -193,9 +192,8 @@ TEST_F(PgnFiles, CutIntoGamesAndBadFilesEndWithABook) {
     for (char& c : noise) c = char(random());
     clsPGNFile bytes;
     EXPECT_GE(LoadText(bytes, "noise.pgn", noise, true), 1);
-}
 
-TEST_F(PgnFiles, PositionTableFoldsRepeatedPositions) {
+    // The position table folds repeated positions.
     const std::string games = "[Result \"1-0\"]\n1. e4 e5 1-0\n[Result \"0-1\"]\n1. e4 c5 0-1\n"
                               "[Result \"1/2-1/2\"]\n1. d4 1/2-1/2\n[Result \"*\"]\n1. e4 *\n";
     EXPECT_EQ(LoadText(Pgn, "a.b.pgn", games, true), 4);

@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 using namespace nvoChess;
 
 constexpr const char* MakeBook = "/usr/games/polyglot";
+constexpr uint64_t Start = 0x463b96181691fc9cULL, AfterE4 = 0x823c9b50fd114196ULL;
 
 std::vector<uint8_t> BookBytes(const std::vector<clsPolyglotEntry>& entries) {
     std::vector<uint8_t> bytes(entries.size() * PolyglotEntrySize);
@@ -34,8 +35,8 @@ TEST(PolyglotKey, DocumentedPositions) {
         const char* Moves;
         uint64_t Key;
     } cases[] = {
-        {"", 0x463b96181691fc9cULL},
-        {"e2e4", 0x823c9b50fd114196ULL},
+        {"", Start},
+        {"e2e4", AfterE4},
         {"e2e4 d7d5", 0x0756b94461c50fb0ULL},
         {"e2e4 d7d5 e4e5", 0x662fafb965db29d4ULL},
         {"e2e4 d7d5 e4e5 f7f5", 0x22a48b5a8e47ff78ULL}, // en passant possible
@@ -79,8 +80,7 @@ TEST_F(PolyglotBuild, SameFileAsMakeBook) {
         }
 }
 
-TEST(PolyglotBook, DamagedFilesAreRefused) {
-    constexpr uint64_t Start = 0x463b96181691fc9cULL;
+TEST(PolyglotBook, DamagedFilesAreRefusedAndLinesWalkByWeight) {
     constexpr uint16_t E2E4 = 796, D2D4 = 731, A1A1 = 0, A1B3 = 1 << 3 | 1, A1B4 = 3 << 3 | 1;
     const auto good = BookBytes({{Start, D2D4, 2, 0}, {Start, E2E4, 1, 0}, {~0ULL, A1B3, 1, 0}});
     auto cut = good;
@@ -103,12 +103,9 @@ TEST(PolyglotBook, DamagedFilesAreRefused) {
         EXPECT_STREQ(error.Text(), c.Error);
         EXPECT_EQ(book.Count(), *c.Error ? 0u : 3u);
     }
-}
 
-// A book of 1.e4 (weight 3), 1.d4 (weight 1) and 1.c4 (weight 0), with 1...e5 after 1.e4 alone: the walks end
-// where the book ends, never play 1.c4, follow the weights, and repeat with the seed.
-TEST(PolyglotLine, WalksByWeight) {
-    constexpr uint64_t Start = 0x463b96181691fc9cULL, AfterE4 = 0x823c9b50fd114196ULL;
+    // A book of 1.e4 (weight 3), 1.d4 (weight 1) and 1.c4 (weight 0), with 1...e5 after 1.e4 alone: the walks
+    // end where the book ends, never play 1.c4, follow the weights, and repeat with the seed.
     const auto bytes =
         BookBytes({{Start, 796, 3, 0}, {Start, 731, 1, 0}, {Start, 666, 0, 0}, {AfterE4, 3364, 1, 0}});
     clsPolyglotBook book;

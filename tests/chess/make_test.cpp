@@ -37,7 +37,7 @@ TEST(ChessMake, GameMoves) {
     EXPECT_EQ(ep->Board.PawnCount[1], 7);
 }
 
-TEST(ChessMake, CastlingAndPromotionsPayTheirMaterial) {
+TEST(ChessMake, CastlingAndPromotionsPayTheirMaterialAndGameStatus) {
     const auto core = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
     core->CastlingBonus = 30;
     ASSERT_TRUE(core->MakeMoveText(clsString("e1g1")));
@@ -70,9 +70,8 @@ TEST(ChessMake, CastlingAndPromotionsPayTheirMaterial) {
     EXPECT_TRUE(queen->MakeMove(TextToSquare("e7"), TextToSquare("e8"), 'M'));
     EXPECT_EQ(queen->Board.Queens, TextToSquare("e8"));
     EXPECT_EQ(queen->Board.Material, -(105 + 835));
-}
 
-TEST(ChessMake, GameStatus) {
+    // The status of a game.
     const struct {
         const char* Fen;
         uint32_t Status;

@@ -52,7 +52,7 @@ TEST(ChessNotation, SquaresAndFenRoundTrips) {
     }
 }
 
-TEST(ChessNotation, EpdOperations) {
+TEST(ChessNotation, EpdOperationsAndPrintMoves) {
     const auto core = CoreAt("");
     nuvobase::clsStrings fields;
     core->SetPosition(clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm Nf3; id \"x\";"),
@@ -67,10 +67,9 @@ TEST(ChessNotation, EpdOperations) {
     // The next position forgets them.
     core->SetPosition(clsString(""), &fields);
     EXPECT_EQ(fields.Count, 0);
-}
 
-TEST(ChessNotation, PrintMoves) {
-    const auto core = CoreAt("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
+    // Printed moves.
+    core->SetPosition(clsString("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1"));
     core->Generate(-1);
     clsMove* capture = core->Current->Moves;
     capture->Score = 210;
@@ -88,7 +87,7 @@ TEST(ChessNotation, PrintMoves) {
     EXPECT_EQ(std::string(core->MoveText(nullptr, false).Text()), "------");
 }
 
-TEST(ChessNotation, SanToCoordinates) {
+TEST(ChessNotation, SanReadLenientlyAndWrittenAndReadBackStrictly) {
     const char* start = "";
     const char* black = "r3k2r/8/8/8/8/5N2/8/4K3 b kq - 0 1";
     const char* knights = "4k3/8/8/6n1/3n4/5P2/8/4K3 b - - 0 1";
@@ -122,9 +121,7 @@ TEST(ChessNotation, SanToCoordinates) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(Coordinates(*CoreAt(c.Fen), c.San), c.Coordinates) << c.Fen << " " << c.San;
-}
 
-TEST(ChessNotation, StandardNotationWrittenAndReadBack) {
     struct clsRow {
         const char* Fen;
         const char* Move;

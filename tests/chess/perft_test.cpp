@@ -9,9 +9,9 @@ using nvoChessTest::PerftCase;
 using nvoChessTest::ReferenceCounts;
 using nvoChessTest::Sanitized;
 
-TEST(ChessPerft, ReferenceCounts) {
+TEST(ChessPerft, ReferenceCountsWithAndWithoutShortcuts) {
     // Under the sanitizers the deep counts would take minutes.
-    const uint64_t limit = Sanitized ? 10000000 : ~0ULL;
+    const uint64_t limit = Sanitized ? 10000000 : ~0ULL, fullWalkLimit = Sanitized ? 1000000 : 3000000;
     int run = 0;
     for (const PerftCase& c : ReferenceCounts("perft.txt")) {
         if (c.Count > limit) continue;
@@ -19,18 +19,11 @@ TEST(ChessPerft, ReferenceCounts) {
         EXPECT_EQ(core->Perft(c.Depth, false), c.Count) << c.Fen << " depth " << c.Depth;
         EXPECT_EQ(core->Nodes, c.Count);
         ++run;
+        if (c.Count > fullWalkLimit) continue;
+        core->PerftShortcuts = false;
+        EXPECT_EQ(core->Perft(c.Depth, false), c.Count) << c.Fen << " depth " << c.Depth << " full walk";
     }
     EXPECT_GT(run, 100);
-}
-
-TEST(ChessPerft, FullWalkAgreesWithTheShortcuts) {
-    const uint64_t limit = Sanitized ? 1000000 : 3000000;
-    for (const PerftCase& c : ReferenceCounts("perft.txt")) {
-        if (c.Count > limit) continue;
-        const auto core = CoreAt(c.Fen.c_str());
-        core->PerftShortcuts = false;
-        EXPECT_EQ(core->Perft(c.Depth, false), c.Count) << c.Fen << " depth " << c.Depth;
-    }
 }
 
 TEST(ChessPerft, DivideLinesAddUp) {

@@ -46,7 +46,7 @@ constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk
 
 } // namespace
 
-TEST(Evaluation, LeafValuesWithSimple5) {
+TEST(Evaluation, LeafValuesAndPawnTermsWithSimple5) {
     const char* mate = "7k/8/6K1/8/8/8/8/2B1N3 w - -";
     const struct {
         const char *Fen, *Move;
@@ -84,13 +84,12 @@ TEST(Evaluation, LeafValuesWithSimple5) {
     const int32_t five = EvaluateAfter("1n4k1/8/8/8/8/8/5PPP/R4RK1 w - -", "a1a2");
     const int32_t six = EvaluateAfter("1n4k1/8/3n4/8/8/8/5PPP/R4RK1 w - -", "a1a2");
     EXPECT_EQ(six - five, 30);
-}
 
-TEST(Evaluation, PawnTermsAndTheirCache) {
+    // Pawn terms and their cache.
     const struct {
         const char *Fen, *Move;
         int32_t Score;
-    } rows[] = {
+    } pawnRows[] = {
         // Doubled passed pawns on b4 and b5: the fold carries them into one file bit (5), and b5 has a pawn
         // behind it (-8); after a black move the terms turn round.
         {"4k3/8/8/1P6/8/1P6/8/4K3 w - -", "b3b4", 5 - 8},
@@ -99,7 +98,7 @@ TEST(Evaluation, PawnTermsAndTheirCache) {
         {"4k3/8/8/P6P/8/8/8/4K3 w - -", "e1d1", 10},
         {"4k3/8/8/P2p3P/4P3/8/8/4K3 w - -", "e1d1", 10},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : pawnRows) {
         auto e = Evaluator(row.Fen);
         Apply(*e, row.Move);
         e->Evaluate();

@@ -184,7 +184,7 @@ TEST(TreeSearch, RandomChoice) {
     EXPECT_EQ(played, (std::set<std::string>{"e1d1", "e1d2", "e1f1", "e1f2"}));
 }
 
-TEST(TreeSearch, TableCountsHitsWithoutCutting) {
+TEST(TreeSearch, TableCountsHitsWithoutCuttingAndAUsableSlotStandsForTheNode) {
     // With and without a table the walks are alike: its slots are never deep enough for a cut.
     clsSearchFixture with(Start, 1, true), without(Start, 0, true);
     with->SearchDepth = 4;
@@ -197,9 +197,7 @@ TEST(TreeSearch, TableCountsHitsWithoutCutting) {
         EXPECT_EQ(without->TTHits, 0u);
     }
     EXPECT_GT(with->TTHits, 0u);
-}
 
-TEST(TreeSearch, UsableSlotStandsForTheNode) {
     // Search keys differ from run to run, and a node searched before a2-a3 whose key falls into the same slot
     // would take the slot over. Fixed keys make every run the same.
     InitKeys();
