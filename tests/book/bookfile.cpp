@@ -22,7 +22,7 @@ const uint32_t Largest = std::numeric_limits<uint32_t>::max();
 
 } // namespace
 
-TEST(BookFind, FindsPresentKeysOnly) {
+TEST(BookInMemory, FindMergeAndScore) {
     clsBook book;
     EXPECT_EQ(book.Find(0), nullptr);
     std::mt19937_64 random(3);
@@ -35,14 +35,12 @@ TEST(BookFind, FindsPresentKeysOnly) {
             EXPECT_EQ(book.Find(key - 1), nullptr);
         }
     }
-}
 
-TEST(BookMerge, SharedKeysSumWithoutOverflowAndScoreTheShareOfPoints) {
-    clsBook book, more;
-    Fill(book, Model{{5, {Largest - 1, 7, Largest}}, {9, {1, 1, 1}}});
+    clsBook merged, more;
+    Fill(merged, Model{{5, {Largest - 1, 7, Largest}}, {9, {1, 1, 1}}});
     Fill(more, Model{{2, {1, 0, 0}}, {5, {3, 1, 1}}});
-    book.AddSorted(more);
-    EXPECT_EQ(Contents(book), Contents(Model{{2, {1, 0, 0}}, {5, {Largest, 8, Largest}}, {9, {1, 1, 1}}}));
+    merged.AddSorted(more);
+    EXPECT_EQ(Contents(merged), Contents(Model{{2, {1, 0, 0}}, {5, {Largest, 8, Largest}}, {9, {1, 1, 1}}}));
     EXPECT_EQ(more.Count, 0); // the book given up is left empty
 
     // Score (2 wins + draws) * 500 / games, truncated, the counters summed without overflow; the listing

@@ -129,7 +129,7 @@ protected:
     std::vector<ReferenceGame> Games;
 };
 
-TEST_F(PgnReference, BookHoldsExactlyThePositionsOfTheGames) {
+TEST_F(PgnReference, BookAndPositionTableHoldExactlyThePliesOfTheGames) {
     for (const int maxPlies : {0, 10}) {
         SCOPED_TRACE(maxPlies);
         nvoChess::clsChessCore core;
@@ -137,9 +137,8 @@ TEST_F(PgnReference, BookHoldsExactlyThePositionsOfTheGames) {
         EXPECT_EQ(pgn.Load(PathTo("sample.pgn"), core, maxPlies, false), int(Games.size()));
         EXPECT_EQ(booktest::Contents(pgn.Book), booktest::Contents(ExpectedBook(Games, maxPlies)));
     }
-}
 
-TEST_F(PgnReference, PositionTableCountsEveryPlyOnce) {
+    // The position table counts every ply once.
     nvoChess::clsChessCore core;
     nvoChess::clsPGNFile pgn;
     pgn.Load(PathTo("sample.pgn"), core, 0, true);

@@ -19,7 +19,7 @@ uint64_t KeyOf(const char* fen) {
 
 } // namespace
 
-TEST(ChessMake, GameMoves) {
+TEST(ChessMake, GameMovesCastlingPromotionsAndStatus) {
     const auto core = CoreAt("");
     for (const char* move : {"e2e4", "c7c5", "g1f3"})
         ASSERT_TRUE(core->MakeMoveText(clsString(move))) << move;
@@ -35,20 +35,19 @@ TEST(ChessMake, GameMoves) {
     ASSERT_TRUE(ep->MakeMoveText(clsString("e5d6")));
     EXPECT_EQ(ep->GetPosition(), clsString("rnbqkbnr/ppp1pppp/3P4/8/8/8/PPPP1PPP/RNBQKBNR b KQkq -"));
     EXPECT_EQ(ep->Board.PawnCount[1], 7);
-}
 
-TEST(ChessMake, CastlingAndPromotionsPayTheirMaterialAndGameStatus) {
-    const auto core = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    core->CastlingBonus = 30;
-    ASSERT_TRUE(core->MakeMoveText(clsString("e1g1")));
-    EXPECT_EQ(core->GetPosition(), clsString("r3k2r/8/8/8/8/8/8/R4RK1 b kq -"));
+    // Castling moves king and rook and pays the bonus.
+    const auto castling = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    castling->CastlingBonus = 30;
+    ASSERT_TRUE(castling->MakeMoveText(clsString("e1g1")));
+    EXPECT_EQ(castling->GetPosition(), clsString("r3k2r/8/8/8/8/8/8/R4RK1 b kq -"));
     // The bonus belongs to white; seen from black it is negative.
-    EXPECT_EQ(core->Board.Material, -30);
-    ASSERT_TRUE(core->MakeMoveText(clsString("e8c8")));
-    EXPECT_EQ(core->GetPosition(), clsString("2kr3r/8/8/8/8/8/8/R4RK1 w - -"));
-    EXPECT_EQ(core->Board.Material, 0);
-    core->ComputeMaterial();
-    EXPECT_EQ(core->Board.Material, 0);
+    EXPECT_EQ(castling->Board.Material, -30);
+    ASSERT_TRUE(castling->MakeMoveText(clsString("e8c8")));
+    EXPECT_EQ(castling->GetPosition(), clsString("2kr3r/8/8/8/8/8/8/R4RK1 w - -"));
+    EXPECT_EQ(castling->Board.Material, 0);
+    castling->ComputeMaterial();
+    EXPECT_EQ(castling->Board.Material, 0);
 
     const auto taking = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
     ASSERT_TRUE(taking->MakeMoveText(clsString("a7b8=N")));

@@ -61,10 +61,6 @@ struct clsEngineFixture {
     std::unique_ptr<clsEngineCorvane> Engine;
 };
 
-long ThreadsOfProcess() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-}
-
 } // namespace
 
 TEST(EngineSoul, SelectByNameFallbacksAndCrossing) {
@@ -209,19 +205,21 @@ TEST(ThreadedEngineCorvane, StatisticsPlayedMovesAndAThousandStartsAndStops) {
     ASSERT_TRUE(without->MakeMoveText(clsString("e2e4")));
     EXPECT_FALSE(without->IsWhiteToMove());
 
-    // A thousand starts and stops leave no thread.
-    // The first thread a process makes can bring a helper thread of the sanitizer runtime with it: count
-    // the threads after one search has come and gone.
+    // A thousand starts and stops leave no thread. The first thread a process makes can bring a helper
+    // thread of the sanitizer runtime with it: count the threads after one search has come and gone.
     ASSERT_TRUE(e->Start());
     ASSERT_TRUE(e->StopEngine());
-    const long before = ThreadsOfProcess();
+    const auto threadsOfProcess = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const long before = threadsOfProcess();
     for (int i = 0; i < 1000; ++i) {
         ASSERT_TRUE(e->Start());
         if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
         ASSERT_TRUE(e->StopEngine());
         ASSERT_FALSE(e->IsRunning());
     }
-    EXPECT_EQ(ThreadsOfProcess(), before);
+    EXPECT_EQ(threadsOfProcess(), before);
     int score = 0;
     const clsString move = e->GetBestMoveText(false, score);
     EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));

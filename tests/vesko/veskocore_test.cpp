@@ -138,7 +138,7 @@ TEST(VeskoCore, PerftCountsPositionTextsAndHostileBlocks) {
 // Leaf values worked out by hand from the weights. White: Kh1 Rb6 pawns a2 c2 d2 h3 g6; black: Kh8 Na5
 // Bc5. White has 23 pseudo-legal moves (Kg1 is left to the legality test: stockfish counts 22 legal ones),
 // and Rb6-b7 is played. The second case is its mirror image with black to move.
-TEST(VeskoCore, EvaluationTermsAndWeights) {
+TEST(VeskoCore, EvaluationDeepeningAndMovesMadeByText) {
     struct Case {
         const char* Fen;
         const char* Move;
@@ -163,11 +163,8 @@ TEST(VeskoCore, EvaluationTermsAndWeights) {
         VeskoMake(engine.Root(), played);
         EXPECT_EQ(VeskoEvaluate(engine.Block->Weights, engine.Root()), test.Value) << test.Fen;
     }
-}
 
-// White's mate in one is found through the engine's interface; here Black's, and positions without moves.
-TEST(VeskoCore, DeepeningEndsAtMateOrMaxDepthAndMovesMadeByText) {
-    TestBlock engine;
+    // White's mate in one is found through the engine's interface; here Black's, and positions without moves.
     engine.SetFen("r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1");
     engine.Search(0);
     EXPECT_EQ(engine.BestMove(), "a8a1");
