@@ -117,15 +117,9 @@ def progress_with_post(referee):
     # Only XBoard's post sets Post; back in UCI a search then shows its best move once a second, and once more
     # when it is delivered: the move, then the statistics, then the move itself.
     session = progress_session()
-    session.send("position startpos moves e2e4")
-    sync(session)
-    start = len(session.seen)
-    session.send("go")
-    for _ in range(2):
-        session.read_until(shows_a_move)
-    session.send("stop")
-    best = bestmove_of(session.until("bestmove"))
-    lines = session.seen[start:]
+    lines = search(session, position="position startpos moves e2e4",
+                   stop_after=lambda: [session.read_until(shows_a_move) for _ in range(2)])
+    best = bestmove_of(lines[-1])
     shown = [l.split()[1] for l in lines if l.startswith("currmove ")]
     check(len(shown) >= 3 and shown[-1] == best and set(shown) <= referee.legal_moves(["e2e4"]), lines)
     check(lines[-3] == "currmove " + best and lines[-2].startswith("info string "), lines)

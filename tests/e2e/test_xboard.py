@@ -4,7 +4,7 @@ import re
 import tempfile
 import time
 
-from corvane_driver import CORVANE, START_FEN, Session, check, xboard
+from corvane_driver import CORVANE, START_FEN, Session, check, read, xboard
 FEATURES = ('feature ping=1 setboard=1 usermove=1 time=1 draw=1 reuse=1 myname="%s" ics=1 name=1 debug=1 '
             'memory=1 smp=1 nps=0 san=0 sigint=0 sigterm=0 analyze=0 colors=0 done=1')
 # "moves n/m - time t/clock ms", the line every search starts with.
@@ -123,8 +123,7 @@ def command_log():
     with tempfile.TemporaryDirectory() as folder:
         log = os.path.join(folder, "xboard.log")
         xboard(["protover 2", "ping 3"], ("-log=" + log,))
-        with open(log, "rb") as f:
-            text = f.read()
+        text = read(log, "rb")
     check(text == b"protover\t2ping\t3quit\t", text)
 
 
