@@ -5,7 +5,7 @@ import os
 import re
 import time
 
-from corvane_driver import BINARY, Session, bestmove_of, debian_program
+from corvane_driver import BINARY, Session, bestmove_of, debian_program, write
 
 ALLOWANCE = re.compile(r"info string time (\d+) ms$")
 RESULTS = ("1-0", "0-1", "1/2-1/2")
@@ -26,7 +26,13 @@ class Clock:
         return "wtime %d btime %d winc %d binc %d" % (self.left[0], self.left[1], self.increment_ms, self.increment_ms)
 
 
-class UciPlayer:
+class Player:
+    def close(self):
+        self.session.send("quit")
+        return self.session.close()
+
+
+class UciPlayer(Player):
     """A UCI engine that plays from the whole game's moves on each turn."""
 
     def __init__(self, argv, options=()):
@@ -36,7 +42,7 @@ class UciPlayer:
         for option in options:
             self.session.send("setoption " + option)
 
-    def new_game(self):
+    def new_game(self, clock, side):
         self.session.send("ucinewgame")
         self.session.send("isready")
         self.session.read_until(lambda l: l == "readyok", timeout=60)
@@ -49,19 +55,14 @@ class UciPlayer:
         line = self.session.until("bestmove", timeout)
         return bestmove_of(line), self.session.seen[start:]
 
-    def close(self):
-        self.session.send("quit")
-        return self.session.close()
 
-
-class PolyglotPlayer:
+class PolyglotPlayer(Player):
     """corvane -strictuci behind polyglot, spoken to as an XBoard engine."""
 
     def __init__(self, folder, args):
         ini = os.path.join(folder, "corvane.ini")
-        with open(ini, "w") as f:
-            f.write("[PolyGlot]\nEngineDir = %s\nEngineCommand = %s %s\nLog = false\nBook = false\n[Engine]\n"
-                    % (folder, BINARY, " ".join(args)))
+        write(ini, "[PolyGlot]\nEngineDir = %s\nEngineCommand = %s %s\nLog = false\nBook = false\n[Engine]\n"
+              % (folder, BINARY, " ".join(args)))
         self.session = Session([ini], executable=debian_program("polyglot"), cwd=folder)
         self.session.send("xboard")
         self.session.send("protover 2")
@@ -83,10 +84,6 @@ class PolyglotPlayer:
         # polyglot may end the game itself, by a draw that it claims: its result then stands for the move.
         line = self.session.read_until(lambda l: l.split(" ")[0] in ("move", "Illegal") + RESULTS, timeout)
         return line.split()[1] if line.startswith("move ") else line.split(" ")[0], self.session.seen[start:]
-
-    def close(self):
-        self.session.send("quit")
-        return self.session.close()
 
 
 def stockfish():
@@ -112,20 +109,17 @@ def play(corvane, corvane_side, base_ms, increment_ms, max_plies, referee, oppon
     clock = Clock(base_ms, increment_ms)
     game = dict(result="*", moves=[], faults=[], overruns=[])
     moves, faults = game["moves"], game["faults"]
-    if isinstance(corvane, PolyglotPlayer):
-        corvane.new_game(clock, corvane_side)
-    else:
-        corvane.new_game()
-    opponent.new_game()
+    corvane.new_game(clock, corvane_side)
+    opponent.new_game(clock, 1 - corvane_side)
     seen = {}
     while len(moves) < max_plies:
         side = len(moves) % 2
         lost = "0-1" if side == 0 else "1-0"
-        if is_drawn(referee.fen(moves), seen):
+        if is_drawn(referee.shown("Fen", moves), seen):
             return dict(game, result="1/2-1/2")
         legal = referee.legal_moves(moves)
         if not legal:
-            return dict(game, result=lost if referee.in_check(moves) else "1/2-1/2")
+            return dict(game, result=lost if referee.shown("Checkers", moves) else "1/2-1/2")
         player = corvane if side == corvane_side else opponent
         started = time.monotonic()
         # Generous: a move that does not come is a fault of its own, not a hang of the test.

@@ -100,6 +100,27 @@ class Session:
 
 ENGINES = {"Vesko": [], "Corvane": ["-engine=corvane"]}
 CORVANE = ("-engine=corvane",)
+START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
+NO_MOVES = ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")  # mated, stalemated
+
+
+def xboard(lines, args=(), timeout=60, cwd=None):
+    """Runs the lines in XBoard mode, which the UCI word "xboard" enters silently, and returns the output."""
+    return run_ok(["xboard", *lines, "quit"], args, timeout, cwd)
+
+
+def read(path, mode="r"):
+    """The text of a file, its line ends as they are, or with mode "rb" its bytes."""
+    with open(path, mode, newline=None if "b" in mode else "") as data:
+        return data.read()
+
+
+def write(path, data):
+    """Writes text or bytes, making the folders on the way."""
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "wb" if isinstance(data, bytes) else "w") as out:
+        out.write(data)
+    return path
 
 
 def check(condition, message):
@@ -137,31 +158,33 @@ def shows_a_move(line):
     return line.startswith("currmove ") and len(line.split()) == 2
 
 
-def searched_move(session, timeout=120):
-    """go on a progress session, and stop once the search has shown a move; returns the search's lines, the
-    bestmove line last. However busy the machine, the move delivered is one the search has found."""
-    sync(session, timeout)
+def search(session, go="go", position=None, stop_after=None, timeout=30):
+    """The lines of one search, the bestmove line last: stopped once stop_after() returns, else ended by itself.
+    Checks that no second bestmove follows."""
+    if position:
+        session.send(position)
+    sync(session, timeout)  # the position is set before the search's time runs
     start = len(session.seen)
-    session.send("go")
-    session.read_until(shows_a_move, timeout)
-    session.send("stop")
+    session.send(go)
+    if stop_after:
+        stop_after()
+        session.send("stop")
     session.until("bestmove", timeout)
-    return session.seen[start:]
+    lines = session.seen[start:]
+    check(not any(l.startswith("bestmove") for l in sync(session, timeout)), "a second bestmove after %r" % go)
+    return lines
+
+
+def searched_move(session, timeout=120):
+    """go on a progress session, and stop once the search has shown a move; returns the search's lines. However
+    busy the machine, the move delivered is one the search has found."""
+    return search(session, stop_after=lambda: session.read_until(shows_a_move, timeout), timeout=timeout)
 
 
 def answered_move(session, think_seconds=0, timeout=30):
-    """go on the position set, and stop after think_seconds; checks that the search delivers exactly one move, even
-    when the stop comes right behind the go."""
-    sync(session, timeout)  # the position is set before the search's time runs
-    start = len(session.seen)
-    session.send("go")
-    time.sleep(think_seconds)
-    session.send("stop")
-    line = session.until("bestmove", timeout)
-    sync(session, timeout)
-    answers = [l for l in session.seen[start:] if l.startswith("bestmove")]
-    check(len(answers) == 1, "one go, one bestmove: %r" % answers)
-    return bestmove_of(line)
+    """go on the position set, and stop after think_seconds; the one move delivered, even when the stop comes right
+    behind the go."""
+    return bestmove_of(search(session, stop_after=lambda: time.sleep(think_seconds), timeout=timeout)[-1])
 
 
 def bestmove_of(line):
@@ -196,12 +219,6 @@ class Referee:
         self.session.send("d")
         self.session.until("Checkers:")
         return next(l for l in self.session.seen[start:] if l.startswith(field + ":")).split(":", 1)[1].strip()
-
-    def fen(self, moves):
-        return self.shown("Fen", moves)
-
-    def in_check(self, moves, fen=None):
-        return self.shown("Checkers", moves, fen) != ""
 
     def best_move(self, moves, think_ms):
         self.position(moves)

@@ -6,7 +6,8 @@ import re
 import struct
 import tempfile
 
-from corvane_driver import CORVANE, Referee, Session, bestmove_of, check, progress_session, remarks, run_ok, searched_move
+from corvane_driver import (CORVANE, Referee, Session, bestmove_of, check, progress_session, read, remarks, run_ok,
+                            search, searched_move, write)
 
 HEADER = struct.Struct("<6sII32x")  # magic, version, count
 THINKING = re.compile(r"^(\d+) (-?\d+) +(\d+) (\d+) ")
@@ -32,7 +33,7 @@ def book_bytes(entries):
 
 def entries(path):
     """(key, wins, losses, draws) of a .cbk file."""
-    data = open(path, "rb").read()
+    data = read(path, "rb")
     at, found = HEADER.size, []
 
     def number():
@@ -49,14 +50,6 @@ def entries(path):
         found.append(struct.unpack_from("<Q", data, at) + counters)
         at += 8
     return found
-
-
-def write(path, data):
-    """Writes text or bytes, making the folders on the way."""
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    with open(path, "wb" if isinstance(data, bytes) else "w") as out:
-        out.write(data)
-    return path
 
 
 def listing(args, moves=""):
@@ -112,8 +105,7 @@ def plays_and_lists(folder, keys, referee):
     check(["book %s loaded with 2 positions" % path, "book %s saved" % copy, "book %s saved" % limited,
            "book %s loaded with 1 positions" % limited, "book %s loaded with 1 positions" % path]
           == [l for l in lines if l.startswith("book ")], lines)
-    with open(path, "rb") as a, open(copy, "rb") as b:
-        check(a.read() == b.read(), "saved book differs from the loaded one")
+    check(read(path, "rb") == read(copy, "rb"), "saved book differs from the loaded one")
 
 
 def default_book_over_uci(folder, keys, referee):
@@ -124,15 +116,11 @@ def default_book_over_uci(folder, keys, referee):
     # A book move comes without a node searched, long before the search's allowance of over 7 s is used; out of the
     # book the engine searches, and "stop" brings its move.
     for moves, expected in (([], "e2e4"), (["e2e4"], "e7e5"), (["a2a3"], None)):
-        session.send("position startpos" + (" moves " + " ".join(moves) if moves else ""))
-        start = len(session.seen)
-        if expected:
-            session.send("go")
-            move = bestmove_of(session.until("bestmove "))
-        else:
-            move = bestmove_of(searched_move(session)[-1])
-        statistics = [m for m in map(STATISTICS.match, session.seen[start:]) if m]
-        check(len(statistics) == 1, session.seen[start:])
+        session.send("position startpos moves " + " ".join(moves))
+        lines = search(session) if expected else searched_move(session)
+        move = bestmove_of(lines[-1])
+        statistics = [m for m in map(STATISTICS.match, lines) if m]
+        check(len(statistics) == 1, lines)
         ms, searched = int(statistics[0].group(1)), statistics[0].group(2) is not None
         if expected:
             check(move == expected and not searched and ms < 5000, "book move expected: %s %d %s" % (move, ms, searched))
@@ -203,8 +191,8 @@ def build_merge_convert(folder):
     # Shared positions fold; the new book is left out of a second run; a cut book merges as far as it reads.
     # Quoted paths may hold blanks, and '\' separates folders as '/' does.
     books = os.path.join(folder, "my books")
-    built = open(os.path.join(games, "a.b.cbk"), "rb").read()
-    for name, data in (("a.cbk", built), ("sub/c.cbk", open(os.path.join(games, "deep", "c.cbk"), "rb").read()),
+    built = read(os.path.join(games, "a.b.cbk"), "rb")
+    for name, data in (("a.cbk", built), ("sub/c.cbk", read(os.path.join(games, "deep", "c.cbk"), "rb")),
                        ("cut.cbk", built[:HEADER.size + 11 + 5])):
         write(os.path.join(books, name), data)
     for _ in range(2):
@@ -223,7 +211,7 @@ def build_merge_convert(folder):
 
 
 START, AFTER_E4 = 0x463B96181691FC9C, 0x823C9B50FD114196  # polyglot keys of the start and of 1.e4
-E2E4, D2D4, E2E5, E7E5 = 796, 731, 804, 3364  # polyglot move codes
+E2E4, D2D4, E2E5, E7E5, C7C5 = 796, 731, 804, 3364, 3234  # polyglot move codes
 
 
 def polyglot_bytes(entries):
@@ -257,8 +245,7 @@ def polyglot_book(folder, referee):
     write(os.path.join(folder, "poly", "a.pgn"), GAME)
     said = console(folder, ["\\buildbooks poly 0 2 1"])
     check("saved book 'poly/a.bin' with 2 moves" in said, said)
-    with open(os.path.join(folder, "poly", "a.bin"), "rb") as built:
-        data = built.read()
+    data = read(os.path.join(folder, "poly", "a.bin"), "rb")
     check(len(data) == 32 and polyglot_bytes([(START, E2E4, 2)]) in (data[:16], data[16:]), data)
 
 

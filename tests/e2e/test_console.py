@@ -5,7 +5,7 @@ import os
 import re
 import tempfile
 
-from corvane_driver import CORVANE, Session, check, progress_session, run_ok, searched_move
+from corvane_driver import CORVANE, Session, check, progress_session, read, run_ok, searched_move, write, xboard
 
 START_BOARD = ["rnbqkbnr", "pppppppp", "--------", "--------", "--------", "--------", "PPPPPPPP", "RNBQKBNR"]
 AFTER_E2E4 = START_BOARD[:4] + ["----P---", "--------", "PPPP-PPP", "RNBQKBNR"]
@@ -16,7 +16,7 @@ PLAIN_UCI = ["id name Vesko", "uciok", "info string end"]
 
 def console(lines, args=()):
     """Runs the lines in XBoard mode, where remarks begin with "# ", and returns the remarks without it."""
-    output = run_ok(["xboard", *lines, "quit"], args)
+    output = xboard(lines, args)
     check(output[-1:] == ["# end"], output)
     return [l[2:] if l.startswith("# ") else l for l in output[:-1]]
 
@@ -70,12 +70,11 @@ def moves():
 
 
 def quiet_and_unknown():
-    # \help shows the list of the README, one line a command.
-    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "README.md")) as readme:
-        listed = readme.read().split("`\\help` lists the commands")[1].split("```")[1]
-    check(console(["\\help"]) == [l[2:] for l in listed.splitlines() if l.strip()], "README and \\help differ")
-    check(console(["\\soul", "\\testsouls", "\\SOUL", "foo", "\\foo", "\\epdx"]) == [
-        UNKNOWN + "foo", UNKNOWN + "\\foo", UNKNOWN + "\\epdx"], "unknown")
+    # \help shows the list of the README, one line a command; the quiet words answer nothing.
+    readme = read(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "README.md"))
+    listed = [l[2:] for l in readme.split("`\\help` lists the commands")[1].split("```")[1].splitlines() if l.strip()]
+    check(console(["\\help", "\\soul", "\\testsouls", "\\SOUL", "foo", "\\foo", "\\epdx"]) ==
+          listed + [UNKNOWN + "foo", UNKNOWN + "\\foo", UNKNOWN + "\\epdx"], "README and \\help differ, or unknown")
     # In UCI mode: an empty line reaches no handler, a line of blanks is an empty command, and nothing after quit is
     # read; the end of the input ends the program at once.
     check(run_ok(["", "   ", "foo", "\\soul", "quit", "bar"]) == [UNKNOWN, UNKNOWN + "foo", "info string end"], "UCI")
@@ -111,12 +110,10 @@ def books_and_souls(folder):
                      "wait...", "error saving " + unwritable], output)
     check(os.path.getsize(saved) > 0, "nothing written")
     # The default book lies in the working folder.
-    output = run_ok(["xboard", "\\loadbook", "quit"])
+    output = xboard(["\\loadbook"])
     check("# error loading corvane.cbk" in output or any(l.startswith("# book corvane.cbk loaded") for l in output),
           output)
-    soul = os.path.join(folder, "soul.txt")
-    with open(soul, "w") as f:
-        f.write("pawn=105")
+    soul = write(os.path.join(folder, "soul.txt"), "pawn=105")
     check(console(['\\loadsoul "%s"' % soul, '\\loadsoul "%s"' % os.path.join(folder, "none.txt")]) ==
           ["new soul: pawn=105", "new soul: "], "loadsoul")
     # -load runs its command before the first input line is read: its answer comes first.
@@ -136,10 +133,9 @@ def engines_and_scenario():
 
 
 def json_file(folder):
-    path = os.path.join(folder, "my engines.json")
-    with open(path, "w") as out:
-        out.write('{"engines": [{"name": "Vesko & co", "depth": 3, "book": null}]}\n')
-    output = run_ok(["xboard", '\\json "%s"' % path, "quit"])
+    path = write(os.path.join(folder, "my engines.json"),
+                 '{"engines": [{"name": "Vesko & co", "depth": 3, "book": null}]}\n')
+    output = xboard(['\\json "%s"' % path])
     # The ampersand is encoded by the JSON reader and again on output, as every text the XML tree holds.
     check(output[:-1] == ["<_object_>", "\t<_object_>", "\t\t<engines>", "\t\t\t<_object_>",
                           "\t\t\t\t<name>Vesko &amp;amp; co</name>", "\t\t\t\t<depth>3</depth>", "\t\t\t\t<book/>",
@@ -199,7 +195,7 @@ def formula_lines(folder):
         # No file comes of the archive; the formula and archive tests hold the other hostile statements.
         ("FGET('attach database ''x.db'' as x')", None, "Error in Function"),
     ]
-    output = run_ok(["xboard", "\\console", *[line for line, _, _ in typed], "ExIt", "ping 7", "quit"], cwd=folder)
+    output = xboard(["\\console", *[line for line, _, _ in typed], "ExIt", "ping 7"], cwd=folder)
     check("# back to xboard mode" in output, output[-5:])
     end = output.index("# back to xboard mode")
     check("pong 7" in output[end:], output[end:])

@@ -7,7 +7,7 @@ import shutil
 import signal
 import tempfile
 
-from corvane_driver import CORVANE, Referee, Session, check, run_ok
+from corvane_driver import CORVANE, START_FEN, Referee, Session, check, read, run_ok, write
 
 MOVE = re.compile(r"^[a-h][1-8][a-h][1-8][nbrq]?$")
 OPENINGS = "ficsgamesdb_2014_standard2000_nomovetimes_1286521.txt"
@@ -32,8 +32,7 @@ def play():
 
 def write_openings(folder, fens):
     # A position table as the book builder writes it: wins, draws, losses, FEN.
-    with open(os.path.join(folder, OPENINGS), "w", newline="") as f:
-        f.write("".join("3\t2\t1\t%s\r\n" % fen for fen in fens))
+    write(os.path.join(folder, OPENINGS), "".join("3\t2\t1\t%s\r\n" % fen for fen in fens))
 
 
 def learn_lines(folder, command):
@@ -45,7 +44,7 @@ def learn_lines(folder, command):
 
 def blocks(path):
     """The blocks of a result file as lists of field lists; every line ends tab CR LF, every block CR LF."""
-    text = open(path, newline="").read()
+    text = read(path)
     check(text.endswith("\r\n\r\n"), repr(text[-40:]))
     found = []
     for block in text.split("\r\n\r\n")[:-1]:
@@ -67,8 +66,8 @@ def learn(folder):
         check({row[2] for row in block} == NAMES and all(len(row) == 20 for row in block), block)
         check(sum(int(row[3]) for row in block) == 0, block)
         check([row[4:] for row in block if row[2] == "'ORIGINAL'"] == [SIMPLE5], block)
-        with open(os.path.join(folder, "learn.%03d.csv" % generation), newline="") as f:
-            check(f.read() == "".join("\t".join(row) + "\t\r\n" for row in block) + "\r\n", generation)
+        check(read(os.path.join(folder, "learn.%03d.csv" % generation)) ==
+              "".join("\t".join(row) + "\t\r\n" for row in block) + "\r\n", generation)
     # The resumed run starts from the last block and adds one generation.
     output = learn_lines(folder, "\\learn learn.csv 4 3 20 6")
     resumed = [l.split("\t")[2:] for l in output if re.match(r"^\t\d\t'", l)]
@@ -90,8 +89,7 @@ def learn_input(folder):
              ("2\t1\t'Clotho'\tabc" + "\tx" * 16 + "\t", 3, 1, "text in a number field of r.csv, read as 0"),
              ("2\t1\t'Clotho'\t0" + "\t1" * 16 + "\t", 3, 2, "has 1 lines for 2 members")]
     for text, generations, members, remark in cases:
-        with open(os.path.join(folder, "r.csv"), "w", newline="") as f:
-            f.write(text + "\r\n")
+        write(os.path.join(folder, "r.csv"), text + "\r\n")
         output = learn_lines(folder, "\\learn r.csv %d %d 20 6" % (generations, members))
         check(remark is None or any(remark in l for l in output), output)
         if remark is None:
@@ -127,14 +125,13 @@ def learn_input(folder):
 
 def soul_trials(folder):
     # Ten random souls, each through a gauntlet of two games from the default tourney.xml: 0 to 4 points.
-    with open(PAIR) as pair, open(os.path.join(folder, "tourney.xml"), "w") as f:
-        f.write(pair.read().replace('type="learning"', 'type="gauntlet"'))
+    write(os.path.join(folder, "tourney.xml"), read(PAIR).replace('type="learning"', 'type="gauntlet"'))
     output = learn_lines(folder, "\\learnt")
     trials = [re.match(r"^info string =================> (\d+) = (\d+)$", l) for l in output if "=====>" in l]
     check([int(t.group(1)) for t in trials if t] == list(range(10)), output)
     check(all(0 <= int(t.group(2)) <= 4 for t in trials), trials)
     # The current engine's soul text has sixteen tabs: the last soul tried has seventeen numbers.
-    soul = open(os.path.join(folder, "soul.txt")).read()
+    soul = read(os.path.join(folder, "soul.txt"))
     check(soul.startswith("9=") and len(soul[2:].split("\t")) == 17, soul)
 
 
@@ -158,8 +155,7 @@ BROKEN = ["xyz", "8/8/8/8 w - - bm Qa1;", "8/8/8/8/8/8/8/8 w - - bm Ke2;", "kkkk
 
 
 def epd_run(folder, name, lines, args=()):
-    with open(os.path.join(folder, name), "w", newline="") as f:
-        f.write("\r\n".join(lines) + "\r\n\r\n")
+    write(os.path.join(folder, name), "\r\n".join(lines) + "\r\n\r\n")
     return run_ok(['\\epd 0:01 "%s"' % name], args, timeout=120, cwd=folder)
 
 
@@ -186,8 +182,7 @@ def broken(folder):
         output = run_ok(["\\epd 0:01 " + missing, "isready"], cwd=folder)
         check(output == ["info string no positions to test in '%s'" % missing, "readyok", "info string end"], output)
     # A file of 100000 positions is read at once; the program keeps answering and quits at once.
-    with open(os.path.join(folder, "long.epd"), "w") as f:
-        f.write("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm e4;\n" * 100000)
+    write(os.path.join(folder, "long.epd"), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm e4;\n" * 100000)
     session = Session(cwd=folder)
     session.send("\\epd 0:01 long.epd")
     session.until("info string testing: ", 120)
@@ -198,20 +193,18 @@ def broken(folder):
 
 def perft_file(folder):
     """Every position of the depth-3 file counts as expected, with either engine; the file's name is quoted."""
-    with open(PERFT_FILE) as source:
-        fens = [line.split(",")[0] for line in source if line.strip()]
+    fens = [line.split(",")[0] for line in read(PERFT_FILE).splitlines() if line.strip()]
     for engine in ("vesko", "corvane"):
         path = shutil.copy(PERFT_FILE, os.path.join(folder, engine + " d3.txt"))
         output = run_ok(["\\" + engine, '\\perftfile "%s" 3' % path, "quit"], timeout=300)
         check("starting perft from perft line 0" in output, output[:5])
-        with open(os.path.join(folder, engine + " d3.out.txt"), newline="") as result:
-            lines = result.read().split("\r\n")
+        lines = read(os.path.join(folder, engine + " d3.out.txt")).split("\r\n")
         check(lines[-1] == "" and len(lines) == len(fens) + 1, (engine, len(lines)))
         for fen, line in zip(fens, lines):
             check(line.startswith(fen + "\t[TIME_MS=") and line.endswith("]\t[STATUS=OK]"), (engine, line))
 
 
-START, MATED = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1"
+START, MATED = START_FEN, "R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1"
 # A perft file at depth 1: (line, nodes, status). The count stands behind the last comma, and 0 or text always
 # passes; a line without a comma counts its FEN's leading number, 8 here; a position without moves keeps its FEN
 # alone. An earlier run did the first line; a line of blanks is no line.
@@ -221,18 +214,14 @@ PERFT_LINES = [(START + ",D1,999", 20, None), (START + ",D1,20", 20, "OK"), (STA
 
 
 def perft_file_counts(folder):
-    with open(os.path.join(folder, "p.txt"), "w") as f:
-        f.write("\n".join(line for line, _, _ in PERFT_LINES) + "\n")
-    out = os.path.join(folder, "p.out.txt")
-    with open(out, "w") as f:
-        f.write("old\r\n")
+    write(os.path.join(folder, "p.txt"), "\n".join(line for line, _, _ in PERFT_LINES) + "\n")
+    out = write(os.path.join(folder, "p.out.txt"), "old\r\n")
     # Without a file, the current position is counted and its line said.
     said = run_ok(["\\perftfile 2", "\\perftfile p.txt 1", "\\perftfile missing.txt 1"], cwd=folder)
     check(re.match(START.split()[0] + r" w [^\t]*\t\[TIME_MS=\d+\]\t\[NPS=\d+\]\t\[STATUS=OK\]$", said[3])
           and said[4] == "starting perft from perft line 1" and said[5].startswith("2/6\t" + START), said)
     check(said[-2:] == ["starting perft from perft line 0", "info string end"], said)
-    with open(out, newline="") as f:
-        written = f.read().split("\r\n")
+    written = read(out).split("\r\n")
     check(written[0] == "old" and written[-1] == "" and len(written) == 7, written)
     for text, (line, nodes, status) in zip(written[1:], [row for row in PERFT_LINES if row[2] is not None]):
         fen = line.split(",")[0]

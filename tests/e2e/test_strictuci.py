@@ -5,14 +5,14 @@ import re
 import tempfile
 
 from clock_games import PolyglotPlayer, UciPlayer, play, stockfish
-from corvane_driver import BINARY, Referee, Session, bestmove_of, check, run_ok, sync
+from corvane_driver import BINARY, NO_MOVES, Referee, Session, bestmove_of, check, run_ok, search, sync, write
 from test_book import book_bytes, listing
 
 ENGINES = {"Vesko": ["-strictuci"], "Corvane": ["-StrictUCI=yes", "-engine=corvane"]}
 PROMOTION = "8/4P3/8/8/8/8/k7/7K w - - 0 1"  # e7e8q wins at once
 MATE_IN_TWO = "r5k1/5ppp/8/8/8/8/3R1PPP/3R2K1 w - - 0 1"  # d2d8, then d1d8 mate
-NO_MOVES = ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")
 INFO = re.compile(r"info depth (\d+) score (cp|mate) (-?\d+) nodes (\d+) nps (\d+) time (\d+) pv ([a-h][1-8]){2}[qrbn]?$")
+START = "position startpos"
 SOULS = ["Simple5", "GEN_26_12_1", "GEN_26_12_2", "GEN_26_12_3", "GEN_28_18_1"]
 
 
@@ -24,18 +24,6 @@ def depth_lines(lines):
     # Every finished depth once: 2, 4, 6, ... without a gap.
     check(depths == list(range(2, 2 * len(depths) + 1, 2)), depths)
     return shown
-
-
-def search(session, go, position="position startpos", timeout=30):
-    """The lines of one search that ends by itself, the bestmove last."""
-    session.send(position)
-    sync(session)
-    start = len(session.seen)
-    session.send(go)
-    session.until("bestmove", timeout)
-    lines = session.seen[start:]
-    check(not any(l.startswith("bestmove") for l in sync(session)), "a second bestmove after %r" % go)
-    return lines
 
 
 def identity():
@@ -56,18 +44,17 @@ def identity():
             check(len(first) == 4, first)
 
 
-def limits(name, args, referee):
-    session = Session(args)
-    white_clock = search(session, "go wtime 10050 btime 1 winc 100 binc 100 movestogo 8")
+def limits(name, session, referee):
+    white_clock = search(session, "go wtime 10050 btime 1 winc 100 binc 100 movestogo 8", START)
     black_clock = search(session, "go wtime 1 btime 4050 winc 0 binc 0", "position startpos moves e2e4")
     # The mover's clock over the moves to go, plus two, or over 40; 50 ms kept for the reply.
     check("info string time 1000 ms" in white_clock and "info string time 100 ms" in black_clock,
           (white_clock, black_clock))
-    check("info string time 250 ms" in search(session, "go movetime 250"), "movetime")
+    check("info string time 250 ms" in search(session, "go movetime 250", START), "movetime")
     # A depth or a node count bounds this search alone; a go with no limit runs until stop.
-    shallow = depth_lines(search(session, "go depth 4"))
+    shallow = depth_lines(search(session, "go depth 4", START))
     check(int(shallow[-1].group(1)) == 4, "%s: depth 4 ended at %s" % (name, shallow[-1].group(0)))
-    counted = depth_lines(search(session, "go nodes 3000"))
+    counted = depth_lines(search(session, "go nodes 3000", START))
     check(all(int(m.group(4)) <= 3000 for m in counted), "%s: beyond the nodes asked" % name)
     for go in ("go infinite", "go", "go ponder wtime 9000 btime 9000"):
         session.send("position startpos moves e2e4 e7e5")
@@ -87,11 +74,9 @@ def limits(name, args, referee):
     check(not any(l.startswith("bestmove") for l in sync(session)), "ponder ended by itself")
     session.send("ponderhit")
     check(bestmove_of(session.until("bestmove")) in referee.legal_moves([]), "ponderhit")
-    session.quit()
 
 
-def answers(name, args, referee):
-    session = Session(args)
+def answers(name, session, referee):
     # A stop right behind the go still gets one legal move, in UCI's form; so does a search that finds one at once.
     cases = [("go infinite\nstop", "position startpos moves e2e4", ["e2e4"]),
              ("go infinite\nstop", "position fen " + PROMOTION, None),
@@ -116,7 +101,6 @@ def answers(name, args, referee):
     for fen in NO_MOVES:
         for go in ("go movetime 100", "go infinite\nstop", "go depth 3"):
             check(search(session, go, "position fen " + fen)[-1] == "bestmove 0000", (name, fen, go))
-    session.quit()
 
 
 def new_game_clears_table():
@@ -137,13 +121,11 @@ def book_option():
     # A book that knows only d2d4 answers without a search; a file that is no book leaves the engine without one.
     keys, _ = listing(())
     with tempfile.TemporaryDirectory() as folder:
-        path = os.path.join(folder, "d4.cbk")
-        with open(path, "wb") as f:
-            f.write(book_bytes({keys["Pd2-d4"]: (5, 0, 0)}))
+        path = write(os.path.join(folder, "d4.cbk"), book_bytes({keys["Pd2-d4"]: (5, 0, 0)}))
         session = Session(ENGINES["Corvane"], cwd=folder)
         for book, from_book in ((path, True), ("none.cbk", False), (path, True)):
             session.send("setoption name Book value " + book)
-            lines = search(session, "go depth 2")
+            lines = search(session, "go depth 2", START)
             searched = any(l.startswith("info depth") for l in lines)
             check(searched != from_book and (lines[-1] == "bestmove d2d4" or not from_book), (book, lines))
         session.quit()
@@ -170,8 +152,10 @@ if __name__ == "__main__":
     referee = Referee()
     identity()
     for name, args in ENGINES.items():
-        limits(name, args, referee)
-        answers(name, args, referee)
+        session = Session(args)
+        limits(name, session, referee)
+        answers(name, session, referee)
+        session.quit()
     new_game_clears_table()
     book_option()
     games(referee)

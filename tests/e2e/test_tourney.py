@@ -6,16 +6,13 @@ of an EPD file in a seeded random order, never losing by a fault of its own; adj
 engines report, XBoard moves in SAN and in the older forms, standard PGN in one file that pgn-extract reads with
 the results of the game files and their mates. (The file after the program was killed in the middle of a game is
 read by the test of resumed tournaments.)"""
-import json
 import os
-import re
 import shutil
-import struct
-import subprocess
 import tempfile
 
-from corvane_driver import BINARY, Session, check, debian_program, run_ok, sync
-from tourney_files import engine, extracted_plies, play, processes_of, read_game, results, tourney_xml, write
+from corvane_driver import BINARY, Session, check, debian_program, read, run_ok, sync, write
+from test_book import AFTER_E4, C7C5, D2D4, E2E4, E7E5, START, polyglot_bytes
+from tourney_files import engine, extracted_plies, pgn_games, play, read_game, results, standings, tourney_xml
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FAKE = os.path.join(HERE, "fake_engine.py")
@@ -54,16 +51,16 @@ def fault_tournament(folder):
                                        "engine 8", "engine 9"], "an inactive engine still counts: %r" % numbered)
     found = results(lines)
     faults = len(FAULTS)
-    check(sorted(found) == list(range(1, 2 * faults + 1)), "each game reported once: %r" % sorted(found))
+    check(sorted(found) == [(1, g) for g in range(1, 2 * faults + 1)], "each game reported once: %r" % sorted(found))
     for index, (name, _, _, (result, reason)) in enumerate(FAULTS):
-        check(found[index + 1][:4] == (result, reason, "Good", name), "%s with black: %r" % (name, found[index + 1]))
-        check(found[index + 1 + faults][:4] == (SWAPPED[result], reason, name, "Good"),
-              "%s with white: %r" % (name, found[index + 1 + faults]))
+        black, white = found[1, index + 1], found[1, index + 1 + faults]
+        check(black[:4] == (result, reason, "Good", name), "%s with black: %r" % (name, black))
+        check(white[:4] == (SWAPPED[result], reason, name, "Good"), "%s with white: %r" % (name, white))
     standings = {line.split("\t")[5].rsplit(": ", 1)[0]: line.split(": ")[-1] for line in lines
                  if line.count("\t") == 5 and ": " in line.split("\t")[5]}
     check(standings.get("Good") == "24" and standings.get("SlowStart") == "2" and standings.get("Hang") == "0",
           "standings %r" % standings)
-    for game_id, (result, reason, white, black, pgn) in found.items():
+    for (_, game_id), (result, reason, white, black, pgn) in found.items():
         tags, plies, last_word = read_game(pgn)
         check((tags["Result"], tags["Reason"], tags["White"], tags["Black"]) == (result, reason, white, black),
               "tags of game %d: %r" % (game_id, tags))
@@ -73,9 +70,15 @@ def fault_tournament(folder):
         check(last_word not in ("1-0", "0-1", "1/2-1/2", "*"), "game %d ends with its last move" % game_id)
         check(extracted_plies(pgn) == len(plies), "pgn-extract reads game %d with its %r" % (game_id, plies))
         check(os.path.exists(pgn[:-4] + ".log"), "the log of game %d" % game_id)
-    with open(os.path.join(folder, "faults.log"), newline="") as log:
-        check(log.read().count("\r\n") > 20, "the tournament log, lines joined by CR LF")
-    check(processes_of(folder) == [], "no engine outlives the tournament")
+    check(read(os.path.join(folder, "faults.log")).count("\r\n") > 20, "the tournament log, lines joined by CR LF")
+    left = []
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            if folder.encode() in read("/proc/%s/cmdline" % pid, "rb"):
+                left.append(pid)
+        except OSError:
+            pass  # ended meanwhile
+    check(left == [], "no engine outlives the tournament: %r" % left)
 
 
 def bad_files(folder):
@@ -123,29 +126,13 @@ ADJUDICATED = [
 ]
 
 
-def with_options(xml, options):
-    return xml.replace("</options>", options + "</options>")
-
-
-def extracted(path):
-    """The games pgn-extract reads from a file: (White, Black, Round, Result) each; its complaints fail the test."""
-    done = subprocess.run([debian_program("pgn-extract"), "-s", "--plycount", path], capture_output=True, timeout=60)
-    check(done.returncode == 0 and not done.stderr.strip(), "pgn-extract reads %s: %r" % (path, done.stderr[-300:]))
-    text = done.stdout.decode()
-    games = []
-    for block in text.split("[Event ")[1:]:
-        tags = dict(re.findall(r'\[(\w+) "([^"]*)"\]', block))
-        games.append((tags["White"], tags["Black"], tags["Round"], tags["Result"], tags.get("FEN", "")))
-    return games
-
-
 def adjudications(folder):
     for index, (white, black, options, expected) in enumerate(ADJUDICATED):
         protocols = ("uci", "xboard") if index < 4 else ("xboard", "xboard")
         engines = [engine("White", protocols[0], FAKE, white), engine("Black", protocols[1], FAKE, black)]
-        xml = tourney_xml("adj%d" % index, "gauntlet", folder, engines, 20000)
-        lines = play(write(os.path.join(folder, "adj%d.xml" % index), with_options(xml, options)), timeout=200)
-        result, reason, _, _, pgn = results(lines)[1]
+        xml = tourney_xml("adj%d" % index, "gauntlet", folder, engines, 20000, options=options)
+        lines = play(write(os.path.join(folder, "adj%d.xml" % index), xml), timeout=200)
+        result, reason, _, _, pgn = results(lines)[1, 1]
         tags, _, _ = read_game(pgn)
         check((result, reason, tags["Reason"] if expected[2] else "") == expected,
               "adjudication %d: %r %r" % (index, (result, reason), tags.get("Reason")))
@@ -159,16 +146,13 @@ def openings_gauntlet(folder, run):
     engines = [engine("Corvane", "embedded")] + [engine(*opponent) for opponent in OPPONENTS[run - 1]]
     logs = os.path.join(folder, "run%d" % run)
     os.mkdir(logs)
-    xml = tourney_xml("open", "gauntlet", logs, engines, 3000, increment_ms=50, rounds="3")
     options = ('<openings file="%s" order="random" seed="7"/><pgnout>all.pgn</pgnout>'
                '<adjudicate resign_movecount="3" resign_score="600" maxmoves="120"/>' % epd)
-    lines = play(write(os.path.join(folder, "open%d.xml" % run), with_options(xml, options)), timeout=500)
+    xml = tourney_xml("open", "gauntlet", logs, engines, 3000, increment_ms=50, rounds="3", options=options)
+    lines = play(write(os.path.join(folder, "open%d.xml" % run), xml), timeout=500)
     check(any("no kings" not in l and "line 9" in l and "skipped" in l for l in lines), "the bad opening is skipped")
-    with open(EPD) as source:
-        positions = [" ".join(line.split()[:4]) for line in source if line.strip()]
-    # Game ids repeat in every round: the results are keyed by round and id.
-    found = {(int(f[2]), int(f[3])): tuple(f[6:11]) for f in (line.split("\t") for line in lines)
-             if len(f) >= 11 and f[5] == "result"}
+    positions = [" ".join(line.split()[:4]) for line in read(EPD).splitlines() if line.strip()]
+    found = results(lines)
     check(len(found) == 3 * 2 * (len(engines) - 1), "both colours in three rounds: %r" % sorted(found))
     by_round = {}
     for game_id, (result, reason, white, black, pgn) in found.items():
@@ -187,11 +171,11 @@ def openings_gauntlet(folder, run):
     # Each opening is played by each pairing with both colours.
     pairings = sorted((w, b) for _, _, w, b, _ in found.values())
     check(all((b, w) in pairings for w, b in pairings), "colours reversed: %r" % pairings)
-    games = extracted(os.path.join(logs, "all.pgn"))
-    from_files = sorted((w, b, read_game(p)[0]["Round"], r, read_game(p)[0]["FEN"]) for r, _, w, b, p in found.values())
-    check(sorted(games) == from_files, "pgnout has the games of the game files: %r %r" % (games, from_files))
-    with open(os.path.join(logs, "open.results.json")) as standings:
-        players = {p["name"]: p for p in json.load(standings)["players"]}
+    games = sorted((r, *game[:4]) for (r, _), game in pgn_games(os.path.join(logs, "all.pgn")).items())
+    from_files = sorted((int(read_game(p)[0]["Round"]), w, b, r, read_game(p)[0]["FEN"])
+                        for r, _, w, b, p in found.values())
+    check(games == from_files, "pgnout has the games of the game files: %r %r" % (games, from_files))
+    players = {p["name"]: p for p in standings(logs, "open")["players"]}
     for name, player in players.items():
         own = [r for r, _, w, b, _ in found.values() if name in (w, b)]
         wins = sum(1 for r, _, w, b, _ in found.values() if (r, w) == ("1-0", name) or (r, b) == ("0-1", name))
@@ -201,27 +185,21 @@ def openings_gauntlet(folder, run):
     return order
 
 
-# A hand-made polyglot book: 1.e4 of weight 3 and 1.d4 of weight 0; after 1.e4, 1...e5 of weight 1 and 1...c5 of 2.
-START, AFTER_E4 = 0x463B96181691FC9C, 0x823C9B50FD114196
-BOOK = b"".join(struct.pack(">QHHI", key, move, weight, 0)
-                for key, move, weight in [(START, 796, 3), (START, 731, 0), (AFTER_E4, 3364, 1), (AFTER_E4, 3234, 2)])
+BOOK = polyglot_bytes([(START, E2E4, 3), (START, D2D4, 0), (AFTER_E4, E7E5, 1), (AFTER_E4, C7C5, 2)])
 
 
 def book_openings(folder, book=BOOK):
     """The first two plies of each round's games of a round robin with openings drawn from a book."""
-    with open(os.path.join(folder, "book.bin"), "wb") as out:
-        out.write(book)
+    write(os.path.join(folder, "book.bin"), book)
     engines = [engine("A", "embedded"), engine("B", "embedded")]
-    xml = tourney_xml("book", "roundrobin", folder, engines, 2000, rounds="6")
-    options = '<openings file="book.bin" plies="8" seed="7"/><adjudicate maxmoves="4"/>'
-    lines = run_ok([], ["-use=tourney", "-ini=" + write(os.path.join(folder, "book.xml"), with_options(xml, options))],
-                   200, cwd=folder)
+    xml = tourney_xml("book", "roundrobin", folder, engines, 2000, rounds="6",
+                      options='<openings file="book.bin" plies="8" seed="7"/><adjudicate maxmoves="4"/>')
+    lines = run_ok([], ["-use=tourney", "-ini=" + write(os.path.join(folder, "book.xml"), xml)], 200, cwd=folder)
     by_round = {}
-    for f in (line.split("\t") for line in lines):
-        if len(f) >= 11 and f[5] == "result":
-            tags, plies, _ = read_game(f[10])
-            check("FEN" not in tags, "a book opening starts from the start position: %r" % tags)
-            by_round.setdefault(int(f[2]), set()).add(" ".join(plies[:2]))
+    for (round_number, _), (_, _, _, _, pgn) in results(lines).items():
+        tags, plies, _ = read_game(pgn)
+        check("FEN" not in tags, "a book opening starts from the start position: %r" % tags)
+        by_round.setdefault(round_number, set()).add(" ".join(plies[:2]))
     return lines, [by_round[r] for r in sorted(by_round)]
 
 

@@ -1,45 +1,17 @@
 """Tournaments at scale: a match that its sequential test ends at the game worked out by hand, a tournament killed
 twice in the middle of a game and resumed, and shards played under GNU parallel whose merged report equals the
 standings of the same tournament played whole, game for game."""
-import json
 import os
 import signal
 import subprocess
 import tempfile
 
-from corvane_driver import BINARY, Session, check, debian_program, run_ok
-from tourney_files import engine, play, tourney_xml, write
+from corvane_driver import BINARY, START_FEN, Session, check, debian_program, run_ok, write
+from tourney_files import engine, log_result, pgn_games, play, standings, tourney_xml
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-FAKE = os.path.join(HERE, "fake_engine.py")
-START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
-OPENINGS = [START, "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2",
+FAKE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_engine.py")
+OPENINGS = [START_FEN, "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2",
             "rnbqkbnr/ppp1pppp/8/3p4/3P4/8/PPP1PPPP/RNBQKBNR w KQkq - 0 2"]
-
-
-def with_options(xml, options):
-    return xml.replace("</options>", options + "</options>")
-
-
-def pgn_games(path):
-    """The games of a pgnout file by (Round, GameId): White, Black, Result, FEN and the move text."""
-    with open(path) as pgn:
-        blocks = pgn.read().strip().split("\n\n")
-    games = {}
-    for head, moves in zip(blocks[0::2], blocks[1::2]):
-        tags = dict(line[1:-1].split(" ", 1) for line in head.splitlines())
-        tags = {name: value.strip('"') for name, value in tags.items()}
-        key = (int(tags["Round"]), int(tags["GameId"]))
-        check(key not in games, "%s holds round %d game %d once" % (path, *key))
-        games[key] = (tags["White"], tags["Black"], tags["Result"], tags.get("FEN", ""), " ".join(moves.split()))
-    done = subprocess.run([debian_program("pgn-extract"), "-s", path], capture_output=True, timeout=60)
-    check(done.returncode == 0 and not done.stderr.strip(), "pgn-extract reads %s: %r" % (path, done.stderr[-300:]))
-    return games
-
-
-def log_result(line):
-    fields = line.split("\t")
-    return len(fields) >= 7 and fields[5] == "result"
 
 
 def sprt(folder):
@@ -47,18 +19,17 @@ def sprt(folder):
     # the bounds are ln(0.05/0.95) and ln(0.95/0.05) = -+2.944. After pair 3: m 0.75, v 0.125/3, LLR 3/2 0.0625 / v
     # = 2.25, go on; after pair 4: v 0.03125, LLR 4/2 0.0625 / v = 4: "H1 accepted" at game 8 of the 20.
     plan = "ww" "wl" "wd" "dw" + "l" * 12
-    epd = write(os.path.join(folder, "start.epd"), START + "\n")
+    epd = write(os.path.join(folder, "start.epd"), START_FEN + "\n")
     engines = [engine("A", "xboard", FAKE, "--plan %s --tally %s/a.tally" % (plan, folder)),
                engine("B", "xboard", FAKE, "--plan %s --tally %s/b.tally --second" % (plan, folder))]
-    xml = tourney_xml("sprt", "gauntlet", folder, engines, 20000, threads=1, rounds="10")
     options = ('<openings file="%s"/><pgnout>sprt.pgn</pgnout>'
                '<sprt elo0="0" elo1="190.84850188786497" alpha="0.05" beta="0.05"/>' % epd)
-    lines = play(write(os.path.join(folder, "sprt.xml"), with_options(xml, options)), timeout=300)
+    xml = tourney_xml("sprt", "gauntlet", folder, engines, 20000, threads=1, rounds="10", options=options)
+    lines = play(write(os.path.join(folder, "sprt.xml"), xml), timeout=300)
     check(sum(map(log_result, lines)) == 8 and len(pgn_games(os.path.join(folder, "sprt.pgn"))) == 8,
           "the match stops at game 8: %r" % [l for l in lines if log_result(l)])
     check(any("H1 accepted" in line for line in lines), "the verdict is said")
-    with open(os.path.join(folder, "sprt.results.json")) as standings:
-        test = json.load(standings)["sprt"]
+    test = standings(folder, "sprt")["sprt"]
     check(abs(test["llr"] - 4) < 0.01 and abs(test["upper_bound"] - 2.944) < 0.001 and
           test["verdict"] == "H1 accepted", "the test in the standings: %r" % test)
 
@@ -76,8 +47,9 @@ def killed_in_a_game(ini, *switches):
 
 def resume(folder):
     engines = [engine("A", "uci", FAKE, "--garbage"), engine("B", "uci", FAKE, "--garbage")]
-    xml = tourney_xml("res", "round robin", folder, engines, 60000, threads=1, rounds="4")
-    ini = write(os.path.join(folder, "res.xml"), with_options(xml, "<pgnout>res.pgn</pgnout><verbose>true</verbose>"))
+    xml = tourney_xml("res", "round robin", folder, engines, 60000, threads=1, rounds="4",
+                      options="<pgnout>res.pgn</pgnout><verbose>true</verbose>")
+    ini = write(os.path.join(folder, "res.xml"), xml)
     pgn = os.path.join(folder, "res.pgn")
     killed_in_a_game(ini)
     played = len(pgn_games(pgn))
@@ -91,8 +63,7 @@ def resume(folder):
     lines = run_ok([], ["-use=tourney", "-ini=" + ini, "-resume"], 300)
     games = pgn_games(pgn)
     check(sorted(games) == [(r, g) for r in range(1, 5) for g in (1, 2)], "every game once: %r" % sorted(games))
-    with open(os.path.join(folder, "res.results.json")) as standings:
-        players = json.load(standings)["players"]
+    players = standings(folder, "res")["players"]
     check([p["games"] for p in players] == [8, 8], "the standings count each game once: %r" % players)
     check(any("tournament has finished" in l for l in lines), "the last run ends the tournament")
 
@@ -105,12 +76,11 @@ def shards(folder):
     for kind in ("whole", "shards"):
         logs = os.path.join(folder, kind)
         os.mkdir(logs)
-        xml = tourney_xml("sh", "round robin", logs, engines, 60000, threads=2, rounds="5")
-        stores[kind] = (logs, write(os.path.join(folder, kind + ".xml"), with_options(xml, options)))
+        xml = tourney_xml("sh", "round robin", logs, engines, 60000, threads=2, rounds="5", options=options)
+        stores[kind] = (logs, write(os.path.join(folder, kind + ".xml"), xml))
     logs, ini = stores["whole"]
     play(ini, timeout=400)
-    with open(os.path.join(logs, "sh.results.json")) as standings:
-        whole = json.load(standings)
+    whole = standings(logs, "sh")
     games = pgn_games(os.path.join(logs, "all.pgn"))
     logs, ini = stores["shards"]
     done = subprocess.run([debian_program("parallel", "/usr/bin/parallel"), BINARY, "-use=tourney", "-ini=" + ini, "-shard={}/4", ":::", "1", "2", "3", "4"],
@@ -127,9 +97,8 @@ def shards(folder):
     # A shard's file named twice counts once.
     files = ["all.S%d.pgn" % k for k in (1, 2, 3, 4, 1)]
     run_ok([], ["-use=report", *files], cwd=logs)
-    with open(os.path.join(logs, "report.results.json")) as standings:
-        report = json.load(standings)
-        check(report == whole, "the report equals the standings of the whole tournament: %r %r" % (report, whole))
+    report = standings(logs, "report")
+    check(report == whole, "the report equals the standings of the whole tournament: %r %r" % (report, whole))
     garbage = write(os.path.join(folder, "garbage.pgn"), '[Event "x\n1. e4 {open\n\x01\x02 [[[ 1-0\n[White "A"]\n')
     out = os.path.join(folder, "bad.json")
     lines = run_ok([], ["-use=report", os.path.join(folder, "missing.pgn"), garbage, "-out=" + out], cwd=folder)
@@ -141,8 +110,9 @@ def without_pauses(folder):
     """Three slots for two games a round: the third takes a game of round 2 at once. A UCI program that ended its
     game soundly plays its player's next one, so no more programs start than can play at once."""
     engines = [engine("A", "uci", FAKE), engine("B", "uci", FAKE)]
-    xml = tourney_xml("fast", "round robin", folder, engines, 60000, threads=3, rounds="3")
-    lines = play(write(os.path.join(folder, "fast.xml"), with_options(xml, "<verbose>true</verbose>")), 300)
+    xml = tourney_xml("fast", "round robin", folder, engines, 60000, threads=3, rounds="3",
+                      options="<verbose>true</verbose>")
+    lines = play(write(os.path.join(folder, "fast.xml"), xml), 300)
     first = next(i for i, line in enumerate(lines) if log_result(line))
     started = sum("\tnew match: " in line for line in lines[:first])
     starts = [sum("waiting for '%s' initialization" % name in line for line in lines) for name in "AB"]

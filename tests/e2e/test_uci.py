@@ -6,14 +6,13 @@ import random
 import re
 import time
 
-from corvane_driver import (ENGINES, Referee, Session, answered_move, bestmove_of, check, progress_session, run_ok,
-                            searched_move, shows_a_move, sync)
+from corvane_driver import (ENGINES, NO_MOVES, Referee, Session, answered_move, bestmove_of, check, progress_session,
+                            run_ok, search, searched_move, shows_a_move, sync)
 
 START_LINE = {"Vesko": "info string moves 0/0 - time 7498/300000 ms",
               # Corvane takes the move number from the FEN.
               "Corvane": "info string moves 1/0 - time 7498/300000 ms"}
 MATE_IN_ONE = "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1"
-NO_MOVES = ("R5k1/5ppp/8/8/8/8/5PPP/6K1 b - - 1 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1")  # mated, stalemated
 FULL_MOVES, THINK_SECONDS, STOCKFISH_MS = 30, 0.05, 10
 LONE_KINGS = "8/8/8/8/8/8/8/K1k5 w - - 0 1"  # a1a2 is the only legal move
 POSITIONS = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
@@ -28,16 +27,8 @@ POSITIONS = [("POSITION STARTPOS MOVES e2e4", ["e2e4"], None),
 
 
 def think(session, seconds=0.1):
-    """go, and stop when the search has run at least seconds; returns the lines of the search, the bestmove line
-    last."""
-    sync(session)  # the position is set before the search's time runs
-    start = len(session.seen)
-    session.send("go")
-    sync(session)  # the search has started: its clock runs from here
-    time.sleep(seconds)
-    session.send("stop")
-    session.until("bestmove")
-    return [l for l in session.seen[start:] if l != "readyok"]
+    """go, and stop when the search has run at least seconds: its clock runs from the answer to isready."""
+    return [l for l in search(session, stop_after=lambda: (sync(session), time.sleep(seconds))) if l != "readyok"]
 
 
 def identity():
@@ -47,13 +38,11 @@ def identity():
         check(run_ok(["uci", "quit"], args) == ["id name " + name, "uciok", "info string end"], args)
 
 
-def position_forms(name, args, referee):
-    session = progress_session(args)
+def position_forms(name, session, referee):
     for line, moves, fen in POSITIONS:
         session.send(line)
         move = bestmove_of(searched_move(session)[-1])
         check(move in referee.legal_moves(moves, fen), "%s: %s answers %r to %r" % (name, move, line, moves))
-    session.quit()
 
 
 def go_and_stop(name, args):
@@ -77,7 +66,6 @@ def go_and_stop(name, args):
     number = START_LINE[name].split()[3]
     check(lines[0] == "info string moves %s - time %d/%d ms" % (number, (left - 50) // 40, left),
           "%s: second allowance %r after %d ms" % (name, lines[0], elapsed))
-    check(sum(1 for l in lines if l.startswith("bestmove")) == 1, lines)
     # The program answers during a search, which goes on.
     start = len(session.seen)
     session.send("go")
@@ -92,10 +80,8 @@ def go_and_stop(name, args):
     # A mate in one comes well before the deadline of 7498 ms, and without a stop; with no move at all the GUI
     # still gets its one answer at once.
     for fen, move in ((MATE_IN_ONE, "a1a8"),) + tuple((fen, "0000") for fen in NO_MOVES):
-        session.send("position fen " + fen)
-        session.send("go")
-        check(session.until("bestmove", timeout=6) == "bestmove " + move, "%s: %r" % (name, session.seen[-5:]))
-        check(not any(l.startswith("bestmove") for l in sync(session)), "a second answer")
+        lines = search(session, position="position fen " + fen, timeout=6)
+        check(lines[-1] == "bestmove " + move, "%s: %r" % (name, lines[-5:]))
     session.quit()
 
 
@@ -110,12 +96,10 @@ def words(referee):
     check(len(banner) == 1 and banner[0].startswith("info string Vesko")
           and re.search(r"PopCount (en|dis)abled$", banner[0]), banner)
     # Vesko keeps the depth limit, which switches the deadline off: depth 3 means one iteration of 2.
-    session.send("position startpos")
-    session.send("go depth 3 movetime 100")
-    check(bestmove_of(session.until("bestmove", timeout=6)) in referee.legal_moves([]), session.seen)
+    lines = search(session, "go depth 3 movetime 100", "position startpos", timeout=6)
+    check(bestmove_of(lines[-1]) in referee.legal_moves([]), lines)
     # The limit stays for later searches; a ponder search is a normal one and its move comes unasked.
-    session.send("go ponder")
-    line = session.until("bestmove", timeout=6)
+    line = search(session, "go ponder", timeout=6)[-1]
     check(not line.split()[2:], "no ponder word: %r" % line)
     # Infinite lasts until stop; the clock words of go do not change the allowance.
     session.send("go infinite wtime 1000 btime 1000 winc 5 binc 5 movestogo 3 nodes 10 mate 2 bogus")
@@ -133,15 +117,9 @@ def progress_with_post(referee):
     # Only XBoard's post sets Post; back in UCI a search then shows its best move once a second, and once more
     # when it is delivered: the move, then the statistics, then the move itself.
     session = progress_session()
-    session.send("position startpos moves e2e4")
-    sync(session)
-    start = len(session.seen)
-    session.send("go")
-    for _ in range(2):
-        session.read_until(shows_a_move)
-    session.send("stop")
-    best = bestmove_of(session.until("bestmove"))
-    lines = session.seen[start:]
+    lines = search(session, position="position startpos moves e2e4",
+                   stop_after=lambda: [session.read_until(shows_a_move) for _ in range(2)])
+    best = bestmove_of(lines[-1])
     shown = [l.split()[1] for l in lines if l.startswith("currmove ")]
     check(len(shown) >= 3 and shown[-1] == best and set(shown) <= referee.legal_moves(["e2e4"]), lines)
     check(lines[-3] == "currmove " + best and lines[-2].startswith("info string "), lines)
@@ -162,31 +140,28 @@ def end_of_input():
     check(time.monotonic() - started < 5, "quit during a search took too long")
 
 
-def game(name, args, corvane_white, referee):
-    """A whole game as a GUI plays it against stockfish, every move corvane sends judged; returns its plies."""
-    session = progress_session(args)
-    session.send("ucinewgame")
-    sync(session)
-    moves = []
-    for ply in range(2 * FULL_MOVES):
-        legal = referee.legal_moves(moves)
-        if not legal:
-            break  # mate or stalemate
-        if (ply % 2 == 0) == corvane_white:
-            # What a GUI sends for one move: the game so far, go, and stop after a short think. However busy the
-            # machine, and also when the stop comes before the search has found a move, the answer is a legal move.
-            session.send("position startpos moves " + " ".join(moves))
-            move = answered_move(session, THINK_SECONDS)
-            check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
-        else:
-            move = referee.best_move(moves, STOCKFISH_MS)
-        moves.append(move)
-    session.quit()
-    return len(moves)
+def games(name, session, referee):
+    """Whole games with either colour as a GUI plays them against stockfish, every move corvane sends judged."""
+    for corvane_white in (True, False):
+        session.send("ucinewgame")
+        moves = []
+        for ply in range(2 * FULL_MOVES):
+            legal = referee.legal_moves(moves)
+            if not legal:
+                break  # mate or stalemate
+            if (ply % 2 == 0) == corvane_white:
+                # What a GUI sends for one move: the game so far, go, and stop after a short think. However busy the
+                # machine, and also when the stop comes before the search has found a move, the answer is legal.
+                session.send("position startpos moves " + " ".join(moves))
+                move = answered_move(session, THINK_SECONDS)
+                check(move in legal, "%s played %r after %s; legal: %s" % (name, move, " ".join(moves), sorted(legal)))
+            else:
+                move = referee.best_move(moves, STOCKFISH_MS)
+            moves.append(move)
+        print("%s as %s: %d plies" % (name, "white" if corvane_white else "black", len(moves)))
 
 
-def hostile_lines(name, args, referee):
-    session = progress_session(args)
+def hostile_lines(name, session, referee):
     rng = random.Random(6)
     # A line of a megabyte, as a command, as a FEN and as a move list.
     for line in ("x" * 1000000, "position fen " + "rnbqkbnr/" * 100000, "position startpos moves " + "e2" * 500000,
@@ -216,7 +191,6 @@ def hostile_lines(name, args, referee):
     session.send("position startpos moves " + " ".join(["a1a1"] * 10000) + " e2e4")
     move = bestmove_of(searched_move(session, 120)[-1])
     check(move in referee.legal_moves(["e2e4"]), "%s after the failed moves: %s" % (name, move))
-    session.quit()
 
 
 def binary_at_the_end():
@@ -255,12 +229,12 @@ if __name__ == "__main__":
     referee = Referee()
     identity()
     for name, args in ENGINES.items():
-        position_forms(name, args, referee)
         go_and_stop(name, args)
-        for corvane_white in (True, False):
-            plies = game(name, args, corvane_white, referee)
-            print("%s as %s: %d plies" % (name, "white" if corvane_white else "black", plies))
-        hostile_lines(name, args, referee)
+        session = progress_session(args)
+        position_forms(name, session, referee)
+        games(name, session, referee)
+        hostile_lines(name, session, referee)
+        session.quit()
     words(referee)
     progress_with_post(referee)
     end_of_input()

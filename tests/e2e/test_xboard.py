@@ -4,18 +4,11 @@ import re
 import tempfile
 import time
 
-from corvane_driver import CORVANE, Session, check, run_ok
-
-START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
+from corvane_driver import CORVANE, START_FEN, Session, check, read, xboard
 FEATURES = ('feature ping=1 setboard=1 usermove=1 time=1 draw=1 reuse=1 myname="%s" ics=1 name=1 debug=1 '
             'memory=1 smp=1 nps=0 san=0 sigint=0 sigterm=0 analyze=0 colors=0 done=1')
 # "moves n/m - time t/clock ms", the line every search starts with.
 THINKING = re.compile(r"^# moves (-?\d+)/(-?\d+) - time (-?\d+)/(-?\d+) ms$")
-
-
-def xboard(lines, args=(), timeout=60):
-    """Runs the lines in XBoard mode, which the UCI word "xboard" enters silently, and returns the output."""
-    return run_ok(["xboard", *lines, "quit"], args, timeout)
 
 
 def thinking_figures(session):
@@ -29,21 +22,17 @@ def handshake():
     for name, args in (("Vesko", ()), ("Corvane", CORVANE)):
         features = [l for l in xboard(["protover 2", "protover 2"], args) if l.startswith("feature ")]
         check(features == [FEATURES % name] * 2, "feature lines for %s: %r" % (name, features))
-    # A refused feature flips in the list, but a name feature is never refused; neither answers anything.
-    output = xboard(["xboard", "protover 2", "rejected ping", "rejected myname", "accepted usermove"])
-    check(output == ["", FEATURES % "Vesko", "# end"], output)
+    # A refused feature flips in the list, but a name feature is never refused; neither answers anything, nor do
+    # the words that only inform.
+    output = xboard(["xboard", "protover 2", "rejected ping", "rejected myname", "accepted usermove", "time 12345",
+                     "otim 100", "name someone", "rating 2000 1800", "computer", "result 1-0 {White mates}", "draw",
+                     "edit", "hint", "remove", "analyze", "variant normal", "ics freechess.org", "easy", "hard", "post",
+                     "nopost", "option a=b", "cores 2", "time abc", "otim -20", "ping 7"])
+    check(output == ["", FEATURES % "Vesko", "# engine time set to 123450 ms", "# opponent time set to 1000 ms", "Vesko",
+                     "1350 1350", "# hello my peer!", "# result 1-0 {White mates}", "# engine time set to 0 ms",
+                     "# opponent time set to -200 ms", "pong 7", "# end"], output)
     # "uci" answers as the UCI front end does, and the next line is UCI again.
     check(xboard(["uci", "isready"])[:3] == ["id name Vesko", "uciok", "readyok"], "uci from XBoard mode")
-
-
-def plain_answers():
-    output = xboard(["time 12345", "otim 100", "name someone", "rating 2000 1800", "computer",
-                     "result 1-0 {White mates}", "draw", "edit", "hint", "remove", "analyze", "variant normal",
-                     "ics freechess.org", "easy", "hard", "post", "nopost", "option a=b", "cores 2", "time abc",
-                     "otim -20", "ping 7"])
-    check(output == ["# engine time set to 123450 ms", "# opponent time set to 1000 ms", "Vesko", "1350 1350",
-                     "# hello my peer!", "# result 1-0 {White mates}", "# engine time set to 0 ms",
-                     "# opponent time set to -200 ms", "pong 7", "# end"], output)
 
 
 def clocks_and_searches():
@@ -134,14 +123,12 @@ def command_log():
     with tempfile.TemporaryDirectory() as folder:
         log = os.path.join(folder, "xboard.log")
         xboard(["protover 2", "ping 3"], ("-log=" + log,))
-        with open(log, "rb") as f:
-            text = f.read()
+        text = read(log, "rb")
     check(text == b"protover\t2ping\t3quit\t", text)
 
 
 if __name__ == "__main__":
     handshake()
-    plain_answers()
     clocks_and_searches()
     user_moves()
     hostile_lines()

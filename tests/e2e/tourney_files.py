@@ -1,9 +1,10 @@
 """Tournament files for the end-to-end tests, and readers of what a tournament leaves behind."""
+import json
 import os
 import re
 import subprocess
 
-from corvane_driver import debian_program, run_ok
+from corvane_driver import check, debian_program, read, run_ok
 
 
 def engine(name, protocol, filename="", parameters="", active="true"):
@@ -11,19 +12,14 @@ def engine(name, protocol, filename="", parameters="", active="true"):
             '<parameters>%s</parameters></engine>' % (name, protocol, active, filename, parameters))
 
 
-def tourney_xml(name, kind, folder, engines, game_ms, increment_ms=0, threads=2, pace_ms=0, rounds="1"):
+def tourney_xml(name, kind, folder, engines, game_ms, increment_ms=0, threads=2, pace_ms=0, rounds="1", options=""):
+    """options: further elements of the options element."""
     return ('<?xml version="1.0"?>\n<tourney name="%s" type="%s">\n'
             '<options><rounds>%s</rounds><logfolder>%s</logfolder><threads>%d</threads><pace_ms>%d</pace_ms>'
-            '<clock game_ms="%d" increment_ms="%d"/></options>\n<engines>\n%s\n</engines>\n'
+            '<clock game_ms="%d" increment_ms="%d"/>%s</options>\n<engines>\n%s\n</engines>\n'
             '<pgn><header><Annotator>tests</Annotator><NuvoEvent>ignored</NuvoEvent></header></pgn>\n'
-            '</tourney>\n' % (name, kind, rounds, folder, threads, pace_ms, game_ms, increment_ms,
+            '</tourney>\n' % (name, kind, rounds, folder, threads, pace_ms, game_ms, increment_ms, options,
                               "\n".join(engines)))
-
-
-def write(path, text):
-    with open(path, "w") as out:
-        out.write(text)
-    return path
 
 
 def play(ini, timeout):
@@ -31,20 +27,41 @@ def play(ini, timeout):
     return run_ok([], ["-use=tourney", "-ini=" + ini], timeout)
 
 
+def log_result(line):
+    fields = line.split("\t")
+    return len(fields) >= 11 and fields[5] == "result"
+
+
 def results(lines):
-    """The result lines of the log: game id -> (result, reason, white, black, pgn path)."""
-    found = {}
-    for line in lines:
-        fields = line.split("\t")
-        if len(fields) >= 11 and fields[5] == "result":
-            found[int(fields[3])] = tuple(fields[6:11])
-    return found
+    """The result lines of the log: (round, game id) -> (result, reason, white, black, pgn path)."""
+    rows = [line.split("\t") for line in lines if log_result(line)]
+    return {(int(f[2]), int(f[3])): tuple(f[6:11]) for f in rows}
+
+
+def standings(folder, name):
+    return json.loads(read(os.path.join(folder, name + ".results.json")))
+
+
+def pgn_games(path):
+    """The games of a pgnout file by (Round, GameId): White, Black, Result, FEN and the move text; pgn-extract
+    reads each of them without a complaint."""
+    blocks = read(path).strip().split("\n\n")
+    games = {}
+    for head, moves in zip(blocks[0::2], blocks[1::2]):
+        tags = dict(line[1:-1].split(" ", 1) for line in head.splitlines())
+        tags = {name: value.strip('"') for name, value in tags.items()}
+        key = (int(tags["Round"]), int(tags["GameId"]))
+        check(key not in games, "%s holds round %d game %d once" % (path, *key))
+        games[key] = (tags["White"], tags["Black"], tags["Result"], tags.get("FEN", ""), " ".join(moves.split()))
+    done = subprocess.run([debian_program("pgn-extract"), "-s", path], capture_output=True, timeout=60)
+    check(done.returncode == 0 and not done.stderr.strip() and done.stdout.count(b"[Event ") == len(games),
+          "pgn-extract reads the %d games of %s: %r" % (len(games), path, done.stderr[-300:]))
+    return games
 
 
 def read_game(path):
     """The tags, the words of the move text other than move numbers, and the last of those words."""
-    with open(path, newline="") as pgn:
-        text = pgn.read()
+    text = read(path)
     head, _, moves = text.partition("\r\n\r\n")
     tags = dict(line[1:-1].split(" ", 1) for line in head.split("\r\n") if line.startswith("["))
     words = moves.split()
@@ -55,8 +72,7 @@ def read_game(path):
 def extracted_plies(path, *options):
     """The plies pgn-extract reads from a game file, or None when it finds no game there."""
     # A game file keeps its result in the Result tag alone; pgn-extract wants the move text closed by it.
-    with open(path, "rb") as game:
-        text = game.read()
+    text = read(path, "rb")
     match = re.search(rb'\[Result "([^"]*)"\]', text)
     closing = match.group(1) if match and match.group(1) in (b"1-0", b"0-1", b"1/2-1/2") else b"*"
     done = subprocess.run([debian_program("pgn-extract"), "--quiet", "--plycount", *options],
@@ -66,15 +82,3 @@ def extracted_plies(path, *options):
             return int(line.split('"')[1])
     return None
 
-
-def processes_of(folder):
-    """Ids of running processes whose command line names something in folder."""
-    found = []
-    for pid in filter(str.isdigit, os.listdir("/proc")):
-        try:
-            with open("/proc/%s/cmdline" % pid, "rb") as cmdline:
-                if folder.encode() in cmdline.read():
-                    found.append(int(pid))
-        except OSError:
-            pass
-    return found
