@@ -11,7 +11,6 @@
 #include <vector>
 
 using nuvobase::clsString;
-using nvoChess::clsChessApplication;
 using namespace nvoChess;
 
 TEST(KeywordSplitter, Rows) {
@@ -81,22 +80,16 @@ TEST(TypedNumbers, DecimalReading) {
     for (const auto& row : rows) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
 }
 
-namespace {
-
-struct FileNameRow {
-    const char* File;
-    int64_t Generation;
-    const char* Expected;
-};
-
 TEST(LearnFile, GenerationFiles) {
-    const FileNameRow rows[] = {
+    const struct {
+        const char* File;
+        int64_t Generation;
+        const char* Expected;
+    } rows[] = {
         {"learn.csv", 7, "learn.007.csv"},
         {"runs/learn.csv", 1234, "runs/learn.1234.csv"},
         {"runs.old/learn", 12, "runs.old/learn.012"},
     };
-    for (const FileNameRow& row : rows)
+    for (const auto& row : rows)
         EXPECT_STREQ(GenerationFile(clsString(row.File), row.Generation).Text(), row.Expected) << row.File;
 }
-
-} // namespace

@@ -37,11 +37,16 @@ protected:
     // The lines written since the last look.
     std::vector<std::string> Written() {
         const std::string text = Captured.Text();
-        std::istringstream unseen(text.substr(Seen));
+        const std::vector<std::string> lines = Split(text.substr(Seen), '\n');
         Seen = text.size();
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(unseen, line);) lines.push_back(line);
         return lines;
+    }
+
+    static std::vector<std::string> Split(const std::string& text, char separator) {
+        std::vector<std::string> parts;
+        std::stringstream stream(text);
+        for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+        return parts;
     }
 
     std::string Position() { return App.Engine->GetPosition().Text(); }
