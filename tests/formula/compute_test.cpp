@@ -4,16 +4,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "formula/clsparser.h"
 #include "formulacases.h"
-
-using nuvobase::clsString;
-using velmora::clsArchivio;
-using velmora::clsParser;
 
 using namespace formula_test;
 
-TEST_F(Formula, OperatorsAndOperands) {
+TEST_F(Formula, OperatorsOperandsAndErrors) {
     CheckCases(Parser, {
                            {"(1 + 2) * 3 / 4", "2.25", 0},
                            {"0xFFFFFFFFFFFFFFFF + 0x2", "1", 0}, // integers wrap; doubles would not
@@ -55,11 +50,6 @@ TEST_F(Formula, OperatorsAndOperands) {
                            {"A1:B2", "A1:B2", 0},
                            {"   ", "", 0},
                            {"TAB & CRLF & 'x' & NULL", "\t\r\nx", 0},
-                       });
-}
-
-TEST_F(Formula, Errors) {
-    CheckCases(Parser, {
                            {"\"abc", "", 17},
                            {"1 2", "", 6},
                            {"(1", "", 5},
@@ -106,11 +96,16 @@ TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
                });
 }
 
-// Without an archive a single value is read, but nothing runs.
-TEST(FormulaAlone, NeedsAnArchiveToRun) {
-    clsParser parser(nullptr);
-    CheckCases(parser,
-               {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
+TEST_F(Formula, AloneNeedsAnArchiveToRunWhichGivesItsVariables) {
+    // Without an archive a single value is read, but nothing runs.
+    clsParser alone(nullptr);
+    CheckCases(alone, {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
+    // The rows of ZSYSVARS become variables of every new parser.
+    ASSERT_TRUE(Archive.InsertRow(clsString("ZSYSVARS"), clsString("Name,Value"), {"Greeting", "hello"}));
+    clsParser parser(&Archive);
+    CheckCases(parser, {{"greeting & '!'", "hello!", 0}});
+    parser.SetOption(clsString("ft_field"), clsString("Value"));
+    EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }
 
 TEST_F(Formula, Limits) {
@@ -161,14 +156,4 @@ TEST_F(Formula, ScopesAndStates) {
     EXPECT_EQ(Parser.Compute(clsString("1 + 1"), result, true), 0);
     EXPECT_STREQ(result.Text(), "two");
     EXPECT_THROW(Parser.Compute(result, result), std::logic_error);
-}
-
-// The rows of ZSYSVARS become variables of every new parser.
-TEST(FormulaArchive, VariablesFromTheArchive) {
-    clsArchivio archive;
-    ASSERT_TRUE(archive.InsertRow(clsString("ZSYSVARS"), clsString("Name,Value"), {"Greeting", "hello"}));
-    clsParser parser(&archive);
-    CheckCases(parser, {{"greeting & '!'", "hello!", 0}});
-    parser.SetOption(clsString("ft_field"), clsString("Value"));
-    EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }
