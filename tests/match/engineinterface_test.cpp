@@ -11,14 +11,6 @@
 using namespace nvoChess;
 using nuvobase::clsString;
 
-namespace {
-
-uint64_t Bit(int index) {
-    return uint64_t(1) << index;
-}
-
-} // namespace
-
 TEST(EngineInterface, SetClockMapsColoursBySide) {
     // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
     // ignored.
@@ -71,6 +63,7 @@ TEST(GoLimits, OneReadingForBothDialects) {
 }
 
 TEST(EngineInterface, SquaresAndMoveTexts) {
+    const auto Bit = [](int index) { return uint64_t(1) << index; };
     RecordingEngine engine;
     EXPECT_EQ(engine.TextToSquare("h1"), Bit(0));
     EXPECT_EQ(engine.TextToSquare("a8"), Bit(63));

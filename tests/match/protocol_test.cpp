@@ -116,7 +116,7 @@ TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
     EXPECT_EQ(engine.Sent.size(), 1u);
 }
 
-TEST(GameRules, TimeForfeitAndTimeControl) {
+TEST(GameRules, TimeForfeitTimeControlAndPgnText) {
     // An answer up to 50 ms beyond the clock is in time.
     EXPECT_FALSE(clsTourneyGame::IsOverTime(5050, 5000));
     EXPECT_TRUE(clsTourneyGame::IsOverTime(5051, 5000));
@@ -125,9 +125,7 @@ TEST(GameRules, TimeForfeitAndTimeControl) {
     EXPECT_STREQ(clsTourney::TimeControlTag(0, 60000, 0).Text(), "60");
     EXPECT_STREQ(clsTourney::TimeControlTag(300000, 300000, 0).Text(), "300000/300");
     EXPECT_STREQ(clsTourney::TimeControlTag(40, 1999, 500).Text(), "40/1+500");
-}
-
-TEST(GameRules, PgnTextQuotesTagsAndLeavesTheResultToItsTag) {
+    // The PGN text quotes tags and leaves the result to its tag.
     clsTourneyGame game(1, 0, 1000, 0, nullptr, nullptr, clsString(), nullptr);
     game.Tags.SetValue("White", "A \"quoted\" name");
     game.MoveText = "1. e2e4 e7e5 ";

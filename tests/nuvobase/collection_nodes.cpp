@@ -30,18 +30,16 @@ void Fill(clsCollection<int>& list, int n) {
 
 } // namespace
 
-TEST(Collection, FindBisectsOverHoles) {
+TEST(Collection, FindRemoveSetAndMove) {
     // The bisection steps over holes at the start, inside and at the end (Remove leaves Sorted as it is).
-    clsCollection<int> list;
-    Fill(list, 9);
-    list.Sort();
-    for (int index : {0, 3, 4, 5, 8}) list.Remove(index, false);
-    for (int i : {1, 2, 6, 7}) EXPECT_EQ(list.Find(Key(i)), i);
-    for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(list.Find(Key(i)), -1);
-    EXPECT_EQ(list.Find(clsString("zz")), -1);
-}
+    clsCollection<int> holes;
+    Fill(holes, 9);
+    holes.Sort();
+    for (int index : {0, 3, 4, 5, 8}) holes.Remove(index, false);
+    for (int i : {1, 2, 6, 7}) EXPECT_EQ(holes.Find(Key(i)), i);
+    for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(holes.Find(Key(i)), -1);
+    EXPECT_EQ(holes.Find(clsString("zz")), -1);
 
-TEST(Collection, RemoveSetAndMove) {
     // Remove closes the gap and takes no index outside the list; Set replaces the value of a key it finds and
     // keeps the key, and setting the value a node holds keeps it; Move shifts the nodes between.
     clsCollection<int> list;
@@ -55,7 +53,7 @@ TEST(Collection, RemoveSetAndMove) {
     EXPECT_EQ(Values(list), (Ints{20, 1, 10}));
 }
 
-TEST(Collection, SortOrders) {
+TEST(Collection, SortOrdersAndDeepCopies) {
     // Texts sort ignoring ASCII case (the == of clsString ignores it too); equal keys are fine, a value
     // without key goes after every key, and a node without value is dropped.
     clsStrings texts;
@@ -67,9 +65,8 @@ TEST(Collection, SortOrders) {
     EXPECT_TRUE(texts.Join(",") == "apple,apple,banana,fig,fig,fig,pear,last");
     EXPECT_EQ(texts.Count, 8);
     EXPECT_EQ(texts.Find(clsString("BANANA")), 2);
-}
 
-TEST(Collection, CopyIsDeep) {
+    // A copy is deep.
     clsCollection<int> list;
     Fill(list, 3);
     int shared = 42;

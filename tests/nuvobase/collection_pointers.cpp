@@ -75,7 +75,7 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
     EXPECT_EQ(texts.Count, 0);
 }
 
-TEST(Strings, SetValueAndCaseInsensitiveLookups) {
+TEST(Strings, LookupsSplitAndJoin) {
     // A replaced value keeps the first spelling of the name; without replace, lookups give the first entry.
     clsStrings table;
     CheckRows<int>({ROW(table.SetValue("Hash", "32"), 0), ROW(table.SetValue("HASH", "64"), 0),
@@ -83,9 +83,7 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
                     ROW(table.SetValue("Threads", "8", false), 2)});
     CheckRows<std::string>({TEXT(table.GetValue("hash"), "64"), TEXT(table.GetName(0), "Hash"),
                             TEXT(table.GetValue("missing"), ""), TEXT(table.GetValue("THREADS"), "1")});
-}
 
-TEST(Strings, SplitAndJoin) {
     // The program splits plain or by name; a name is what precedes the first '='.
     CheckRows<std::string>(
         {TEXT(Split("a,b,,c", ','), "a|b||c"), TEXT(Split("d,", ','), "d|"), TEXT(Split("", ','), ""),

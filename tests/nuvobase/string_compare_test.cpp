@@ -94,7 +94,7 @@ TEST(StringCompare, Flags) {
                     ROW(clsString("a").Compare(clsString("A"), 2), 1)});
 }
 
-TEST(StringSearch, FindAndFindOutsideQuotes) {
+TEST(StringSearch, FindOutsideQuotesAndNextWord) {
     const clsString s("abcabc"), said("say 'x AND y' and z");
     CheckRows<int>(
         {ROW(s.Find('c'), 2), ROW(s.Find('c', 3), 5), ROW(s.Find('a', 6), -1), ROW(s.Find('a', -1), -1),
@@ -106,9 +106,7 @@ TEST(StringSearch, FindAndFindOutsideQuotes) {
          ROW(clsString("a 'b and").FindOutsideQuotes("and", 0, '\''), -1), // the quote never closes
          ROW(clsString("\"x\" 'y' x y").FindOutsideQuotes("y", 0, '\'', '"'), 10),
          ROW(clsString().FindOutsideQuotes("a"), -1)});
-}
 
-TEST(StringSearch, NextWord) {
     // The words NextWord returns, each with the position after it.
     using List = std::vector<std::pair<std::string, int>>;
     auto words = [](const char* text, char separator, bool quoted, bool skipEmpty, int position = 0) {

@@ -50,15 +50,13 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     EXPECT_EQ(position, 4);
     EXPECT_EQ(Bytes(tags.Between('[', ']', position)), "bc");
     EXPECT_EQ(position, -1); // the close was the last character
-}
 
-TEST(StringCut, ReplaceAllOnItself) {
     clsString self("abab");
     self.ReplaceAll(self.Text() + 2, "X");
     EXPECT_EQ(Bytes(self), "XX");
 }
 
-TEST(StringText, Presentation) {
+TEST(StringText, PresentationAndPaths) {
     // UnescapeC reads octal only as three digits; case changes touch ASCII letters only.
     CheckRows<std::string>(
         {TEXT(clsString().Quote('"'), "\"\""), TEXT(clsString("'abc\"").Unquote(), "'abc\""),
@@ -72,9 +70,7 @@ TEST(StringText, Presentation) {
          TEXT(clsString("ab\\").UnescapeC(), "ab\\"), TEXT(clsString("aBc-\xE9").Upper(), "ABC-\xE9"),
          TEXT(clsString("AbC-\xC9").Lower(), "abc-\xC9"),
          TEXT(clsString("hELLO wORLD-fOO x2y").Capitalise(), "Hello World-Foo X2Y")});
-}
 
-TEST(StringText, Paths) {
     // One separator between the parts, every '\' turned into '/'; the extension is that of the last part.
     CheckRows<std::string>(
         {TEXT(clsString("logs/").PathJoin("test"), "logs/test"),
@@ -85,7 +81,7 @@ TEST(StringText, Paths) {
          TEXT(clsString("a.tar.gz").FileName(), "a.tar")});
 }
 
-TEST(StringNumber, ToText) {
+TEST(StringNumber, ToTextAndBack) {
     clsString s;
     CheckRows<std::string>({TEXT(s.FromInt(INT64_MIN), "-9223372036854775808"),
                             // Doubles: -1 decimals cuts trailing zeros only behind a point.
@@ -94,9 +90,8 @@ TEST(StringNumber, ToText) {
                             // ToHexFixed fills the characters there are from the right.
                             TEXT(clsString("000000").ToHexFixed(255), "0000FF"),
                             TEXT(clsString("00").ToHexFixed(0x1234), "34")});
-}
 
-TEST(StringNumber, FromText) {
+    // From text.
     CheckRows<uint64_t>({ROW(clsString("-12").ToUInt64(), 12u), ROW(clsString("0X1f").ToUInt64(), 31u),
                          ROW(clsString("0b101").ToUInt64(), 5u),
                          ROW(clsString("x0b11").ToUInt64(), 3u), // the prefix may stand at offset 1

@@ -91,7 +91,7 @@ protected:
     }
 };
 
-TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
+TEST_F(XmlFiles, IncludeMergeUpdateClassBadReferencesAndFormTables) {
     std::filesystem::create_directories(Path("sub"));
     Write("sub/engines.xml", "<root><e id='a' depth='3'/><e id='b'/></root>");
     Write("sub/extra.xml", "<root><e id='a' time='5'/><n id='new'/></root>");
@@ -112,12 +112,10 @@ TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
     Write("updated.xml", "<t><e id='a' nv:update='update.xml'/></t>");
     EXPECT_EQ(Load("updated.xml", said),
               "<t>\r\n\t<e id=\"a\" id=\"a\" time=\"5\">\r\n\t\t<x/>\r\n\t</e>\r\n</t>\r\n");
-}
 
-TEST_F(XmlFiles, BadReferencesEnd) {
+    // Bad references end the reading.
     Write("self.xml", "<r><s nv:include='self.xml,self.xml'/></r>");
     Write("missing.xml", "<r><s nv:merge='nothing.xml'/></r>");
-    std::string said;
     const std::string tree = Load("self.xml", said);
     EXPECT_NE(said.find("# xml files pulled in deeper than 8 levels, not read: " + Path("self.xml")),
               std::string::npos);
@@ -132,9 +130,8 @@ TEST_F(XmlFiles, BadReferencesEnd) {
     Write("deep.xml", deep);
     Load("deep.xml", said);
     EXPECT_EQ(said.rfind("# xml nested deeper than 500 levels", 0), 0u);
-}
 
-TEST_F(XmlFiles, FormTable) {
+    // A table of a form file.
     Write("form.dfm",
           "object Form1: TForm1\r\n  object Players: TTable\r\n"
           "    object PlayersID: TAutoIncField\r\n      FieldName = 'ID'\r\n      FieldKind = fkData\r\n"
@@ -142,8 +139,7 @@ TEST_F(XmlFiles, FormTable) {
           "      FieldKind = fkCalculated\r\n    end\r\n    object PlayersName: TStringField\r\n"
           "      FieldName = 'Name'\r\n      FieldKind = fkData\r\n    end\r\n  end\r\n"
           "  object Games: TTable\r\n  end\r\nend\r\n");
-    Write("main.xml", "<t><table nv:include='form.dfm|table=Players'/></t>");
-    std::string said;
-    EXPECT_EQ(Load("main.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
+    Write("form.xml", "<t><table nv:include='form.dfm|table=Players'/></t>");
+    EXPECT_EQ(Load("form.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
                                       "\t\t<field id=\"Name\" type=\"string\" />\r\n\t</table>\r\n</t>\r\n");
 }
