@@ -13,7 +13,7 @@
 using nuvobase::clsString;
 using namespace nvoChess;
 
-TEST(KeywordSplitter, Rows) {
+TEST(TypedText, KeywordsAndQuotedWords) {
     const struct {
         const char *Text, *First, *Second, *FirstValue, *SecondValue;
     } rows[] = {
@@ -47,13 +47,12 @@ TEST(KeywordSplitter, Rows) {
         EXPECT_EQ(std::string(first.Text()), row.FirstValue);
         EXPECT_EQ(std::string(second.Text()), row.SecondValue);
     }
-}
 
-TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
+    // Command words: quoted words keep their blanks.
     const struct {
         const char* Text;
         std::vector<std::string> Words;
-    } rows[] = {
+    } phrases[] = {
         {"my books all.cbk 5", {"my", "books", "all.cbk", "5"}},
         {"\"my books\" \"my books\\all.cbk\"  5 ", {"my books", "my books\\all.cbk", "5"}},
         // Two quotes inside stand for one; single quotes are plain letters.
@@ -62,7 +61,7 @@ TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
         {"\"never closed x", {"\"never closed x"}},
         {"", {}},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : phrases) {
         SCOPED_TRACE(row.Text);
         nvoChess::clsCommandWords words{clsString(row.Text)};
         for (const std::string& expected : row.Words) EXPECT_EQ(std::string(words.Next().Text()), expected);
@@ -70,7 +69,7 @@ TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
     }
 }
 
-TEST(TypedNumbers, DecimalReading) {
+TEST(TypedText, DecimalNumbersAndGenerationFiles) {
     // Decimal only: no hexadecimal prefix, and a leading zero is no octal mark; too large stays at the top.
     const struct {
         const char* Text;
@@ -78,18 +77,18 @@ TEST(TypedNumbers, DecimalReading) {
     } rows[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
                 {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
     for (const auto& row : rows) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
-}
 
-TEST(LearnFile, GenerationFiles) {
+    // The names of the learner's per-generation files.
     const struct {
         const char* File;
         int64_t Generation;
         const char* Expected;
-    } rows[] = {
+    } files[] = {
         {"learn.csv", 7, "learn.007.csv"},
         {"runs/learn.csv", 1234, "runs/learn.1234.csv"},
         {"runs.old/learn", 12, "runs.old/learn.012"},
     };
-    for (const auto& row : rows)
-        EXPECT_STREQ(GenerationFile(clsString(row.File), row.Generation).Text(), row.Expected) << row.File;
+    for (const auto& file : files)
+        EXPECT_STREQ(GenerationFile(clsString(file.File), file.Generation).Text(), file.Expected)
+            << file.File;
 }

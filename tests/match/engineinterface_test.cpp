@@ -11,7 +11,7 @@
 using namespace nvoChess;
 using nuvobase::clsString;
 
-TEST(EngineInterface, SetClockMapsColoursBySide) {
+TEST(EngineInterface, ClocksAndGoLimits) {
     // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
     // ignored.
     for (const int side : {0, 1}) {
@@ -26,9 +26,7 @@ TEST(EngineInterface, SetClockMapsColoursBySide) {
         EXPECT_EQ(engine.OpponentIncrementMs, theirs + 2);
         EXPECT_EQ(engine.MovesToGo, 104);
     }
-}
 
-TEST(GoLimits, OneReadingForBothDialects) {
     // Words ignore case and a number word takes the word behind it; the plain dialect reads a value missing
     // at the end as 0, -strictuci as absent; infinite counts for the depth only behind the last depth.
     const struct {

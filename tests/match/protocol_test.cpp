@@ -63,7 +63,7 @@ TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
     }
 }
 
-TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
+TEST(EngineProtocol, ParseLineGivesTheNormalFormAndPingHoldsReady) {
     const struct {
         uint32_t Protocol;
         const char *Line, *Result;
@@ -94,9 +94,8 @@ TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
         EXPECT_EQ(engine.Ready, row.Ready);
         EXPECT_EQ(engine.PingFeature, row.PingFeature);
     }
-}
 
-TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
+    // The ping feature holds Ready back until the matching pong.
     RecordingEngine engine;
     engine.ParseLine("feature ping=1 done=1");
     EXPECT_EQ(engine.Sent, Lines{"ping 1"});

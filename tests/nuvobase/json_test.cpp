@@ -33,7 +33,7 @@ Read ReadJson(const std::string& text) {
 
 } // namespace
 
-TEST(Json, TreesAsXml) {
+TEST(Json, TreesAsXmlBadTokensAndDeepNesting) {
     struct Case {
         const char* text;
         bool parsed;
@@ -63,9 +63,8 @@ TEST(Json, TreesAsXml) {
         EXPECT_EQ(read.parsed, c.parsed);
         EXPECT_EQ(read.xml, "\r\n\t<_object_>" + c.xml + end);
     }
-}
 
-TEST(Json, BadTokenShowsItsSurroundingsAndDeepNestingStops) {
+    // A bad token shows its surroundings, and deep nesting stops the reading.
     std::string text = "[";
     for (int i = 0; i < 40; i++) text += std::to_string(i) + ",";
     text += "oops,1]";

@@ -133,7 +133,7 @@ TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
     EXPECT_TRUE(sleeper.Unwound);
 }
 
-TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
+TEST(ThreadedMutex, HolderOthersAndStop) {
     clsMutex mutex;
     ASSERT_TRUE(mutex.Ready);
     ASSERT_EQ(mutex.Lock(), 0);
@@ -148,10 +148,8 @@ TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
         if ((fromOther = mutex.TryLock()) == 0) mutex.Unlock();
     }).join();
     EXPECT_EQ(fromOther, 0);
-}
 
-TEST(ThreadedMutex, StopWaitsUntilTheHolderLetsGo) {
-    clsMutex mutex;
+    // A Stop waits until the holder lets go.
     clsSleeper holder(&mutex);
     ASSERT_TRUE(holder.Start());
     ASSERT_TRUE(Eventually([&] { return holder.Holding.load(); }));

@@ -24,7 +24,7 @@ std::string Written(const char* text) {
 
 } // namespace
 
-TEST(Xml, ReadAndWriteBack) {
+TEST(Xml, ReadAndWriteBackAndMismatchedClosingTags) {
     // Text makes a text element, whose children are written behind its line; unclosed elements are kept,
     // an unfinished tag is not.
     CheckRows<std::string>(
@@ -38,9 +38,8 @@ TEST(Xml, ReadAndWriteBack) {
          ROW(Written("\xEF\xBB\xBF<a\tk=v\r\nw='x  y' ? k=\"2\">"), "<a k=\"v\" w=\"x  y\" k=\"2\" />\r\n"),
          ROW(Written("<a k='it''s x'/>"), "<a k=\"it&apos;s x\"/>\r\n"),
          ROW(Written("<a><b>"), "<a>\r\n\t<b />\r\n</a>\r\n"), ROW(Written("<a"), "")});
-}
 
-TEST(Xml, MismatchedClosingTagStopsAndKeepsTheTree) {
+    // A mismatched closing tag stops the reading and keeps the tree.
     clsXML document;
     bool failed = false;
     // Tokens: < r > < a > < b/ > < /c > ...; the mismatch is noticed behind the '>' of </c>.
