@@ -31,7 +31,7 @@ clsString Split(const char* text, char separator, int mode = clsStrings::SplitPl
 
 } // namespace
 
-TEST(PCollection, DeleteClearAndCopyFollowOwnership) {
+TEST(PCollection, OwnershipAndTheTextsOfAList) {
     Tracked::Alive = 0;
     {
         clsPCollection<Tracked> list;
@@ -58,9 +58,7 @@ TEST(PCollection, DeleteClearAndCopyFollowOwnership) {
         list.Add(new Tracked(7));
     }
     EXPECT_EQ(Tracked::Alive, 0);
-}
 
-TEST(CList, SetTextCutsAndGetTextJoins) {
     // SetText empties the list first; GetText skips null elements with their separators.
     clsCStrings texts;
     texts.Add("old");

@@ -15,7 +15,7 @@ using nuvobase::SharedNul;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
 
-TEST(StringStorage, EmptyStringsAndOversizedRequestsAreSafe) {
+TEST(StringBuild, StorageConstructAssignAppendInsertAndPad) {
     clsString never, text("abc");
     EXPECT_STREQ(never.Text(), "");
     CheckRows<const char*>({ROW(never.Data(), nullptr), ROW(never.At(0), SharedNul),
@@ -35,9 +35,8 @@ TEST(StringStorage, EmptyStringsAndOversizedRequestsAreSafe) {
         EXPECT_EQ(s.GetCapacity(), 0);
         EXPECT_EQ(s.Size(), 0);
     }
-}
 
-TEST(StringBuild, ConstructAssignAppendInsertAndPad) {
+    // Constructing, assigning, appending, inserting and padding.
     const clsString ab("ab");
     clsString s, t("abc");
     CheckRows<std::string>(

@@ -12,7 +12,7 @@ using nuvobase::clsString;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
 
-TEST(StringCut, SubstringsTrimmingAndReplacing) {
+TEST(StringText, CutsPresentationAndPaths) {
     const clsString s("hello"), pair("key=value=x");
     CheckRows<std::string>({TEXT(s.Left(10), "hello"),
                             TEXT(s.Left(-1), ""),
@@ -54,9 +54,7 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     clsString self("abab");
     self.ReplaceAll(self.Text() + 2, "X");
     EXPECT_EQ(Bytes(self), "XX");
-}
 
-TEST(StringText, PresentationAndPaths) {
     // UnescapeC reads octal only as three digits; case changes touch ASCII letters only.
     CheckRows<std::string>(
         {TEXT(clsString().Quote('"'), "\"\""), TEXT(clsString("'abc\"").Unquote(), "'abc\""),
