@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "formula/functiontable.h"
 #include "formulacases.h"
 
 using namespace formula_test;
@@ -108,7 +109,7 @@ TEST_F(Formula, AloneNeedsAnArchiveToRunWhichGivesItsVariables) {
     EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }
 
-TEST_F(Formula, Limits) {
+TEST_F(Formula, LimitsAndEveryFunctionWithAnyArgumentCount) {
     const std::string minuses = "1" + std::string(600, '-') + "1";
     const std::string closers = "1" + std::string(1 << 20, ')');
     // Deep parentheses, long lists and long sums are typed into the console by the end-to-end test.
@@ -125,6 +126,17 @@ TEST_F(Formula, Limits) {
             const Evaluation got = Evaluate(Parser, clsString(formula));
             EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount) << byte;
             EXPECT_EQ(got.Message.rfind(velmora::ErrorText(got.Code), 0), 0u) << byte;
+        }
+    }
+    // Whatever the number of arguments, a function gives a code of the table.
+    for (const velmora::FunctionName& function : velmora::FunctionNames) {
+        std::string arguments;
+        for (int count = 0; count <= 8; count++) {
+            const std::string formula = std::string(function.Name) + "(" + arguments + ")";
+            SCOPED_TRACE(formula);
+            const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
+            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount);
+            arguments += count == 0 ? "'1'" : ",'1'";
         }
     }
 }

@@ -5,7 +5,6 @@
 #include <string>
 #include <tuple>
 
-#include "formula/functiontable.h"
 #include "formulacases.h"
 
 using namespace formula_test;
@@ -121,20 +120,6 @@ TEST_F(Formula, FunctionsListsMacrosAndNames) {
              "$s.t,A1:B2,FE_x,NOTA_y,w,z", 0},
             {"FPARSE('X', 'a')", "", 8},
         });
-}
-
-// Whatever the number of arguments, a function gives a code of the table.
-TEST_F(Formula, EveryFunctionWithAnyArgumentCount) {
-    for (const velmora::FunctionName& function : velmora::FunctionNames) {
-        std::string arguments;
-        for (int count = 0; count <= 8; count++) {
-            const std::string formula = std::string(function.Name) + "(" + arguments + ")";
-            SCOPED_TRACE(formula);
-            const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
-            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount);
-            arguments += count == 0 ? "'1'" : ",'1'";
-        }
-    }
 }
 
 // A table of values keyed by X and Y, under the names the look-ups use, and a sheet of cells.

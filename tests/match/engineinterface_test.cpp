@@ -11,7 +11,7 @@
 using namespace nvoChess;
 using nuvobase::clsString;
 
-TEST(EngineInterface, ClocksAndGoLimits) {
+TEST(EngineInterface, ClocksGoLimitsSquaresAndMoveTexts) {
     // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
     // ignored.
     for (const int side : {0, 1}) {
@@ -58,11 +58,9 @@ TEST(EngineInterface, ClocksAndGoLimits) {
     EXPECT_EQ(engine.OpponentTimeMs, INT32_MAX);
     EXPECT_EQ(engine.MovesToGo, 7);
     EXPECT_EQ(engine.MaxDepth, clsEngineInterface::InfiniteDepth);
-}
 
-TEST(EngineInterface, SquaresAndMoveTexts) {
+    // Squares and move texts.
     const auto Bit = [](int index) { return uint64_t(1) << index; };
-    RecordingEngine engine;
     EXPECT_EQ(engine.TextToSquare("h1"), Bit(0));
     EXPECT_EQ(engine.TextToSquare("a8"), Bit(63));
     EXPECT_EQ(engine.TextToSquare("e4xyz"), Bit(27));

@@ -24,7 +24,7 @@ struct SentRow {
     Lines Expected;
 };
 
-TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
+TEST(EngineProtocol, LinesSentAndLinesRead) {
     using Engine = RecordingEngine;
     const auto handshake = [](Engine& e) { e.Handshake(); };
     const auto newGame = [](Engine& e) { e.NewGame(); };
@@ -61,14 +61,13 @@ TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
         row.Call(engine);
         EXPECT_EQ(engine.Sent, row.Expected);
     }
-}
 
-TEST(EngineProtocol, ParseLineGivesTheNormalFormAndPingHoldsReady) {
+    // Parsing a line gives the normal form.
     const struct {
         uint32_t Protocol;
         const char *Line, *Result;
         bool Ready, PingFeature;
-    } rows[] = {
+    } lines[] = {
         {1, "bestmove E7E8Q ponder E2E4", "move e7e8q ponder e2e4", false, false},
         {1, "uciok", "", true, false},
         {1, "readyok", "", true, false},
@@ -86,7 +85,7 @@ TEST(EngineProtocol, ParseLineGivesTheNormalFormAndPingHoldsReady) {
         {0, "feature ping=1", "", false, true},
         {0, "", "", false, false},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : lines) {
         SCOPED_TRACE(row.Line);
         RecordingEngine engine;
         engine.Protocol = row.Protocol;

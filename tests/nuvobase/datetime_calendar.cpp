@@ -20,7 +20,7 @@ std::string Parsed(const char* text) {
 
 } // namespace
 
-TEST(DateTime, ValidityOrderAndDayNumbers) {
+TEST(DateTime, ValidityOrderDayNumbersTextsAndParse) {
     struct Parts {
         int year, month, day, hour, minute, milliseconds;
         bool valid;
@@ -58,9 +58,8 @@ TEST(DateTime, ValidityOrderAndDayNumbers) {
     CheckRows<int>({ROW(cleared.FromDays(364), false), // year 0 is no valid year
                     ROW(cleared.IsNull(), true), ROW(cleared.FromDays(3652424), false)});
     EXPECT_EQ(clsDateTime(2001, 2, 3, 18).DayNumber(), 730883.75);
-}
 
-TEST(DateTime, TextsAndParse) {
+    // Texts and Parse.
     const clsDateTime date(2001, 2, 3, 4, 5, 6007);
     CheckRows<std::string>({TEXT(date.SortableDate(), "2001-02-03"), TEXT(date.TimeText(), "04:05:06.007"),
                             TEXT(clsDateTime().Text(), "")});

@@ -88,7 +88,7 @@ public:
 
 } // namespace
 
-TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
+TEST(ThreadedThread, StartTwiceRunsOnceAndStopCancelsAtTheNextCancellationPoint) {
     clsProbe probe;
     EXPECT_TRUE(probe.Stop()); // stopping and waiting for a thread never started are harmless
     EXPECT_FALSE(probe.Wait());
@@ -111,9 +111,8 @@ TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
     EXPECT_TRUE(probe.OnExitOnOwnThread);
     EXPECT_FALSE(probe.Wait());
     EXPECT_EQ(probe.Runs, 2);
-}
 
-TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
+    // Stop cancels at the next cancellation point.
     clsSleeper sleeper;
     ASSERT_TRUE(sleeper.Start());
     ASSERT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));

@@ -24,7 +24,7 @@ std::string Written(const char* text) {
 
 } // namespace
 
-TEST(Xml, ReadAndWriteBackAndMismatchedClosingTags) {
+TEST(Xml, ReadWriteBackMismatchedTagsAndSearches) {
     // Text makes a text element, whose children are written behind its line; unclosed elements are kept,
     // an unfinished tag is not.
     CheckRows<std::string>(
@@ -48,32 +48,31 @@ TEST(Xml, ReadAndWriteBackAndMismatchedClosingTags) {
     EXPECT_EQ(Bytes(document.ToText()), "<r>\r\n\t<a>\r\n\t\t<b/>\r\n\t</a>\r\n</r>\r\n");
     EXPECT_EQ(document.Parse("<r><a/></r><s/>", "", &failed), 12); // every token
     EXPECT_FALSE(failed);
-}
 
-TEST(Xml, Searches) {
-    clsXML document;
-    document.Parse("<T><Engines><E NAME='one' id='1'><Depth>4</Depth></E><e id='2'><b/></e></Engines>"
-                   "<settings><depth>7</depth></settings></T>",
-                   "");
-    clsXML* engines = document.FindDeep("engines");
+    // Searches.
+    clsXML tree;
+    tree.Parse("<T><Engines><E NAME='one' id='1'><Depth>4</Depth></E><e id='2'><b/></e></Engines>"
+               "<settings><depth>7</depth></settings></T>",
+               "");
+    clsXML* engines = tree.FindDeep("engines");
     ASSERT_NE(engines, nullptr);
     EXPECT_EQ(engines->ChildAt(0)->GetAttribute("name"), clsString("one"));
-    EXPECT_EQ(document.FindDeep("B"), engines->ChildAt(1)->ChildAt(0));
-    EXPECT_EQ(document.FindByAttribute("ID", "2"), engines->ChildAt(1));
+    EXPECT_EQ(tree.FindDeep("B"), engines->ChildAt(1)->ChildAt(0));
+    EXPECT_EQ(tree.FindByAttribute("ID", "2"), engines->ChildAt(1));
     CheckRows<std::string>({
-        TEXT(document.GetValue("t/settings/depth", "x"), "7"),
-        TEXT(document.GetValue("depth", "x"), "4"), // the first depth, depth first
-        TEXT(document.GetValue("settings/missing", "x"), "x"),
-        TEXT(document.FindPath("engines", "id", "2")->Name, "e"),
-        TEXT(document.FindPath("engines/", "", "")->Name, "Engines"), // an empty piece ends the walk
+        TEXT(tree.GetValue("t/settings/depth", "x"), "7"),
+        TEXT(tree.GetValue("depth", "x"), "4"), // the first depth, depth first
+        TEXT(tree.GetValue("settings/missing", "x"), "x"),
+        TEXT(tree.FindPath("engines", "id", "2")->Name, "e"),
+        TEXT(tree.FindPath("engines/", "", "")->Name, "Engines"), // an empty piece ends the walk
     });
     clsXMLCollection found;
-    EXPECT_EQ(document.FindAll("e", found), 2);
-    EXPECT_EQ(document.FindAll("depth", found), 4);
+    EXPECT_EQ(tree.FindAll("e", found), 2);
+    EXPECT_EQ(tree.FindAll("depth", found), 4);
 
     clsXML copy;
-    copy.CopyChildren(document);
-    EXPECT_EQ(Bytes(copy.ToText()), Bytes(document.ToText()));
+    copy.CopyChildren(tree);
+    EXPECT_EQ(Bytes(copy.ToText()), Bytes(tree.ToText()));
     EXPECT_EQ(copy.FindDeep("b")->Parent->Parent->Parent->Parent, &copy);
 }
 
