@@ -13,7 +13,7 @@
 using nuvobase::clsString;
 using namespace nvoChess;
 
-TEST(TypedText, KeywordsAndQuotedWords) {
+TEST(TypedText, KeywordsQuotedWordsNumbersAndFileNames) {
     const struct {
         const char *Text, *First, *Second, *FirstValue, *SecondValue;
     } rows[] = {
@@ -67,16 +67,14 @@ TEST(TypedText, KeywordsAndQuotedWords) {
         for (const std::string& expected : row.Words) EXPECT_EQ(std::string(words.Next().Text()), expected);
         EXPECT_TRUE(words.Next().IsEmpty());
     }
-}
 
-TEST(TypedText, DecimalNumbersAndGenerationFiles) {
     // Decimal only: no hexadecimal prefix, and a leading zero is no octal mark; too large stays at the top.
     const struct {
         const char* Text;
         long long Value;
-    } rows[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
-                {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
-    for (const auto& row : rows) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
+    } numbers[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
+                   {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
+    for (const auto& row : numbers) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
 
     // The names of the learner's per-generation files.
     const struct {

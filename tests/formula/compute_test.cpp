@@ -70,7 +70,7 @@ TEST_F(Formula, OperatorsOperandsAndErrors) {
     EXPECT_EQ(Evaluate(Parser, clsString("1 + 1")).Message, "Ok");
 }
 
-TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
+TEST_F(Formula, DisplayVariablesArchiveLookupsAndTheArchivesVariables) {
     CheckCases(Parser,
                {
                    {"FHEX(0x1F)", "000000000000001F", 0},
@@ -95,9 +95,7 @@ TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
                    {"FGET()", "", 14},
                    {"FGET('', 'Name', '1')", "", 14},
                });
-}
 
-TEST_F(Formula, AloneNeedsAnArchiveToRunWhichGivesItsVariables) {
     // Without an archive a single value is read, but nothing runs.
     clsParser alone(nullptr);
     CheckCases(alone, {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
@@ -109,7 +107,7 @@ TEST_F(Formula, AloneNeedsAnArchiveToRunWhichGivesItsVariables) {
     EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }
 
-TEST_F(Formula, LimitsAndEveryFunctionWithAnyArgumentCount) {
+TEST_F(Formula, LimitsScopesAndStates) {
     const std::string minuses = "1" + std::string(600, '-') + "1";
     const std::string closers = "1" + std::string(1 << 20, ')');
     // Deep parentheses, long lists and long sums are typed into the console by the end-to-end test.
@@ -139,9 +137,8 @@ TEST_F(Formula, LimitsAndEveryFunctionWithAnyArgumentCount) {
             arguments += count == 0 ? "'1'" : ",'1'";
         }
     }
-}
 
-TEST_F(Formula, ScopesAndStates) {
+    // Scopes and states.
     velmora::clsValue value(clsString("outer"));
     Parser.SetVariable(clsString("v"), value);
     Parser.PushScope();

@@ -123,7 +123,7 @@ TEST_F(Formula, FunctionsListsMacrosAndNames) {
 }
 
 // A table of values keyed by X and Y, under the names the look-ups use, and a sheet of cells.
-TEST_F(Formula, TableLookups) {
+TEST_F(Formula, TableLookupsAndScripts) {
     velmora::clsTableDescriptor rates;
     rates.Name = "Rates";
     rates.Columns = "@0,X,Y";
@@ -167,11 +167,9 @@ TEST_F(Formula, TableLookups) {
             {"SUM(1, 2, '3x')", "6", 0},
             {"SUM(S1.A1:A2, 1) & ' ' & SUM(S1.A1:E5)", "13 112", 0},
         });
-}
 
-// Scripts over a system table filled by insert into: each prints what it bound or set, and a script that
-// writes through set changes the table.
-TEST_F(Formula, Scripts) {
+    // Scripts over a system table filled by insert into: each prints what it bound or set, and a script that
+    // writes through set changes the table.
     for (const auto& [id, name] : {std::tuple{1, "a"}, {2, "b"}, {3, "c"}})
         ASSERT_TRUE(Archive.InsertRow(clsString("ZSYSPARS"), clsString("idPar,Name"), {id, name}));
     const struct {

@@ -31,7 +31,7 @@ clsString Split(const char* text, char separator, int mode = clsStrings::SplitPl
 
 } // namespace
 
-TEST(PCollection, OwnershipAndTheTextsOfAList) {
+TEST(PCollection, OwnershipTextsLookupsSplitAndJoin) {
     Tracked::Alive = 0;
     {
         clsPCollection<Tracked> list;
@@ -71,9 +71,7 @@ TEST(PCollection, OwnershipAndTheTextsOfAList) {
     EXPECT_EQ(Bytes(texts.GetText("|")), "a|");
     texts.SetText(clsString(), ',', false);
     EXPECT_EQ(texts.Count, 0);
-}
 
-TEST(Strings, LookupsSplitAndJoin) {
     // A replaced value keeps the first spelling of the name; without replace, lookups give the first entry.
     clsStrings table;
     CheckRows<int>({ROW(table.SetValue("Hash", "32"), 0), ROW(table.SetValue("HASH", "64"), 0),
