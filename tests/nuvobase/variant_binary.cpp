@@ -36,7 +36,7 @@ clsString BufferOf(const Ints& bytes) {
 
 } // namespace
 
-TEST(VariantBinary, RecordsLengthFormAndBadRecords) {
+TEST(VariantBinary, RecordsLengthFormBadRecordsAndFileForms) {
     // The TypeCode byte, then numbers little-endian, a date-time's packed bytes most significant first, and
     // a text's length as a byte n and n bytes of the length, low first.
     CheckRows<Ints>(
@@ -110,24 +110,24 @@ TEST(VariantBinary, RecordsLengthFormAndBadRecords) {
     clsVariantDateTime when(clsDateTime(2001, 1, 1));
     EXPECT_TRUE(when.Read(BufferOf({'O', 0x07, 0xD1, 2, 30, 0, 0, 0, 0}), position = 0));
     EXPECT_TRUE(when.Value.IsNull());
-}
 
-TEST(VariantBinary, FileForms) {
+    // The file forms.
     FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);
-    clsString buffer;
-    CheckRows<int>({ROW(clsVariantInt(-5).WriteFile(file, buffer), 5),
-                    ROW(clsVariantString(clsString('z', 5000)).WriteFile(file, buffer), 5004),
-                    ROW(clsVariantInt(1).WriteFile(nullptr, buffer), 0)});
+    clsString scratch;
+    CheckRows<int>({ROW(clsVariantInt(-5).WriteFile(file, scratch), 5),
+                    ROW(clsVariantString(clsString('z', 5000)).WriteFile(file, scratch), 5004),
+                    ROW(clsVariantInt(1).WriteFile(nullptr, scratch), 0)});
     // A text record that announces more bytes than the file holds fails without reading them all in.
     const char truncated[] = {'M', 4, 0, 0, 0, 0x40, 'a', 'b'};
     std::fwrite(truncated, 1, sizeof(truncated), file);
     std::rewind(file);
     clsVariantInt number;
     clsVariantString text;
-    CheckRows<int>({ROW(number.ReadFile(file, buffer), 5), ROW(number.Value, -5),
-                    ROW(text.ReadFile(file, buffer), 5004), ROW(text.Value.Size(), 5000),
-                    ROW(text.ReadFile(file, buffer), 0), ROW(number.ReadFile(file, buffer), 0), // end of file
-                    ROW(number.ReadFile(nullptr, buffer), 0)});
+    CheckRows<int>({ROW(number.ReadFile(file, scratch), 5), ROW(number.Value, -5),
+                    ROW(text.ReadFile(file, scratch), 5004), ROW(text.Value.Size(), 5000),
+                    ROW(text.ReadFile(file, scratch), 0),
+                    ROW(number.ReadFile(file, scratch), 0), // end of file
+                    ROW(number.ReadFile(nullptr, scratch), 0)});
     std::fclose(file);
 }
