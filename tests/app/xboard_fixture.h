@@ -30,7 +30,7 @@ protected:
 
     // One line to the XBoard front end; the lines it wrote.
     std::vector<std::string> Send(const char* command, const char* arguments = "", bool echo = false) {
-        Result = App.HandleXBoard(clsString(command), clsString(arguments), echo);
+        App.HandleXBoard(clsString(command), clsString(arguments), echo);
         return Written();
     }
 
@@ -49,12 +49,9 @@ protected:
         return parts;
     }
 
-    std::string Position() { return App.Engine->GetPosition().Text(); }
-
     CapturedOutput Captured;
     size_t Seen = 0;
     clsChessApplication App;
-    int Result = 0;
 };
 
 } // namespace nvoChess
