@@ -30,7 +30,7 @@ void Fill(clsCollection<int>& list, int n) {
 
 } // namespace
 
-TEST(Collection, FindRemoveSetAndMove) {
+TEST(Collection, FindRemoveSetMoveSortAndCopy) {
     // The bisection steps over holes at the start, inside and at the end (Remove leaves Sorted as it is).
     clsCollection<int> holes;
     Fill(holes, 9);
@@ -51,9 +51,7 @@ TEST(Collection, FindRemoveSetAndMove) {
                     ROW(list.Set(clsString("b"), list.ValueAt(2)), 2), ROW(*list.ValueAt(2), 20),
                     ROW(list.Move(2, 0), true), ROW(list.Move(0, 3), false)});
     EXPECT_EQ(Values(list), (Ints{20, 1, 10}));
-}
 
-TEST(Collection, SortOrdersAndDeepCopies) {
     // Texts sort ignoring ASCII case (the == of clsString ignores it too); equal keys are fine, a value
     // without key goes after every key, and a node without value is dropped.
     clsStrings texts;
@@ -67,16 +65,16 @@ TEST(Collection, SortOrdersAndDeepCopies) {
     EXPECT_EQ(texts.Find(clsString("BANANA")), 2);
 
     // A copy is deep.
-    clsCollection<int> list;
-    Fill(list, 3);
+    clsCollection<int> original;
+    Fill(original, 3);
     int shared = 42;
-    list.Add(clsString("shared"), &shared, true);
-    list.Remove(0, false);
-    clsCollection<int> copy(list);
+    original.Add(clsString("shared"), &shared, true);
+    original.Remove(0, false);
+    clsCollection<int> copy(original);
     EXPECT_EQ(copy.Nodes[0], nullptr);
-    EXPECT_EQ(copy.ValueAt(3), &shared); // a value the list does not own stays shared
+    EXPECT_EQ(copy.ValueAt(3), &shared); // a value the original does not own stays shared
     *copy.ValueAt(1) = 100;
-    EXPECT_EQ(*list.ValueAt(1), 1);
-    copy = list;
+    EXPECT_EQ(*original.ValueAt(1), 1);
+    copy = original;
     EXPECT_EQ(*copy.ValueAt(1), 1);
 }

@@ -12,7 +12,7 @@ using nuvobase::clsString;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
 
-TEST(StringText, CutsPresentationAndPaths) {
+TEST(StringText, CutsPresentationPathsAndNumbers) {
     const clsString s("hello"), pair("key=value=x");
     CheckRows<std::string>({TEXT(s.Left(10), "hello"),
                             TEXT(s.Left(-1), ""),
@@ -77,14 +77,14 @@ TEST(StringText, CutsPresentationAndPaths) {
          TEXT(clsString("dir/sub/game.pgn").FileName(true), "dir/sub/game"),
          TEXT(clsString("dir.x/name").FileName(), "name"), TEXT(clsString("a\\b.c").FileName(), "b"),
          TEXT(clsString("a.tar.gz").FileName(), "a.tar")});
-}
 
-TEST(StringNumber, ToTextAndBack) {
-    clsString s;
-    CheckRows<std::string>({TEXT(s.FromInt(INT64_MIN), "-9223372036854775808"),
+    // Numbers to text and back.
+    clsString number;
+    CheckRows<std::string>({TEXT(number.FromInt(INT64_MIN), "-9223372036854775808"),
                             // Doubles: -1 decimals cuts trailing zeros only behind a point.
-                            TEXT(s.FromDouble(1.0 / 3), "0.3333333333"), TEXT(s.FromDouble(1000, -1), "1000"),
-                            TEXT(s.FromDouble(1e300, 2), "0"), // longer than the formatting area
+                            TEXT(number.FromDouble(1.0 / 3), "0.3333333333"),
+                            TEXT(number.FromDouble(1000, -1), "1000"),
+                            TEXT(number.FromDouble(1e300, 2), "0"), // longer than the formatting area
                             // ToHexFixed fills the characters there are from the right.
                             TEXT(clsString("000000").ToHexFixed(255), "0000FF"),
                             TEXT(clsString("00").ToHexFixed(0x1234), "34")});
