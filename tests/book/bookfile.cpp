@@ -1,10 +1,13 @@
-// Saving and loading .cbk files: the bytes written, and what a reader makes of
-// good, damaged, cut and foreign files.
+// The book in memory: lookup, the merge into a book (checked at scale by PgnReference, whose books are built
+// by merging batches of games), and the score of an entry. Saving and loading .cbk files: the bytes written,
+// and what a reader makes of good, damaged, cut and foreign files.
 
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <limits>
 
 #include "bookfixture.h"
 
@@ -15,8 +18,42 @@ using nvoChess::clsBookEntry;
 namespace {
 
 const Model SmallModel = {{5, {1, 2, 3}}, {0x123456789ULL, {200, 0, 7}}, {0xF000000000000000ULL, {0, 0, 1}}};
+const uint32_t Largest = std::numeric_limits<uint32_t>::max();
 
 } // namespace
+
+TEST(BookInMemory, FindMergeAndScore) {
+    clsBook book;
+    EXPECT_EQ(book.Find(0), nullptr);
+    std::mt19937_64 random(3);
+    const Model model = RandomModel(random, 1000);
+    Fill(book, model);
+    for (const auto& [key, counters] : model) {
+        ASSERT_NE(book.Find(key), nullptr);
+        EXPECT_EQ(book.Find(key)->Wins, std::get<0>(counters));
+        if (model.count(key - 1) == 0) {
+            EXPECT_EQ(book.Find(key - 1), nullptr);
+        }
+    }
+
+    clsBook merged, more;
+    Fill(merged, Model{{5, {Largest - 1, 7, Largest}}, {9, {1, 1, 1}}});
+    Fill(more, Model{{2, {1, 0, 0}}, {5, {3, 1, 1}}});
+    merged.AddSorted(more);
+    EXPECT_EQ(Contents(merged), Contents(Model{{2, {1, 0, 0}}, {5, {Largest, 8, Largest}}, {9, {1, 1, 1}}}));
+    EXPECT_EQ(more.Count, 0); // the book given up is left empty
+
+    // Score (2 wins + draws) * 500 / games, truncated, the counters summed without overflow; the listing
+    // sorts the moves by it.
+    const struct {
+        uint32_t Wins, Losses, Draws;
+        int Score;
+    } cases[] = {{1, 0, 1, 750}, {0, 0, 2, 500},  {2, 1, 0, 666},
+                 {0, 3, 0, 0},   {5, 0, 0, 1000}, {Largest, 0, Largest, 750},
+                 {0, 0, 0, 0}};
+    for (const auto& c : cases)
+        EXPECT_EQ(clsBookEntry(0, c.Wins, c.Losses, c.Draws).Score(), c.Score) << c.Wins;
+}
 
 using BookFile = BookFiles;
 
@@ -40,7 +77,7 @@ TEST_F(BookFile, SavedBookLoadsEqual) {
     EXPECT_EQ(Contents(loaded), Contents(model));
 }
 
-TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
+TEST_F(BookFile, ReservedNumbersAndNonMinimalCountersReadForeignFilesRefused) {
     FileBuilder file;
     file.Raw({'N', 'V', 'O', 'B', 'K', 0}).Word(1, 4).Word(1, 4);
     for (int i = 0; i < 31; ++i) file.Number(i * 1000);
@@ -51,9 +88,7 @@ TEST_F(BookFile, ReaderTakesReservedNumbersOfAnyLengthAndNonMinimalCounters) {
     clsBook book;
     EXPECT_TRUE(book.Load(PathTo("odd.cbk"), 0));
     EXPECT_EQ(Contents(book), Contents(Model{{42, {5, 2, 3}}}));
-}
 
-TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
     const Bytes good = FileBuilder().Header(1, 1).Entry(9, 1, 1, 1).Trailer().Data;
     Bytes version2 = good;
     version2[6] = 2;
@@ -63,15 +98,13 @@ TEST_F(BookFile, ForeignFilesLeaveTheBookUnchanged) {
     WriteBytes("magic.cbk", badMagic);
 
     // Files cut short, the empty one too, are the next test's.
-    for (const char* name : {"version2.cbk", "magic.cbk", "absent.cbk"}) {
+    for (const char* name : {"version2.cbk", "magic.cbk", "absent.cbk", "."}) { // "." is a folder
         SCOPED_TRACE(name);
         clsBook book;
         Fill(book, SmallModel);
         EXPECT_FALSE(book.Load(PathTo(name), 0));
         EXPECT_EQ(Contents(book), Contents(SmallModel));
     }
-    clsBook book;
-    EXPECT_FALSE(book.Load(PathTo("."), 0)); // a folder
 }
 
 // Every possible cut of a file: a cut in the header leaves the book as it was,
@@ -215,9 +248,8 @@ TEST_F(BookFile, SaveNeverLeavesAHalfWrittenBook) {
     EXPECT_EQ(ReadBytes("book.cbk"), goodBytes);
 
     // A folder in the way, or no folder to write into.
-    std::filesystem::create_directory(Folder / "folder.cbk");
-    std::filesystem::create_directory(Folder / "folder.cbk" / "inside");
+    std::filesystem::create_directories(Path("folder.cbk/inside"));
     EXPECT_FALSE(good.Save(PathTo("folder.cbk"), 0));
-    EXPECT_TRUE(std::filesystem::is_directory(Folder / "folder.cbk" / "inside"));
+    EXPECT_TRUE(std::filesystem::is_directory(Path("folder.cbk/inside")));
     EXPECT_FALSE(good.Save(PathTo("missing/book.cbk"), 0));
 }

@@ -5,12 +5,10 @@
 // the file layout, independent of the code under test.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <random>
@@ -19,6 +17,7 @@
 #include <vector>
 
 #include "book/clsbook.h"
+#include "nuvobase/temp_folder.h"
 
 namespace booktest {
 
@@ -89,33 +88,24 @@ struct FileBuilder {
     FileBuilder& Trailer() { return Raw({'*', 'E', 'N', 'D', '*', 0}); }
 };
 
-class BookFiles : public ::testing::Test {
+// A fresh folder for each test, for the tests that work on real files.
+class BookFiles : public nuvobase_test::TempFolder {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "booktest-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        Folder = pattern;
-    }
-    void TearDown() override { std::filesystem::remove_all(Folder); }
-
     nuvobase::clsString PathTo(const std::string& name) const {
-        return nuvobase::clsString((Folder / name).c_str());
+        return nuvobase::clsString(Path(name).c_str());
     }
     Bytes ReadBytes(const std::string& name) const {
-        std::ifstream in(Folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        const std::string text = Read(name);
+        return {text.begin(), text.end()};
     }
     void WriteBytes(const std::string& name, const Bytes& bytes) const {
-        std::ofstream out(Folder / name, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+        Write(name, std::string(bytes.begin(), bytes.end()));
     }
     // Whether the folder holds this one file and nothing beside it.
     bool HoldsOnly(const std::string& name) const {
-        return std::distance(std::filesystem::directory_iterator(Folder), {}) == 1 &&
-               std::filesystem::exists(Folder / name);
+        return std::distance(std::filesystem::directory_iterator(folder), {}) == 1 &&
+               std::filesystem::exists(Path(name));
     }
-
-    std::filesystem::path Folder;
 };
 
 } // namespace booktest

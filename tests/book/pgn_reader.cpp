@@ -1,7 +1,7 @@
-// Reading PGN: the tokens of one game, the cut of a file into games, and text that is no PGN at all.
+// Reading PGN: the tokens of one game, the cut of a file into games, and text that is no PGN at all; the
+// result word of a game: its result and reason texts, the tags SetCode writes, and Reset.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 #include <string>
 
@@ -47,7 +47,7 @@ const GameCase GameCases[] = {
     {"unclosed comment", "1. e4 {runs on e5 2. Nf3\n", 0, "e2e4 ", 0x1, 1},
 };
 
-TEST(PgnGame, TokensOfOneGame) {
+TEST(PgnGame, TokensTagsAndResultTexts) {
     clsChessCore core;
     for (const GameCase& c : GameCases) {
         SCOPED_TRACE(c.Name);
@@ -57,18 +57,15 @@ TEST(PgnGame, TokensOfOneGame) {
         EXPECT_EQ(game.Code, c.Code);
         EXPECT_EQ(game.FirstMoveNumber, c.FirstMoveNumber);
     }
-}
 
-TEST(PgnGame, TagsAreKept) {
-    clsChessCore core;
+    // Tags are kept.
     clsGame game;
     game.ReadPgn("[White \"A B\"]\n[Black]\n1. e4 {best by test} e5\n", core, nullptr, 0);
     EXPECT_STREQ(game.Tags.GetValue("White").Text(), "A B");
     EXPECT_EQ(game.Tags.Count, 2);
     EXPECT_EQ(game.PlyCount, 2);
-}
 
-TEST(PgnGame, ResultTexts) {
+    // Result texts set the code, and the tags unless unknown.
     const std::pair<const char*, uint32_t> cases[] = {{"1-0", 0x6},  {"0-1", 0xA}, {"1/2-1/2", 0x200},
                                                       {"*", 0x8000}, {"?", 0x1},   {"2-0", 0x1}};
     for (const auto& [text, code] : cases) {
@@ -79,13 +76,67 @@ TEST(PgnGame, ResultTexts) {
     }
 }
 
+struct CodeCase {
+    uint32_t Code;
+    const char* Result;
+    const char* Reason;
+};
+
+const CodeCase CodeCases[] = {
+    {0x0001, "?", "?"},
+    {0x0016, "1-0", "mate"},
+    {0x001A, "0-1", "mate"},
+    {0x1200, "1/2-1/2", "stalemate"},
+    {0x2200, "1/2-1/2", "insufficient material"},
+    {0x0A00, "1/2-1/2", "triple repetition"},
+    {0x0200, "1/2-1/2", ""},
+    {0x002A, "0-1", "forfeit"},
+    {0x0046, "1-0", "resign"},
+    {0x010A, "0-1", "illegal move"},
+    {0x4006, "1-0", "engine crashed"},
+    {0x8000, "*", "game aborted"},
+    {0x0082, "1-0", "adjudication"},
+    {0x0602, "1/2-1/2", "50 moves"},
+    {0x0000, "", ""},
+    // the undecided bit comes first in both texts, whatever else is set
+    {0x8017, "?", "?"},
+};
+
+TEST(GameTexts, ResultAndReasonTagsAndReset) {
+    for (const CodeCase& c : CodeCases) {
+        nvoChess::clsGame game;
+        game.Tags.SetValue("Event", "test");
+        game.SetCode(0x0016);
+        game.SetCode(c.Code);
+        SCOPED_TRACE(c.Code);
+        EXPECT_STREQ(game.ResultText().Text(), c.Result);
+        EXPECT_STREQ(game.ReasonText().Text(), c.Reason);
+        // replaced, not added twice
+        EXPECT_EQ(game.Tags.Count, 3);
+        EXPECT_STREQ(game.Tags.GetValue("result").Text(), c.Result);
+        EXPECT_STREQ(game.Tags.GetValue("Reason").Text(), c.Reason);
+    }
+
+    // Reset keeps the tags only when asked.
+    for (const bool keepTags : {false, true}) {
+        nvoChess::clsGame game;
+        game.SetCode(0x001A);
+        game.MoveText = "e2e4 ";
+        game.Comments.SetValue("1", "good");
+        game.Reset(keepTags);
+        EXPECT_EQ(game.Code, 1u);
+        EXPECT_TRUE(game.MoveText.IsEmpty());
+        EXPECT_EQ(game.Comments.Count, 0);
+        EXPECT_EQ(game.Tags.Count, keepTags ? 2 : 0);
+    }
+}
+
 class PgnFiles : public booktest::BookFiles {
 protected:
-    // Loads text written as the file name and gives the games read; the book stays in Pgn.
-    int LoadText(const std::string& name, const std::string& text, int maxPlies = 0,
-                 bool extractFen = false) {
-        WriteBytes(name, booktest::Bytes(text.begin(), text.end()));
-        return Pgn.Load(PathTo(name), Core, maxPlies, extractFen);
+    // Loads text written as the file name into the book of pgn and gives the games read.
+    int LoadText(clsPGNFile& pgn, const std::string& name, const std::string& text, bool extractFen = false) {
+        Write(name, text);
+        return pgn.Load(PathTo(name), Core, 0, extractFen);
     }
     clsChessCore Core;
     clsPGNFile Pgn;
@@ -112,23 +163,20 @@ const FileCase FileCases[] = {
     {"blank lines only", "\n\n  \n", 0, 0},
 };
 
-TEST_F(PgnFiles, CutIntoGames) {
+TEST_F(PgnFiles, CutIntoGamesBadFilesAndThePositionTable) {
     for (const FileCase& c : FileCases) {
         SCOPED_TRACE(c.Name);
         clsPGNFile pgn;
-        WriteBytes("cut.pgn", booktest::Bytes(c.Text.begin(), c.Text.end()));
-        EXPECT_EQ(pgn.Load(PathTo("cut.pgn"), Core, 0, false), c.Games);
+        EXPECT_EQ(LoadText(pgn, "cut.pgn", c.Text), c.Games);
         EXPECT_EQ(pgn.Book.Count, c.Positions);
     }
-}
 
-TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
     EXPECT_EQ(Pgn.Load(PathTo("none.pgn"), Core, 0, true), 0);
     EXPECT_EQ(Pgn.Book.Count, 0);
     const std::string shuffle = "1. Nf3 Nf6 2. Ng1 Ng8 ";
     std::string longGame = "[A \"1\"]\n\n";
     for (int i = 0; i < 2500; ++i) longGame += "1. Nf3 Nf6 2. Ng1 Ng8\n";
-    EXPECT_EQ(LoadText("long.pgn", longGame), 1);
+    EXPECT_EQ(LoadText(Pgn, "long.pgn", longGame), 1);
     // the start position comes back every fourth ply: four positions in all
     EXPECT_EQ(Pgn.Book.Count, 4);
     EXPECT_EQ(Pgn.Book.At(0)->Draws + Pgn.Book.At(1)->Draws + Pgn.Book.At(2)->Draws + Pgn.Book.At(3)->Draws,
@@ -136,28 +184,23 @@ TEST_F(PgnFiles, MissingFileHugeLinesLongGamesAndRandomBytesEndWithABook) {
 
     std::string hugeLine = "[A \"1\"]\n\n1. e4 {" + std::string(10 << 20, 'x') + "} e5\n";
     clsPGNFile huge;
-    WriteBytes("huge.pgn", booktest::Bytes(hugeLine.begin(), hugeLine.end()));
-    EXPECT_EQ(huge.Load(PathTo("huge.pgn"), Core, 0, false), 1);
+    EXPECT_EQ(LoadText(huge, "huge.pgn", hugeLine), 1);
     EXPECT_EQ(huge.Book.Count, 2);
 
     std::mt19937 random(7);
     std::string noise(1 << 20, '\0');
     for (char& c : noise) c = char(random());
     clsPGNFile bytes;
-    WriteBytes("noise.pgn", booktest::Bytes(noise.begin(), noise.end()));
-    EXPECT_GE(bytes.Load(PathTo("noise.pgn"), Core, 0, true), 1);
-}
+    EXPECT_GE(LoadText(bytes, "noise.pgn", noise, true), 1);
 
-TEST_F(PgnFiles, PositionTableFoldsRepeatedPositions) {
+    // The position table folds repeated positions.
     const std::string games = "[Result \"1-0\"]\n1. e4 e5 1-0\n[Result \"0-1\"]\n1. e4 c5 0-1\n"
                               "[Result \"1/2-1/2\"]\n1. d4 1/2-1/2\n[Result \"*\"]\n1. e4 *\n";
-    EXPECT_EQ(LoadText("a.b.pgn", games, 0, true), 4);
-    std::ifstream table(Folder / "a.b.txt", std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(table)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(LoadText(Pgn, "a.b.pgn", games, true), 4);
     // The lines in text order. After 1. e4 one win each side; the start position also one draw, and the
     // aborted game nowhere.
-    EXPECT_EQ(text, "1\t0\t1\trnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3\r\n"
-                    "1\t1\t1\trnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\r\n");
+    EXPECT_EQ(Read("a.b.txt"), "1\t0\t1\trnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3\r\n"
+                               "1\t1\t1\trnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\r\n");
 }
 
 } // namespace

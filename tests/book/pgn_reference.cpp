@@ -123,13 +123,13 @@ protected:
         BookFiles::SetUp();
         Games = ReadWithPgnExtract(SamplePgn);
         ASSERT_GT(Games.size(), 900u);
-        DropPinnedTwins(Games, SamplePgn, Folder / "sample.pgn");
+        DropPinnedTwins(Games, SamplePgn, Path("sample.pgn"));
         ASSERT_GT(Games.size(), 900u);
     }
     std::vector<ReferenceGame> Games;
 };
 
-TEST_F(PgnReference, BookHoldsExactlyThePositionsOfTheGames) {
+TEST_F(PgnReference, BookAndPositionTableHoldExactlyThePliesOfTheGames) {
     for (const int maxPlies : {0, 10}) {
         SCOPED_TRACE(maxPlies);
         nvoChess::clsChessCore core;
@@ -137,9 +137,8 @@ TEST_F(PgnReference, BookHoldsExactlyThePositionsOfTheGames) {
         EXPECT_EQ(pgn.Load(PathTo("sample.pgn"), core, maxPlies, false), int(Games.size()));
         EXPECT_EQ(booktest::Contents(pgn.Book), booktest::Contents(ExpectedBook(Games, maxPlies)));
     }
-}
 
-TEST_F(PgnReference, PositionTableCountsEveryPlyOnce) {
+    // The position table counts every ply once.
     nvoChess::clsChessCore core;
     nvoChess::clsPGNFile pgn;
     pgn.Load(PathTo("sample.pgn"), core, 0, true);
@@ -147,7 +146,7 @@ TEST_F(PgnReference, PositionTableCountsEveryPlyOnce) {
     std::map<std::string, long> expected;
     for (const ReferenceGame& game : Games) expected[game.Result] += long(game.Moves.size());
     long whiteWins = 0, draws = 0, blackWins = 0;
-    std::ifstream table(Folder / "sample.txt");
+    std::ifstream table(Path("sample.txt"));
     for (std::string line; std::getline(table, line);) {
         long white = 0, drawn = 0, black = 0;
         ASSERT_EQ(std::sscanf(line.c_str(), "%ld\t%ld\t%ld\t", &white, &drawn, &black), 3) << line;

@@ -1,12 +1,9 @@
 // Polyglot books: keys against the values the format's documentation and make-book give, books built from
 // real games byte for byte against polyglot make-book, damaged files, and opening lines drawn from a book.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -15,6 +12,7 @@
 #include "book/clspolyglotbuilder.h"
 #include "book/polyglotkey.h"
 #include "book/polyglotline.h"
+#include "bookfixture.h"
 #include "chess/clschesscore.h"
 
 namespace {
@@ -23,11 +21,7 @@ namespace fs = std::filesystem;
 using namespace nvoChess;
 
 constexpr const char* MakeBook = "/usr/games/polyglot";
-
-std::vector<uint8_t> FileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
+constexpr uint64_t Start = 0x463b96181691fc9cULL, AfterE4 = 0x823c9b50fd114196ULL;
 
 std::vector<uint8_t> BookBytes(const std::vector<clsPolyglotEntry>& entries) {
     std::vector<uint8_t> bytes(entries.size() * PolyglotEntrySize);
@@ -41,8 +35,8 @@ TEST(PolyglotKey, DocumentedPositions) {
         const char* Moves;
         uint64_t Key;
     } cases[] = {
-        {"", 0x463b96181691fc9cULL},
-        {"e2e4", 0x823c9b50fd114196ULL},
+        {"", Start},
+        {"e2e4", AfterE4},
         {"e2e4 d7d5", 0x0756b94461c50fb0ULL},
         {"e2e4 d7d5 e4e5", 0x662fafb965db29d4ULL},
         {"e2e4 d7d5 e4e5 f7f5", 0x22a48b5a8e47ff78ULL}, // en passant possible
@@ -63,33 +57,30 @@ TEST(PolyglotKey, DocumentedPositions) {
 }
 
 // The sample games built by \buildbooks' reader and by make-book, with two ply limits and two minimum counts.
-TEST(PolyglotBuild, SameFileAsMakeBook) {
+using PolyglotBuild = booktest::BookFiles;
+
+TEST_F(PolyglotBuild, SameFileAsMakeBook) {
     ASSERT_TRUE(fs::exists(MakeBook)) << "polyglot make-book is missing: install the Debian package polyglot";
     const fs::path games = fs::path(CORVANE_TEST_DATA) / "pgn/lichess-sample.pgn";
-    const fs::path folder = fs::temp_directory_path() / ("polyglot-build-" + std::to_string(getpid()));
-    fs::create_directories(folder);
     clsChessCore core;
     for (const int plies : {12, 0})
         for (const int minGames : {1, clsPolyglotBuilder::DefaultMinGames}) {
             clsPolyglotBuilder builder;
             EXPECT_EQ(ReadPgnGames(games.c_str(), core, plies, nullptr, builder), 984);
-            const fs::path ours = folder / "ours.bin", theirs = folder / "theirs.bin";
             int64_t written = 0;
-            ASSERT_TRUE(builder.Write(ours.c_str(), minGames, written));
+            ASSERT_TRUE(builder.Write(PathTo("ours.bin"), minGames, written));
             const std::string command =
-                std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" + theirs.string() +
-                "' -min-game " + std::to_string(minGames) +
+                std::string(MakeBook) + " make-book -pgn '" + games.string() + "' -bin '" +
+                Path("theirs.bin") + "' -min-game " + std::to_string(minGames) +
                 (plies ? " -max-ply " + std::to_string(plies) : "") + " > /dev/null 2>&1";
             ASSERT_EQ(std::system(command.c_str()), 0);
-            const auto expected = FileBytes(theirs);
+            const auto expected = ReadBytes("theirs.bin");
             EXPECT_EQ(int64_t(expected.size() / PolyglotEntrySize), written);
-            EXPECT_TRUE(FileBytes(ours) == expected) << "plies " << plies << ", min_games " << minGames;
+            EXPECT_TRUE(ReadBytes("ours.bin") == expected) << "plies " << plies << ", min_games " << minGames;
         }
-    fs::remove_all(folder);
 }
 
-TEST(PolyglotBook, DamagedFilesAreRefused) {
-    constexpr uint64_t Start = 0x463b96181691fc9cULL;
+TEST(PolyglotBook, DamagedFilesAreRefusedAndLinesWalkByWeight) {
     constexpr uint16_t E2E4 = 796, D2D4 = 731, A1A1 = 0, A1B3 = 1 << 3 | 1, A1B4 = 3 << 3 | 1;
     const auto good = BookBytes({{Start, D2D4, 2, 0}, {Start, E2E4, 1, 0}, {~0ULL, A1B3, 1, 0}});
     auto cut = good;
@@ -112,12 +103,9 @@ TEST(PolyglotBook, DamagedFilesAreRefused) {
         EXPECT_STREQ(error.Text(), c.Error);
         EXPECT_EQ(book.Count(), *c.Error ? 0u : 3u);
     }
-}
 
-// A book of 1.e4 (weight 3), 1.d4 (weight 1) and 1.c4 (weight 0), with 1...e5 after 1.e4 alone: the walks end
-// where the book ends, never play 1.c4, follow the weights, and repeat with the seed.
-TEST(PolyglotLine, WalksByWeight) {
-    constexpr uint64_t Start = 0x463b96181691fc9cULL, AfterE4 = 0x823c9b50fd114196ULL;
+    // A book of 1.e4 (weight 3), 1.d4 (weight 1) and 1.c4 (weight 0), with 1...e5 after 1.e4 alone: the walks
+    // end where the book ends, never play 1.c4, follow the weights, and repeat with the seed.
     const auto bytes =
         BookBytes({{Start, 796, 3, 0}, {Start, 731, 1, 0}, {Start, 666, 0, 0}, {AfterE4, 3364, 1, 0}});
     clsPolyglotBook book;

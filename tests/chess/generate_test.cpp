@@ -11,7 +11,7 @@ using Texts = std::vector<std::string>;
 
 // Which moves are legal is checked by the perft counts; the order of the list decides which move the search
 // and the readers of SAN meet first.
-TEST(ChessGenerate, ListOrder) {
+TEST(ChessGenerate, ListOrderAndStages) {
     // Captures first, the pawn on the a-side before the other; a rook's rays h-side, up, a-side, down, a
     // bishop's down-a, up-a, up-h, down-h. Quiet promotions come with the pawn pushes after the king's moves,
     // and castling last, the h-side first.
@@ -41,9 +41,8 @@ TEST(ChessGenerate, ListOrder) {
         const auto from = row.AtEnd ? texts.end() - long(row.Moves.size()) : texts.begin();
         EXPECT_EQ(Texts(from, from + long(row.Moves.size())), row.Moves) << row.Fen;
     }
-}
 
-TEST(ChessGenerate, StagesMakeTheSameList) {
+    // The stages make the same list.
     for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
                             "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
                             "4k3/8/8/2PpP3/8/8/8/4K3 w - d6 0 1"}) {

@@ -1,13 +1,25 @@
 #include <gtest/gtest.h>
 
 #include "chess/coordinates.h"
+#include "chess/keys.h"
 #include "chesstest.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nvoChessTest::CoreAfter;
 using nvoChessTest::CoreAt;
 
-TEST(ChessMake, GameMoves) {
+namespace {
+
+constexpr const char* Start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+uint64_t KeyOf(const char* fen) {
+    return BoardKey(CoreAt(fen)->Board);
+}
+
+} // namespace
+
+TEST(ChessMake, GameMovesCastlingPromotionsAndStatus) {
     const auto core = CoreAt("");
     for (const char* move : {"e2e4", "c7c5", "g1f3"})
         ASSERT_TRUE(core->MakeMoveText(clsString(move))) << move;
@@ -23,31 +35,28 @@ TEST(ChessMake, GameMoves) {
     ASSERT_TRUE(ep->MakeMoveText(clsString("e5d6")));
     EXPECT_EQ(ep->GetPosition(), clsString("rnbqkbnr/ppp1pppp/3P4/8/8/8/PPPP1PPP/RNBQKBNR b KQkq -"));
     EXPECT_EQ(ep->Board.PawnCount[1], 7);
-}
 
-TEST(ChessMake, CastlingMovesKingAndRookAndPaysTheBonus) {
-    const auto core = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    core->CastlingBonus = 30;
-    ASSERT_TRUE(core->MakeMoveText(clsString("e1g1")));
-    EXPECT_EQ(core->GetPosition(), clsString("r3k2r/8/8/8/8/8/8/R4RK1 b kq -"));
+    // Castling moves king and rook and pays the bonus.
+    const auto castling = CoreAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+    castling->CastlingBonus = 30;
+    ASSERT_TRUE(castling->MakeMoveText(clsString("e1g1")));
+    EXPECT_EQ(castling->GetPosition(), clsString("r3k2r/8/8/8/8/8/8/R4RK1 b kq -"));
     // The bonus belongs to white; seen from black it is negative.
-    EXPECT_EQ(core->Board.Material, -30);
-    ASSERT_TRUE(core->MakeMoveText(clsString("e8c8")));
-    EXPECT_EQ(core->GetPosition(), clsString("2kr3r/8/8/8/8/8/8/R4RK1 w - -"));
-    EXPECT_EQ(core->Board.Material, 0);
-    core->ComputeMaterial();
-    EXPECT_EQ(core->Board.Material, 0);
-}
+    EXPECT_EQ(castling->Board.Material, -30);
+    ASSERT_TRUE(castling->MakeMoveText(clsString("e8c8")));
+    EXPECT_EQ(castling->GetPosition(), clsString("2kr3r/8/8/8/8/8/8/R4RK1 w - -"));
+    EXPECT_EQ(castling->Board.Material, 0);
+    castling->ComputeMaterial();
+    EXPECT_EQ(castling->Board.Material, 0);
 
-TEST(ChessMake, Promotions) {
-    const auto core = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
-    ASSERT_TRUE(core->MakeMoveText(clsString("a7b8=N")));
-    EXPECT_EQ(core->Board.Knights, TextToSquare("b8"));
-    EXPECT_EQ(core->Board.PieceCount[0], 2);
+    const auto taking = CoreAt("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
+    ASSERT_TRUE(taking->MakeMoveText(clsString("a7b8=N")));
+    EXPECT_EQ(taking->Board.Knights, TextToSquare("b8"));
+    EXPECT_EQ(taking->Board.PieceCount[0], 2);
     // The promotion adds its own gain only, not the rook taken: -395 + 198 from white, negated for black.
-    EXPECT_EQ(core->Board.Material, -(105 - 500 + 198));
-    core->ComputeMaterial();
-    EXPECT_EQ(core->Board.Material, -303);
+    EXPECT_EQ(taking->Board.Material, -(105 - 500 + 198));
+    taking->ComputeMaterial();
+    EXPECT_EQ(taking->Board.Material, -303);
 
     // The letter is needed; S and M are bishop and queen.
     const auto letter = CoreAt("8/4P3/8/8/8/8/k7/4K3 w - - 0 1");
@@ -60,9 +69,8 @@ TEST(ChessMake, Promotions) {
     EXPECT_TRUE(queen->MakeMove(TextToSquare("e7"), TextToSquare("e8"), 'M'));
     EXPECT_EQ(queen->Board.Queens, TextToSquare("e8"));
     EXPECT_EQ(queen->Board.Material, -(105 + 835));
-}
 
-TEST(ChessMake, GameStatus) {
+    // The status of a game.
     const struct {
         const char* Fen;
         uint32_t Status;
@@ -93,4 +101,25 @@ TEST(ChessMake, GameStatus) {
         ASSERT_TRUE(core->MakeMoveText(clsString(c.Move))) << c.Fen;
         EXPECT_EQ(core->GameStatus(), c.Status) << c.Fen;
     }
+}
+
+TEST(ChessKeys, KeysBelongToThePositionNotToTheWayThere) {
+    EXPECT_EQ(KeyOf(""), 0x9F1EB9923BA0402FULL);
+    const uint64_t start = KeyOf(Start);
+    EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), start);
+    EXPECT_NE(KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"),
+              KeyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"));
+    EXPECT_NE(CoreAt("4k3/8/8/8/8/8/8/4K1N1 w - -")->Board.Hash,
+              CoreAt("4k3/8/8/8/8/8/8/4K1B1 w - -")->Board.Hash);
+
+    // Each core made draws no new keys.
+    const uint64_t startHash = CoreAt(Start)->Board.Hash;
+    const auto a = CoreAfter({"g1f3", "g8f6", "b1c3", "b8c6"});
+    const auto b = CoreAfter({"b1c3", "b8c6", "g1f3", "g8f6"});
+    const auto back = CoreAfter({"g1f3", "g8f6", "f3g1", "f6g8"});
+    EXPECT_EQ(BoardKey(a->Board), BoardKey(b->Board));
+    EXPECT_EQ(ScratchHash(a->Board), ScratchHash(b->Board));
+    EXPECT_EQ(BoardKey(back->Board), start);
+    EXPECT_EQ(ScratchHash(back->Board), startHash);
+    EXPECT_EQ(SearchKey(back->Board), SearchKey(CoreAt(Start)->Board));
 }

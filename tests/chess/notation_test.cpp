@@ -17,19 +17,13 @@ std::string Fen(const char* text) {
     return CoreAt(text)->GetPosition().Text();
 }
 
-std::string Coordinates(nvoChessTest::clsRecordingCore& core, const char* san) {
-    return core.SanToCoordinates(clsString(san), true).Text();
-}
-
 } // namespace
 
-TEST(ChessNotation, Squares) {
+TEST(ChessNotation, SquaresAndFenRoundTrips) {
     EXPECT_EQ(TextToSquare("h1x"), 1u);
     EXPECT_EQ(TextToSquare("a8"), 1ULL << 63);
     for (const char* bad : {"i9", "a0", "A1", "", "e", "-"}) EXPECT_EQ(TextToSquare(bad), 0u) << bad;
-}
 
-TEST(ChessNotation, FenRoundTrips) {
     EXPECT_EQ(Fen(""), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -");
     EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 w - -"), "8/8/8/8/8/8/8/8 w - -");
     for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
@@ -45,9 +39,7 @@ TEST(ChessNotation, FenRoundTrips) {
     EXPECT_EQ(Fen("4k3/8/8/8/8/8/8/4K b KQ -"), "4k3/8/8/8/8/8/8/4K3 w Q -");
     // The rights are not checked against the men.
     EXPECT_EQ(Fen("8/8/8/8/8/8/8/8 b KQkq e3"), "8/8/8/8/8/8/8/8 b KQkq e3");
-}
 
-TEST(ChessNotation, CountersStayWhenAbsent) {
     // Rows run in order on one core: a FEN without a counter leaves it as it was.
     const auto core = CoreAt("4k3/8/8/8/8/8/8/4K3 w - - 7 42");
     for (const auto& [fen, clock, number] : {std::tuple{"4k3/8/8/8/8/8/8/4K3 b - - 3", 3, 42}, {"", 0, 1}}) {
@@ -56,7 +48,7 @@ TEST(ChessNotation, CountersStayWhenAbsent) {
     }
 }
 
-TEST(ChessNotation, EpdOperations) {
+TEST(ChessNotation, EpdOperationsAndPrintMoves) {
     const auto core = CoreAt("");
     nuvobase::clsStrings fields;
     core->SetPosition(clsString("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm Nf3; id \"x\";"),
@@ -71,10 +63,9 @@ TEST(ChessNotation, EpdOperations) {
     // The next position forgets them.
     core->SetPosition(clsString(""), &fields);
     EXPECT_EQ(fields.Count, 0);
-}
 
-TEST(ChessNotation, PrintMoves) {
-    const auto core = CoreAt("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
+    // Printed moves.
+    core->SetPosition(clsString("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1"));
     core->Generate(-1);
     clsMove* capture = core->Current->Moves;
     capture->Score = 210;
@@ -92,7 +83,7 @@ TEST(ChessNotation, PrintMoves) {
     EXPECT_EQ(std::string(core->MoveText(nullptr, false).Text()), "------");
 }
 
-TEST(ChessNotation, SanToCoordinates) {
+TEST(ChessNotation, SanReadLenientlyAndWrittenAndReadBackStrictly) {
     const char* start = "";
     const char* black = "r3k2r/8/8/8/8/5N2/8/4K3 b kq - 0 1";
     const char* knights = "4k3/8/8/6n1/3n4/5P2/8/4K3 b - - 0 1";
@@ -125,10 +116,9 @@ TEST(ChessNotation, SanToCoordinates) {
         {start, "++", ""},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(Coordinates(*CoreAt(c.Fen), c.San), c.Coordinates) << c.Fen << " " << c.San;
-}
+        EXPECT_STREQ(CoreAt(c.Fen)->SanToCoordinates(clsString(c.San), true).Text(), c.Coordinates)
+            << c.Fen << " " << c.San;
 
-TEST(ChessNotation, StandardNotationWrittenAndReadBack) {
     struct clsRow {
         const char* Fen;
         const char* Move;

@@ -9,7 +9,7 @@ using namespace nvoChess;
 
 // The ray, leaper, byte and king-zone tables are checked through the perft counts and the evaluation's
 // values.
-TEST(ChessBits, BothPathsCountAndIndexAlike) {
+TEST(ChessBits, BothPathsCountAndIndexAlikeAndXorShiftSequence) {
     RandomSeed(12345, 678);
     std::vector<uint64_t> words = {0, 1, 0x8000000000000000ULL, ~0ULL, 0xFFFF00000000FFFFULL};
     for (int i = 0; i < 2000; ++i) words.push_back(RandomNext() & RandomNext());
@@ -24,9 +24,7 @@ TEST(ChessBits, BothPathsCountAndIndexAlike) {
         }
     }
     UsePopCount = ProcessorHasPopCount();
-}
 
-TEST(ChessRandom, XorShiftSequence) {
     // Worked by hand: x = 1, y = 2 gives S1 = 0x800043 and the draw S1 + y.
     RandomSeed(1, 2);
     EXPECT_EQ(RandomNext(), 0x800045u);

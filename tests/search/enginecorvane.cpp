@@ -11,11 +11,14 @@
 #include <string>
 #include <thread>
 
+#include "chess/chesstest.h"
 #include "chess/keys.h"
 #include "match/capturedoutput.h"
+#include "nuvobase/thread_wait.h"
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nuvobase_test::Eventually;
 
 namespace {
 
@@ -34,14 +37,6 @@ public:
     ~clsCommandLine() { clsEngineCorvane::CommandLine = nuvobase::clsStrings(); }
 };
 
-// The key of the position after the moves from the start, found by a plain core.
-uint64_t KeyAfter(std::initializer_list<const char*> moves) {
-    auto core = std::make_unique<clsChessCore>();
-    core->SetPosition(clsString());
-    for (const char* move : moves) EXPECT_TRUE(core->MakeMoveText(clsString(move))) << move;
-    return BoardKey(core->Board);
-}
-
 struct clsEngineFixture {
     explicit clsEngineFixture(const char* fen = nullptr, int64_t tableMb = 1) {
         Share.ResizeTable(tableMb);
@@ -50,21 +45,8 @@ struct clsEngineFixture {
     }
     clsEngineCorvane* operator->() { return Engine.get(); }
 
-    // Waits for a search that ends by itself; false if it doesn't within 20 s.
-    bool WaitForEnd() {
-        for (int i = 0; i < 20000 && Engine->IsRunning(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return !Engine->IsRunning();
-    }
-    // Waits until the running search has reached the depth; false if it ends or 20 s pass before.
-    bool WaitForDepth(int depth) {
-        for (int i = 0; i < 20000 && Engine->IsRunning() && Engine->SearchDepth.load() < depth; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return Engine->SearchDepth.load() >= depth;
-    }
-
     void AddBookEntry(const char* move, uint32_t wins, uint32_t losses, uint32_t draws) {
-        const clsBookEntry entry(KeyAfter({move}), wins, losses, draws);
+        const clsBookEntry entry(BoardKey(nvoChessTest::CoreAfter({move})->Board), wins, losses, draws);
         Engine->Book.AddSorted(&entry, 1);
     }
     // The coordinate move that PlayBookMove put into BestMove, or empty text.
@@ -79,13 +61,9 @@ struct clsEngineFixture {
     std::unique_ptr<clsEngineCorvane> Engine;
 };
 
-long ThreadsOfProcess() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-}
-
 } // namespace
 
-TEST(EngineSoul, SelectByNameAndFallbacks) {
+TEST(EngineSoul, SelectByNameFallbacksAndCrossing) {
     clsEngineFixture e;
     e->SelectSoul(clsString("gen_26_12_3"));
     EXPECT_EQ(e->SoulName, "GEN_26_12_3");
@@ -112,11 +90,9 @@ TEST(EngineSoul, SelectByNameAndFallbacks) {
     e->SelectSoul(clsString());
     EXPECT_EQ(e->SoulName, "Simple5");
     EXPECT_EQ(e->GetSoulText().BeforeChar('\t'), "7");
-}
 
-TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
     // The bands of a crossing are checked on the soul; here the numbers come through the other engine's text.
-    clsEngineFixture e, other;
+    clsEngineFixture other;
     other->LoadSoulText(clsString("All=100 100 100 100 100 100 100 100 100 100 100 100 100 100 100 100"));
     e->LoadSoulText(clsString("Zero="));
     for (int i = 0; i < 20; ++i) e->CrossSoul(other.Engine.get());
@@ -126,14 +102,14 @@ TEST(EngineSoul, CrossReadsTheOtherEnginesText) {
     EXPECT_EQ(e->CastlingBonus, e->GetSoul()[clsSoul::CastlingBonus]); // the engine takes the crossed bonus
 }
 
-TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
+TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwoAndIsPlayedAtProportionalHundred) {
     clsEngineFixture e(MateInOne);
     e->Post = 1;
     e->Protocol = clsEngineInterface::XBoard;
     EXPECT_TRUE(e->StopEngine()); // on an idle engine, twice: no harm to the next search
     EXPECT_TRUE(e->StopEngine());
     e->Start(); // may have ended already when it returns
-    ASSERT_TRUE(e.WaitForEnd());
+    ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
     const clsString info = e->GetInfoLine();
     EXPECT_EQ(info.Left(9), "2 100000 ");
     EXPECT_EQ(info.AfterLastChar(' '), "Ra1-a8");
@@ -145,6 +121,16 @@ TEST(ThreadedEngineCorvane, MateInOneEndsAtDepthTwo) {
     EXPECT_EQ(e.Captured.Text(),
               "#  engine's running\n#  16 moves to analyze\n# I'll win in 0 moves playing a1a8\n#  "
               "engine stopped\n");
+
+    // With -random -proportional=100 every draw passes, so the mate is played each time (the choice itself is
+    // checked on the search).
+    clsCommandLine line({"-random", "-proportional=100"});
+    for (int run = 0; run < 20; ++run) {
+        clsEngineFixture f(MateInOne);
+        f->Start();
+        ASSERT_TRUE(Eventually([&] { return !f->IsRunning(); }));
+        EXPECT_EQ(f->GetBestMoveText(false, score), "a1a8");
+    }
 }
 
 TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportionalRunsOn) {
@@ -154,10 +140,10 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
         clsEngineFixture e("r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4");
         e->Start(); // may have ended already when it returns
         if (!*option) {
-            ASSERT_TRUE(e.WaitForEnd());
+            ASSERT_TRUE(Eventually([&] { return !e->IsRunning(); }));
             EXPECT_EQ(e->SearchDepth, 4); // the loop went past depth 2 and ended
         } else {
-            e.WaitForDepth(6);
+            Eventually([&] { return e->SearchDepth.load() >= 6; });
             EXPECT_TRUE(e->IsRunning());
             EXPECT_TRUE(e->StopEngine());
             EXPECT_GE(e->SearchDepth, 6);
@@ -168,24 +154,12 @@ TEST(ThreadedEngineCorvane, RandomAloneEndsAfterDepthTwoAndWithTimedOrProportion
     }
 }
 
-TEST(ThreadedEngineCorvane, ProportionalHundredPlaysTheBestAboveAQueen) {
-    // Every draw passes at 100, so the mate is played each time (the choice itself is checked on the search).
-    clsCommandLine line({"-random", "-proportional=100"});
-    for (int run = 0; run < 20; ++run) {
-        clsEngineFixture e(MateInOne);
-        e->Start();
-        ASSERT_TRUE(e.WaitForEnd());
-        int score = 0;
-        EXPECT_EQ(e->GetBestMoveText(false, score), "a1a8");
-    }
-}
-
 TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     clsEngineFixture e("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
     const clsString fen = e->GetPosition();
     EXPECT_EQ(e->SetMaxDepth(2), 2); // no limit of this engine's search
     ASSERT_TRUE(e->Start());
-    ASSERT_TRUE(e.WaitForDepth(6));
+    ASSERT_TRUE(Eventually([&] { return e->SearchDepth.load() >= 6; }));
     EXPECT_TRUE(e->StopEngine());
     EXPECT_FALSE(e->IsRunning());
     int score = 0;
@@ -208,26 +182,7 @@ TEST(ThreadedEngineCorvane, StopKeepsTheBestMoveAndTheBoard) {
     EXPECT_TRUE(e->MakeMoveText(move));
 }
 
-TEST(ThreadedEngineCorvane, AThousandStartsAndStopsLeaveNoThread) {
-    clsEngineFixture e;
-    // The first thread a process makes can bring a helper thread of the sanitizer runtime with it: count
-    // the threads after one search has come and gone.
-    ASSERT_TRUE(e->Start());
-    ASSERT_TRUE(e->StopEngine());
-    const long before = ThreadsOfProcess();
-    for (int i = 0; i < 1000; ++i) {
-        ASSERT_TRUE(e->Start());
-        if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
-        ASSERT_TRUE(e->StopEngine());
-        ASSERT_FALSE(e->IsRunning());
-    }
-    EXPECT_EQ(ThreadsOfProcess(), before);
-    int score = 0;
-    const clsString move = e->GetBestMoveText(false, score);
-    EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));
-}
-
-TEST(EngineCorvane, Statistics) {
+TEST(ThreadedEngineCorvane, StatisticsPlayedMovesAndAThousandStartsAndStops) {
     clsEngineFixture e;
     EXPECT_TRUE(e->GetStatistics(0).IsEmpty());
     int64_t nodes = 0;
@@ -238,10 +193,8 @@ TEST(EngineCorvane, Statistics) {
     EXPECT_EQ(e->GetStatistics(0), ", TT hits: 5 25.00%, Rept.Hits: 0");
     EXPECT_EQ(e->SetMaxDepth(1000), 128);
     EXPECT_EQ(e->MaxDepth, 0);
-}
 
-TEST(EngineCorvane, PlayedMovesMarkTheTable) {
-    clsEngineFixture e;
+    // Played moves mark the table.
     ASSERT_TRUE(e->MakeMoveText(clsString("e2e4")));
     const clsTT* slot = e.Share.Slot(SearchKey(e->Board));
     EXPECT_EQ(slot->TTKey, SearchKey(e->Board));
@@ -251,6 +204,25 @@ TEST(EngineCorvane, PlayedMovesMarkTheTable) {
     clsEngineFixture without(nullptr, 0);
     ASSERT_TRUE(without->MakeMoveText(clsString("e2e4")));
     EXPECT_FALSE(without->IsWhiteToMove());
+
+    // A thousand starts and stops leave no thread. The first thread a process makes can bring a helper
+    // thread of the sanitizer runtime with it: count the threads after one search has come and gone.
+    ASSERT_TRUE(e->Start());
+    ASSERT_TRUE(e->StopEngine());
+    const auto threadsOfProcess = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const long before = threadsOfProcess();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_TRUE(e->Start());
+        if (i % 2) std::this_thread::sleep_for(std::chrono::microseconds(200));
+        ASSERT_TRUE(e->StopEngine());
+        ASSERT_FALSE(e->IsRunning());
+    }
+    EXPECT_EQ(threadsOfProcess(), before);
+    int score = 0;
+    const clsString move = e->GetBestMoveText(false, score);
+    EXPECT_TRUE(move.IsEmpty() || e->MakeMoveText(move));
 }
 
 // The listing's lines are checked against the real program by the end-to-end book test; here the entries
@@ -263,7 +235,8 @@ TEST(BookUse, EntriesChoiceAndListing) {
     e.AddBookEntry("e2e4", 2500, 0, 0);
     e.AddBookEntry("d2d4", 0, 2500, 0);
     e.AddBookEntry("c2c4", 1, 1, 2);
-    const clsBookEntry other(KeyAfter({"e2e4", "e7e5"}), 9, 9, 9); // not a move of this position
+    const clsBookEntry other(BoardKey(nvoChessTest::CoreAfter({"e2e4", "e7e5"})->Board), 9, 9,
+                             9); // not a move of this position
     e->Book.AddSorted(&other, 1);
     const clsString before = e->GetPosition();
     nuvobase::clsPCollection<clsBookEntryExt> list;

@@ -31,7 +31,7 @@ clsTT Slot(uint64_t key, int32_t depth, int32_t value, uint32_t flags) {
 
 } // namespace
 
-TEST(EngineShare, ResizeSizes) {
+TEST(EngineShare, ResizeSizesAndHalvesOnFailure) {
     clsEngineShare share;
     EXPECT_EQ(share.TTCount, 0u);
     EXPECT_EQ(share.Slot(12345), nullptr);
@@ -44,21 +44,19 @@ TEST(EngineShare, ResizeSizes) {
     share.ResizeTable(-5);
     EXPECT_EQ(share.TTCount, 0u);
     EXPECT_EQ(share.Slot(1), nullptr);
-}
 
-TEST(EngineShare, AllocationFailureHalves) {
-    clsTightShare share(8192);
-    share.ResizeTable(1); // 32768 and 16384 slots fail, 8192 succeed
-    EXPECT_EQ(share.Tries, 3);
-    EXPECT_EQ(share.TTCount, 4096u);
-    EXPECT_EQ(share.TTBytes, 1u << 20);
+    clsTightShare tight(8192);
+    tight.ResizeTable(1); // 32768 and 16384 slots fail, 8192 succeed
+    EXPECT_EQ(tight.Tries, 3);
+    EXPECT_EQ(tight.TTCount, 4096u);
+    EXPECT_EQ(tight.TTBytes, 1u << 20);
 
     clsTightShare none(0);
     none.ResizeTable(1);
     EXPECT_EQ(none.Slot(99), nullptr);
 }
 
-TEST(EngineShare, ProbeRules) {
+TEST(EngineShare, ProbeAndStoreRules) {
     // A foreign key takes the slot over: a miss, the flags stay as they were.
     clsTT slot = Slot(1, 9, 300, TTUsable | TTOnPath);
     EXPECT_EQ(ProbeTT(slot, 2, 1), eProbe::Miss);
@@ -81,9 +79,7 @@ TEST(EngineShare, ProbeRules) {
             << row.StoredDepth << " " << row.Flags << " " << row.Depth;
         EXPECT_EQ(stored.TTValue, 120);
     }
-}
 
-TEST(EngineShare, StoreRules) {
     // A slot is written when it holds no more depth than is left; the path flag alone blocks a fresh slot; a
     // played position holds depth 1000 and is overwritten by the search.
     const struct {
@@ -91,13 +87,13 @@ TEST(EngineShare, StoreRules) {
         int32_t Value, Depth;
         uint32_t Flags;
         int32_t StoredValue, StoredDepth;
-    } rows[] = {{Slot(5, -1, -15000, 0), 33, 2, TTUsable, 33, 2},
-                {Slot(5, 2, 33, TTUsable), 50, 2, TTUsable, 33, 2},
-                {Slot(5, 2, 33, TTUsable), 60, 3, TTUsable, 33, 2},
-                {Slot(5, 2, 33, TTUsable), 70, 1, TTUsable, 70, 1},
-                {Slot(5, -1, -15000, TTOnPath), 44, 0, TTOnPath, -15000, -1},
-                {Slot(5, TTGameDepth, -52, TTGameHistory), 12, 2, TTUsable, 12, 2}};
-    for (auto row : rows) {
+    } stores[] = {{Slot(5, -1, -15000, 0), 33, 2, TTUsable, 33, 2},
+                  {Slot(5, 2, 33, TTUsable), 50, 2, TTUsable, 33, 2},
+                  {Slot(5, 2, 33, TTUsable), 60, 3, TTUsable, 33, 2},
+                  {Slot(5, 2, 33, TTUsable), 70, 1, TTUsable, 70, 1},
+                  {Slot(5, -1, -15000, TTOnPath), 44, 0, TTOnPath, -15000, -1},
+                  {Slot(5, TTGameDepth, -52, TTGameHistory), 12, 2, TTUsable, 12, 2}};
+    for (auto row : stores) {
         StoreTT(row.Slot, row.Value, row.Depth);
         EXPECT_EQ(row.Slot.TTFlags, row.Flags) << row.Value;
         EXPECT_EQ(row.Slot.TTValue, row.StoredValue) << row.Value;

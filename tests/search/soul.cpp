@@ -15,7 +15,7 @@ clsSoul Uniform(int32_t value) {
 
 } // namespace
 
-TEST(Soul, TextForms) {
+TEST(Soul, TextFormsAndDrawsBelow105) {
     clsSoul soul;
     EXPECT_EQ(soul.LoadText(clsString(clsSoul::Named[0])), "Simple5");
     EXPECT_EQ(soul.Text(), "7\t20\t20\t5\t5\t8\t8\t10\t10\t20\t5\t1\t5\t15\t5\t10\t");
@@ -35,10 +35,8 @@ TEST(Soul, TextForms) {
     soul.LoadNumbers(copy.Text());
     EXPECT_EQ(soul.Text(), copy.Text());
     EXPECT_EQ(soul[clsSoul::PassedPawn], 88);
-}
 
-TEST(Soul, RandomizeDrawsBelow105) {
-    clsSoul soul;
+    // Random parameters are drawn below 105, some above 100.
     bool high = false;
     for (int round = 0; round < 50; ++round) {
         soul.Randomize();

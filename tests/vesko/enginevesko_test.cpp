@@ -2,16 +2,16 @@
 #include "vesko/clsenginevesko.h"
 
 #include "match/capturedoutput.h"
+#include "nuvobase/thread_wait.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
-#include <thread>
 
 using namespace nvoChess;
 using nuvobase::clsString;
+using nuvobase_test::Eventually;
 
 namespace {
 
@@ -33,18 +33,17 @@ std::string BestMove(clsEngineVesko& engine, bool consume = false) {
 
 // Waits, generously, until the running search has finished `depth` - 2.
 bool ReachDepth(clsEngineVesko& engine, int depth) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < deadline) {
-        const clsString line = engine.GetInfoLine();
-        if (!line.IsEmpty() && std::stoi(line.Text()) >= depth) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return false;
+    return Eventually(
+        [&] {
+            const clsString line = engine.GetInfoLine();
+            return !line.IsEmpty() && std::stoi(line.Text()) >= depth;
+        },
+        60000);
 }
 
 } // namespace
 
-TEST(EngineVesko, PerftWritesOneLinePerPly) {
+TEST(EngineVesko, PerftLinesAndPositionsWithoutClocks) {
     CapturedOutput captured;
     clsEngineVesko engine("Vesko", &captured.Output);
     engine.Protocol = clsEngineInterface::Uci;
@@ -57,10 +56,7 @@ TEST(EngineVesko, PerftWritesOneLinePerPly) {
     EXPECT_EQ(engine.Perft(3, true), 0u);
     EXPECT_EQ(engine.Perft(-4, false), 0u);
     EXPECT_EQ(captured.Text(), "info string 1\t20\ninfo string 2\t400\ninfo string 3\t8902\n");
-}
 
-TEST(EngineVesko, PositionWithoutClocks) {
-    clsEngineVesko engine("Vesko", nullptr);
     ASSERT_TRUE(engine.SetPosition("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 7 42"));
     // Vesko reads no move clocks: the moves of a time control count from 0 whatever the FEN says.
     EXPECT_EQ(engine.MoveNumber, 0);
@@ -107,8 +103,23 @@ TEST(ThreadedEngineVesko, SearchResultLinesAndConsume) {
     EXPECT_EQ(BestMove(engine), "");
 }
 
-TEST(ThreadedEngineVesko, StopKeepsTheLastFullIterationsMove) {
+TEST(ThreadedEngineVesko, StopsSeenAtOnceKeepTheLastFullIterationsMoveAndCommandsStopFirst) {
     clsEngineVesko engine("Vesko", nullptr);
+    ASSERT_TRUE(engine.SetPosition(Middlegame));
+    engine.SetMaxDepth(0);
+    for (int round = 0; round < 20; ++round) {
+        engine.Start();
+        engine.StopEngine();
+        // A lost stop leaves the search running for far longer than this.
+        ASSERT_TRUE(Eventually([&] { return !engine.IsRunning(); }, 30000))
+            << "the stop was lost in round " << round;
+        engine.Wait();
+    }
+    // The stop of the last search does not cut the owner's next command short, nor the next search.
+    ASSERT_TRUE(engine.SetPosition(StartFen));
+    EXPECT_EQ(engine.Perft(3, false), 8902u);
+    SearchTo(engine, 4);
+    EXPECT_FALSE(BestMove(engine).empty());
     ASSERT_TRUE(engine.SetPosition(Middlegame));
     engine.SetMaxDepth(0);
     engine.StartEngine();
@@ -131,42 +142,18 @@ TEST(ThreadedEngineVesko, StopKeepsTheLastFullIterationsMove) {
     ASSERT_TRUE(reference.SetPosition(Middlegame));
     ASSERT_TRUE(reference.MakeMoveText(kept.c_str()));
     EXPECT_STREQ(engine.GetPosition().Text(), reference.GetPosition().Text());
-}
 
-TEST(ThreadedEngineVesko, CommandsAndDestructionStopARunningSearch) {
-    clsEngineVesko engine("Vesko", nullptr);
-    ASSERT_TRUE(engine.SetPosition(Middlegame));
-    engine.SetMaxDepth(0);
-    ASSERT_TRUE(engine.Start());
-    ASSERT_TRUE(ReachDepth(engine, 4));
-    ASSERT_TRUE(engine.SetPosition(StartFen)); // stops the search first
-    EXPECT_FALSE(engine.IsRunning());
-    EXPECT_STREQ(engine.GetPosition().Text(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
-
+    // A command stops a running search first; so does the engine's destruction, which must neither hang nor
+    // leave the thread behind.
+    reference.SetMaxDepth(0);
+    ASSERT_TRUE(reference.Start());
+    ASSERT_TRUE(ReachDepth(reference, 4));
+    ASSERT_TRUE(reference.SetPosition(StartFen));
+    EXPECT_FALSE(reference.IsRunning());
+    EXPECT_STREQ(reference.GetPosition().Text(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
     auto running = std::make_unique<clsEngineVesko>("Vesko", nullptr);
     ASSERT_TRUE(running->SetPosition(Middlegame));
     ASSERT_TRUE(running->Start());
     ASSERT_TRUE(ReachDepth(*running, 4));
-    running.reset(); // must neither hang nor leave the thread behind
-}
-
-TEST(ThreadedEngineVesko, StopRightBehindTheStartIsSeen) {
-    clsEngineVesko engine("Vesko", nullptr);
-    ASSERT_TRUE(engine.SetPosition(Middlegame));
-    engine.SetMaxDepth(0);
-    for (int round = 0; round < 20; ++round) {
-        engine.Start();
-        engine.StopEngine();
-        // A lost stop leaves the search running for far longer than this.
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (engine.IsRunning() && std::chrono::steady_clock::now() < deadline)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        ASSERT_FALSE(engine.IsRunning()) << "the stop was lost in round " << round;
-        engine.Wait();
-    }
-    // The stop of the last search does not cut the owner's next command short, nor the next search.
-    ASSERT_TRUE(engine.SetPosition(StartFen));
-    EXPECT_EQ(engine.Perft(3, false), 8902u);
-    SearchTo(engine, 4);
-    EXPECT_FALSE(BestMove(engine).empty());
+    running.reset();
 }

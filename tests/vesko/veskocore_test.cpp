@@ -4,17 +4,20 @@
 #include "vesko/veskosearch.h"
 #include "vesko/veskotext.h"
 
+#include "chess/chesstest.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 using namespace nvoChess;
+using nvoChessTest::PerftCase;
+using nvoChessTest::ReferenceCounts;
 
 namespace {
 
@@ -82,42 +85,24 @@ public:
     VeskoBlock* Block;
 };
 
-struct PerftLine {
-    int Depth;
-    uint64_t Count;
-};
-
-// The reference counts of a file, by FEN.
-void ReadPerftTable(const char* name, std::map<std::string, std::vector<PerftLine>>& table) {
-    std::ifstream file(std::string(CORVANE_TEST_DATA "/") + name);
-    EXPECT_TRUE(file.good()) << name;
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        const auto first = line.find(';');
-        const auto second = line.find(';', first + 1);
-        table[line.substr(0, first)].push_back(
-            {std::stoi(line.substr(first + 1, second - first - 1)), std::stoull(line.substr(second + 1))});
-    }
-}
-
 } // namespace
 
 // The positions of Corvane's perft test and a few more, each counted once to the deepest ply within a
 // budget; every ply's count is compared.
-TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
+TEST(VeskoCore, PerftCountsPositionTextsAndHostileBlocks) {
     constexpr uint64_t budget = 2000000;
-    std::map<std::string, std::vector<PerftLine>> table;
-    ReadPerftTable("perft.txt", table);
-    ReadPerftTable("vesko_perft.txt", table);
+    std::map<std::string, std::vector<PerftCase>> table;
+    for (const char* name : {"perft.txt", "vesko_perft.txt"})
+        for (const PerftCase& line : ReferenceCounts(name)) table[line.Fen].push_back(line);
     ASSERT_GE(table.size(), 30u);
     TestBlock engine;
     for (const auto& [fen, lines] : table) {
         int depth = 0;
-        for (const PerftLine& line : lines)
+        for (const PerftCase& line : lines)
             if (line.Count <= budget) depth = std::max(depth, line.Depth);
         engine.SetFen(fen);
         engine.Count(depth);
-        for (const PerftLine& line : lines) {
+        for (const PerftCase& line : lines) {
             if (line.Depth <= depth) {
                 EXPECT_EQ(engine.Block->PlyCounts[line.Depth - 1], line.Count)
                     << fen << " ply " << line.Depth;
@@ -126,10 +111,7 @@ TEST(VeskoCore, PerftMatchesReferenceCountsOnEveryPly) {
         EXPECT_EQ(engine.Block->PlyCounts[depth], 0u) << fen;
         EXPECT_EQ(engine.Block->Nodes, 0u) << "a count evaluates nothing";
     }
-}
 
-TEST(VeskoCore, PositionTextRoundTrip) {
-    TestBlock engine;
     engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
     EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -");
     engine.SetFen("r3k2r/8/8/3pP3/8/8/8/R3K2R w Kq d6 0 12");
@@ -139,10 +121,8 @@ TEST(VeskoCore, PositionTextRoundTrip) {
     EXPECT_EQ(engine.Fen(), "rnbqkbnr/pp1ppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b - -");
     engine.SetFen("");
     EXPECT_EQ(engine.Fen(), "8/8/8/8/8/8/8/8 w - -");
-}
 
-TEST(VeskoCore, HostileBlocksStayInBounds) {
-    TestBlock engine;
+    // Hostile blocks stay in bounds.
     std::memset(engine.Block->Text, 'Q', sizeof engine.Block->Text);
     engine.Run(VeskoCommandSetPosition);
     EXPECT_EQ(engine.Fen(), "QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ/QQQQQQQQ w - -");
@@ -158,7 +138,7 @@ TEST(VeskoCore, HostileBlocksStayInBounds) {
 // Leaf values worked out by hand from the weights. White: Kh1 Rb6 pawns a2 c2 d2 h3 g6; black: Kh8 Na5
 // Bc5. White has 23 pseudo-legal moves (Kg1 is left to the legality test: stockfish counts 22 legal ones),
 // and Rb6-b7 is played. The second case is its mirror image with black to move.
-TEST(VeskoCore, EvaluationTermsAndWeights) {
+TEST(VeskoCore, EvaluationDeepeningAndMovesMadeByText) {
     struct Case {
         const char* Fen;
         const char* Move;
@@ -183,11 +163,8 @@ TEST(VeskoCore, EvaluationTermsAndWeights) {
         VeskoMake(engine.Root(), played);
         EXPECT_EQ(VeskoEvaluate(engine.Block->Weights, engine.Root()), test.Value) << test.Fen;
     }
-}
 
-// White's mate in one is found through the engine's interface; here Black's, and positions without moves.
-TEST(VeskoCore, MateInOneEndsTheDeepeningAtDepthTwo) {
-    TestBlock engine;
+    // White's mate in one is found through the engine's interface; here Black's, and positions without moves.
     engine.SetFen("r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1");
     engine.Search(0);
     EXPECT_EQ(engine.BestMove(), "a8a1");
@@ -198,10 +175,8 @@ TEST(VeskoCore, MateInOneEndsTheDeepeningAtDepthTwo) {
         engine.Search(0);
         EXPECT_EQ(engine.Block->BestMove, 0u) << fen;
     }
-}
 
-TEST(VeskoCore, MaxDepthSixRunsTwoAndFourOnlyTwoBelowSix) {
-    TestBlock engine;
+    // Max depth 6 runs depths 2 and 4; below 6 only 2.
     engine.SetFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
     engine.Search(2);
     const uint64_t depthTwoNodes = engine.Block->Nodes;
@@ -218,10 +193,8 @@ TEST(VeskoCore, MaxDepthSixRunsTwoAndFourOnlyTwoBelowSix) {
     EXPECT_EQ(engine.Block->Depth, 6);
     EXPECT_EQ(engine.Fen(), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - -")
         << "the search keeps the position";
-}
 
-// Moves made by text in turn, each taken or refused; a refused move leaves the position as it was.
-TEST(VeskoCore, MakeMoveByText) {
+    // Moves made by text in turn, each taken or refused; a refused move leaves the position as it was.
     const char* castling = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
     const char* promotion = "8/4P3/8/8/8/8/k7/4K3 w - - 0 1";
     const struct {
@@ -257,7 +230,6 @@ TEST(VeskoCore, MakeMoveByText) {
          {{"e2e4", true}, {"d4e3", true}},
          "7k/7P/6K1/8/8/3Pp3/8/8 w - -"},
     };
-    TestBlock engine;
     for (const auto& game : games) {
         SCOPED_TRACE(game.Fen);
         engine.SetFen(game.Fen);
