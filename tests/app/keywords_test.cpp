@@ -11,10 +11,9 @@
 #include <vector>
 
 using nuvobase::clsString;
-using nvoChess::clsChessApplication;
 using namespace nvoChess;
 
-TEST(KeywordSplitter, Rows) {
+TEST(TypedText, KeywordsQuotedWordsNumbersAndFileNames) {
     const struct {
         const char *Text, *First, *Second, *FirstValue, *SecondValue;
     } rows[] = {
@@ -48,13 +47,12 @@ TEST(KeywordSplitter, Rows) {
         EXPECT_EQ(std::string(first.Text()), row.FirstValue);
         EXPECT_EQ(std::string(second.Text()), row.SecondValue);
     }
-}
 
-TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
+    // Command words: quoted words keep their blanks.
     const struct {
         const char* Text;
         std::vector<std::string> Words;
-    } rows[] = {
+    } phrases[] = {
         {"my books all.cbk 5", {"my", "books", "all.cbk", "5"}},
         {"\"my books\" \"my books\\all.cbk\"  5 ", {"my books", "my books\\all.cbk", "5"}},
         // Two quotes inside stand for one; single quotes are plain letters.
@@ -63,40 +61,32 @@ TEST(CommandWords, QuotedWordsKeepTheirBlanks) {
         {"\"never closed x", {"\"never closed x"}},
         {"", {}},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : phrases) {
         SCOPED_TRACE(row.Text);
         nvoChess::clsCommandWords words{clsString(row.Text)};
         for (const std::string& expected : row.Words) EXPECT_EQ(std::string(words.Next().Text()), expected);
         EXPECT_TRUE(words.Next().IsEmpty());
     }
-}
 
-TEST(TypedNumbers, DecimalReading) {
     // Decimal only: no hexadecimal prefix, and a leading zero is no octal mark; too large stays at the top.
     const struct {
         const char* Text;
         long long Value;
-    } rows[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
-                {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
-    for (const auto& row : rows) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
-}
+    } numbers[] = {{"64", 64}, {"-250", -250}, {" 12ms", 12}, {"abc", 0},
+                   {"", 0},    {"0x10", 0},    {"010", 10},   {"99999999999999999999999", LLONG_MAX}};
+    for (const auto& row : numbers) EXPECT_EQ(clsString(row.Text).ToDecimal(), row.Value) << row.Text;
 
-namespace {
-
-struct FileNameRow {
-    const char* File;
-    int64_t Generation;
-    const char* Expected;
-};
-
-TEST(LearnFile, GenerationFiles) {
-    const FileNameRow rows[] = {
+    // The names of the learner's per-generation files.
+    const struct {
+        const char* File;
+        int64_t Generation;
+        const char* Expected;
+    } files[] = {
         {"learn.csv", 7, "learn.007.csv"},
         {"runs/learn.csv", 1234, "runs/learn.1234.csv"},
         {"runs.old/learn", 12, "runs.old/learn.012"},
     };
-    for (const FileNameRow& row : rows)
-        EXPECT_STREQ(GenerationFile(clsString(row.File), row.Generation).Text(), row.Expected) << row.File;
+    for (const auto& file : files)
+        EXPECT_STREQ(GenerationFile(clsString(file.File), file.Generation).Text(), file.Expected)
+            << file.File;
 }
-
-} // namespace

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <unistd.h>
 
 namespace nvoChess {
@@ -35,13 +34,6 @@ protected:
 
 // A learning tournament of two embedded players with a tiny clock.
 constexpr const char* LearningFile = CORVANE_TEST_DATA "/embedded_pair.xml";
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::stringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-    return parts;
-}
 
 TEST_F(ThreadedLearningTourneyTest, GenerationsRankAndBreedTheCandidates) {
     clsTourney::LearningGenerations = 2;
@@ -87,16 +79,13 @@ TEST_F(ThreadedLearningTourneyTest, GenerationsRankAndBreedTheCandidates) {
     EXPECT_EQ(Split(text, '\t').size(), 16u);
 }
 
-TEST_F(ThreadedLearningTourneyTest, PupilTakesEitherFormOfTheSoulFile) {
+TEST_F(ThreadedLearningTourneyTest, PupilSoulFileFormsAndBreedingSteps) {
     const std::string expected = "1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16\t";
     for (const char* soul : {"3=1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11\t12\t13\t14\t15\t16",
                              "name=1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16\n"}) {
         clsEmbeddedPlayer player(clsString("pupil"), &Captured.Output, nullptr, clsString(soul));
         EXPECT_STREQ(player.GetSoulText().Text(), expected.c_str()) << soul;
     }
-}
-
-TEST_F(ThreadedLearningTourneyTest, BreedingStepsFromThePlayerTowardsTheBest) {
     // A step goes 100/105 of the way, cut toward zero, and stops when it would be 0; values stay within 0 and
     // the pawn value, 105.
     const struct {

@@ -30,26 +30,28 @@ protected:
 
     // One line to the XBoard front end; the lines it wrote.
     std::vector<std::string> Send(const char* command, const char* arguments = "", bool echo = false) {
-        Result = App.HandleXBoard(clsString(command), clsString(arguments), echo);
+        App.HandleXBoard(clsString(command), clsString(arguments), echo);
         return Written();
     }
 
     // The lines written since the last look.
     std::vector<std::string> Written() {
         const std::string text = Captured.Text();
-        std::istringstream unseen(text.substr(Seen));
+        const std::vector<std::string> lines = Split(text.substr(Seen), '\n');
         Seen = text.size();
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(unseen, line);) lines.push_back(line);
         return lines;
     }
 
-    std::string Position() { return App.Engine->GetPosition().Text(); }
+    static std::vector<std::string> Split(const std::string& text, char separator) {
+        std::vector<std::string> parts;
+        std::stringstream stream(text);
+        for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+        return parts;
+    }
 
     CapturedOutput Captured;
     size_t Seen = 0;
     clsChessApplication App;
-    int Result = 0;
 };
 
 } // namespace nvoChess

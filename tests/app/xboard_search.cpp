@@ -114,7 +114,7 @@ TEST_F(ThreadedXBoard, EveryStopGetsALegalMove) {
     }
 }
 
-TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
+TEST_F(ThreadedXBoard, WhatEndsASearchAndWhatStartsAnother) {
     // Each of these ends the search, and its move would belong to another game or side.
     for (const char* command : {"new", "force", "stop", "white", "black", "undo", "result", "setboard"}) {
         SCOPED_TRACE(command);
@@ -124,9 +124,7 @@ TEST_F(ThreadedXBoard, ChangesOfGameDropTheMove) {
         EXPECT_EQ(BestMove(), "");
         Send("setboard", nvoChess::StartPositionFen);
     }
-}
-
-TEST_F(ThreadedXBoard, UserMoveDuringASearchStartsAnother) {
+    // A user's move during a search starts another.
     Think();
     const std::string before = App.GetFen().Text();
     EXPECT_EQ(Send("e2e4").size(), 1u); // the line of the new search
@@ -134,10 +132,7 @@ TEST_F(ThreadedXBoard, UserMoveDuringASearchStartsAnother) {
     EXPECT_NE(std::string(App.GetFen().Text()), before);
     ASSERT_EQ(App.FenHistory.Count, 1);
     EXPECT_EQ(std::string(App.FenHistory.GetAt(0).Text()), before);
-}
-
-TEST_F(ThreadedXBoard, CountingStopsTheSearchFirst) {
-    Think();
+    // Counting stops the search first and leaves the board as it was.
     const Lines lines = Send("perft", "2 and more");
     EXPECT_FALSE(App.Engine->IsRunning());
     ASSERT_FALSE(lines.empty());
@@ -145,27 +140,24 @@ TEST_F(ThreadedXBoard, CountingStopsTheSearchFirst) {
     ASSERT_EQ(
         std::sscanf(lines.back().c_str(), "Nodes: %llu, Time: %llu ms, Nodes/s: %llu", &nodes, &ms, &rate), 3)
         << lines.back();
-    EXPECT_EQ(nodes, 400u);
+    EXPECT_EQ(nodes, 600u);
     EXPECT_EQ(rate, nodes * 1000 / (ms + 1));
-    EXPECT_EQ(std::string(App.GetFen().Text()), App.Engine->GetPosition().Text()); // the board is as it was
+    EXPECT_EQ(std::string(App.GetFen().Text()), App.Engine->GetPosition().Text());
 }
 
-// Name, position, result, and the end of the game's first line.
-const struct {
-    const char *Name, *Fen;
-    int Result;
-    const char* LineEnd;
-} SelfGames[] = {
-    {"WhiteMates", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 1, "a1a8  win 1"},
-    // The mate is Black's, and Black began: the first player won.
-    {"BlackMatesFirst", "r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", 1, "a8a1  win -1"},
-    // Every move leaves too little to mate with.
-    {"DrawnAtOnce", "8/8/8/8/8/8/n7/K5k1 w - - 0 1", 0, " 0"},
-};
-
-using ThreadedSelfPlayTest = XBoardTest;
-
-TEST_F(ThreadedSelfPlayTest, GamesEndAsTheBoardSays) {
+TEST_F(ThreadedXBoard, SelfPlayGamesEndAsTheBoardSays) {
+    // Name, position, result, and the end of the game's first line.
+    static const struct {
+        const char *Name, *Fen;
+        int Result;
+        const char* LineEnd;
+    } SelfGames[] = {
+        {"WhiteMates", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 1, "a1a8  win 1"},
+        // The mate is Black's, and Black began: the first player won.
+        {"BlackMatesFirst", "r5k1/8/8/8/8/8/5PPP/6K1 b - - 0 1", 1, "a8a1  win -1"},
+        // Every move leaves too little to mate with.
+        {"DrawnAtOnce", "8/8/8/8/8/8/n7/K5k1 w - - 0 1", 0, " 0"},
+    };
     for (const auto& row : SelfGames) {
         SCOPED_TRACE(row.Name);
         clsEngineCorvane first(&App.Share, clsString("Corvane"), &Captured.Output);

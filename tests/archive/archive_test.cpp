@@ -2,11 +2,11 @@
 // fail without touching anything outside the database.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <unistd.h>
 
 #include "archive/clsarchivio.h"
+#include "nuvobase/temp_folder.h"
 
 using nuvobase::clsCStrings;
 using nuvobase::clsString;
@@ -22,17 +22,17 @@ std::string Single(clsArchivio& archive, const char* sql) {
 
 } // namespace
 
-// The first rows of the system tables are read through the formula tests; made again, none comes twice.
-TEST(Archive, SystemTablesMadeAgainKeepTheirFirstRows) {
+using ArchiveTest = nuvobase_test::TempFolder;
+
+TEST_F(ArchiveTest, SystemTablesColumnsRowSetsAndBadStatements) {
+    // The first rows of the system tables are read through the formula tests; made again, none comes twice.
     clsArchivio archive;
     archive.CreateSystemTables();
     EXPECT_EQ(Single(archive, "select group_concat(Name || Code || Parent, ',') from ZSYSFOLDERS"),
               "Tables10,User21,Application31,System41,ZSYSCOPY54,ZSYSTRASH64");
     EXPECT_EQ(Single(archive, "select count(*) from ZSYSOPTIONS"), "1");
-}
 
-TEST(Archive, ColumnsByLetterAndQuotedNames) {
-    clsArchivio archive;
+    // Columns by letter, and quoted names.
     clsTableDescriptor table;
     table.Name = "Order";
     table.Columns = "@0,X,Y,Table,Q";
@@ -45,10 +45,7 @@ TEST(Archive, ColumnsByLetterAndQuotedNames) {
                      "from \"Order\""),
               "integerrealtexttexttext");
     EXPECT_EQ(Single(archive, "select Y from \"Order\""), "it's");
-}
 
-TEST(Archive, RowSets) {
-    clsArchivio archive;
     const int rows =
         archive.OpenRowSet(clsString("select Code, Name from ZSYSFOLDERS order by Code desc"), 0);
     ASSERT_GE(rows, 0);
@@ -73,10 +70,28 @@ TEST(Archive, RowSets) {
     values.Add(clsString("System"));
     archive.ValueSearch(clsString("ZSYSFOLDERS"), clsString(), values, clsArchivio::ValueSearchEqual, keys);
     EXPECT_STREQ(keys.GetText(",").Text(), "1"); // the first key column, Parent
+
+    // Statements that fail, and statements that would reach a file or run without end, all take the failure
+    // path; the tables stay as they were.
+    const std::string file = Path("x.db");
+    for (const std::string& sql :
+         {std::string("select nothing from nowhere"), std::string("select 1; drop table ZSYSFOLDERS"),
+          "attach database '" + file + "' as x", "vacuum into '" + file + "'",
+          std::string("pragma temp_store = 1"),
+          std::string(
+              "with recursive c(x) as (select 1 union all select x + 1 from c) select count(*) from c"),
+          std::string("select length(randomblob(100000000))"), std::string("select 'unclosed"),
+          std::string("")}) {
+        SCOPED_TRACE(sql);
+        EXPECT_EQ(archive.OpenRowSet(clsString(sql.c_str()), 0), -1);
+    }
+    EXPECT_NE(access(file.c_str(), F_OK), 0);
+    EXPECT_EQ(Single(archive, "select count(*) from ZSYSFOLDERS"), "6");
+    EXPECT_EQ(archive.RowCount(-1), -1);
+    EXPECT_EQ(archive.MoveNext(99), -1);
+    EXPECT_STREQ(archive.FieldText(99, 0).Text(), "");
 }
 
-// Statements that fail, and statements that would reach a file or run without end, all take the failure
-// path; the tables stay as they were.
 // A writable row set changes its table only when each of its rows stands for one row of one table; the
 // others change in memory alone.
 TEST(Archive, WritableRowSets) {
@@ -105,28 +120,4 @@ TEST(Archive, WritableRowSets) {
         EXPECT_EQ(Single(archive, "select count(*) from ZSYSFOLDERS where Name = 'changed'"),
                   std::string(row.After) == "changed" ? "2" : "0");
     }
-}
-
-TEST(Archive, BadStatements) {
-    clsArchivio archive;
-    char folder[] = "/tmp/corvane-archive-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    const std::string file = std::string(folder) + "/x.db";
-    for (const std::string& sql :
-         {std::string("select nothing from nowhere"), std::string("select 1; drop table ZSYSFOLDERS"),
-          "attach database '" + file + "' as x", "vacuum into '" + file + "'",
-          std::string("pragma temp_store = 1"),
-          std::string(
-              "with recursive c(x) as (select 1 union all select x + 1 from c) select count(*) from c"),
-          std::string("select length(randomblob(100000000))"), std::string("select 'unclosed"),
-          std::string("")}) {
-        SCOPED_TRACE(sql);
-        EXPECT_EQ(archive.OpenRowSet(clsString(sql.c_str()), 0), -1);
-    }
-    EXPECT_NE(access(file.c_str(), F_OK), 0);
-    rmdir(folder);
-    EXPECT_EQ(Single(archive, "select count(*) from ZSYSFOLDERS"), "6");
-    EXPECT_EQ(archive.RowCount(-1), -1);
-    EXPECT_EQ(archive.MoveNext(99), -1);
-    EXPECT_STREQ(archive.FieldText(99, 0).Text(), "");
 }

@@ -4,16 +4,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "formula/clsparser.h"
+#include "formula/functiontable.h"
 #include "formulacases.h"
-
-using nuvobase::clsString;
-using velmora::clsArchivio;
-using velmora::clsParser;
 
 using namespace formula_test;
 
-TEST_F(Formula, OperatorsAndOperands) {
+TEST_F(Formula, OperatorsOperandsAndErrors) {
     CheckCases(Parser, {
                            {"(1 + 2) * 3 / 4", "2.25", 0},
                            {"0xFFFFFFFFFFFFFFFF + 0x2", "1", 0}, // integers wrap; doubles would not
@@ -55,11 +51,6 @@ TEST_F(Formula, OperatorsAndOperands) {
                            {"A1:B2", "A1:B2", 0},
                            {"   ", "", 0},
                            {"TAB & CRLF & 'x' & NULL", "\t\r\nx", 0},
-                       });
-}
-
-TEST_F(Formula, Errors) {
-    CheckCases(Parser, {
                            {"\"abc", "", 17},
                            {"1 2", "", 6},
                            {"(1", "", 5},
@@ -79,7 +70,7 @@ TEST_F(Formula, Errors) {
     EXPECT_EQ(Evaluate(Parser, clsString("1 + 1")).Message, "Ok");
 }
 
-TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
+TEST_F(Formula, DisplayVariablesArchiveLookupsAndTheArchivesVariables) {
     CheckCases(Parser,
                {
                    {"FHEX(0x1F)", "000000000000001F", 0},
@@ -104,16 +95,19 @@ TEST_F(Formula, DisplayVariablesAndArchiveLookups) {
                    {"FGET()", "", 14},
                    {"FGET('', 'Name', '1')", "", 14},
                });
+
+    // Without an archive a single value is read, but nothing runs.
+    clsParser alone(nullptr);
+    CheckCases(alone, {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
+    // The rows of ZSYSVARS become variables of every new parser.
+    ASSERT_TRUE(Archive.InsertRow(clsString("ZSYSVARS"), clsString("Name,Value"), {"Greeting", "hello"}));
+    clsParser parser(&Archive);
+    CheckCases(parser, {{"greeting & '!'", "hello!", 0}});
+    parser.SetOption(clsString("ft_field"), clsString("Value"));
+    EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }
 
-// Without an archive a single value is read, but nothing runs.
-TEST(FormulaAlone, NeedsAnArchiveToRun) {
-    clsParser parser(nullptr);
-    CheckCases(parser,
-               {{"12", "12", 0}, {"1 + 1", "", 7}, {"(1)", "", 7}, {"FHEX(1)", "", 7}, {"CR", "", 4}});
-}
-
-TEST_F(Formula, Limits) {
+TEST_F(Formula, LimitsScopesAndStates) {
     const std::string minuses = "1" + std::string(600, '-') + "1";
     const std::string closers = "1" + std::string(1 << 20, ')');
     // Deep parentheses, long lists and long sums are typed into the console by the end-to-end test.
@@ -132,9 +126,19 @@ TEST_F(Formula, Limits) {
             EXPECT_EQ(got.Message.rfind(velmora::ErrorText(got.Code), 0), 0u) << byte;
         }
     }
-}
+    // Whatever the number of arguments, a function gives a code of the table.
+    for (const velmora::FunctionName& function : velmora::FunctionNames) {
+        std::string arguments;
+        for (int count = 0; count <= 8; count++) {
+            const std::string formula = std::string(function.Name) + "(" + arguments + ")";
+            SCOPED_TRACE(formula);
+            const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
+            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount);
+            arguments += count == 0 ? "'1'" : ",'1'";
+        }
+    }
 
-TEST_F(Formula, ScopesAndStates) {
+    // Scopes and states.
     velmora::clsValue value(clsString("outer"));
     Parser.SetVariable(clsString("v"), value);
     Parser.PushScope();
@@ -161,14 +165,4 @@ TEST_F(Formula, ScopesAndStates) {
     EXPECT_EQ(Parser.Compute(clsString("1 + 1"), result, true), 0);
     EXPECT_STREQ(result.Text(), "two");
     EXPECT_THROW(Parser.Compute(result, result), std::logic_error);
-}
-
-// The rows of ZSYSVARS become variables of every new parser.
-TEST(FormulaArchive, VariablesFromTheArchive) {
-    clsArchivio archive;
-    ASSERT_TRUE(archive.InsertRow(clsString("ZSYSVARS"), clsString("Name,Value"), {"Greeting", "hello"}));
-    clsParser parser(&archive);
-    CheckCases(parser, {{"greeting & '!'", "hello!", 0}});
-    parser.SetOption(clsString("ft_field"), clsString("Value"));
-    EXPECT_STREQ(parser.ValueField.Text(), "Value");
 }

@@ -5,12 +5,11 @@
 #include <string>
 #include <tuple>
 
-#include "formula/functiontable.h"
 #include "formulacases.h"
 
 using namespace formula_test;
 
-TEST_F(Formula, Functions) {
+TEST_F(Formula, FunctionsListsMacrosAndNames) {
     CheckCases(
         Parser,
         {
@@ -79,25 +78,52 @@ TEST_F(Formula, Functions) {
             {"FRADD('first', 2) & FRZERO(3)", "first3", 0},
             {"FTEXT('/nonexistent/file')", "", 22},
             {"FTEXT('/dev/zero')", "", 22},
+            {"FSUM(',','1,2,3') & ' ' & FMUL(',','2,3') & ' ' & FSUM(',',';','1,2','3,4')", "6 6 4;6", 0},
+            {"FSUM(',',';','1,,3','1,1,1')", "2;;4", 0},
+            {"FMUL(',',';','1,2','  ')", "", 24},
+            {"FNOREP('a,b,A,c,b', ',') & ' ' & FNOREP('1:x,2:y,3:x', ',', ':')", "a,b,c 4:x,2:y", 0},
+            {"FNOREP('a', ',,')", "", 12},
+            {"FANY('1,2,3', ',', '#ANY#*2', ';')", "2;4;6", 0},
+            {"FANY('1,x', ',', '#ANY#+1', ';')", "", 4},
+            {"FMIX('a,b,c', ',', '1,2', ',', '=', ';')", "a=1;b=2;c=", 0},
+            {"FVALIDATE('1>2', 'big', '1<2', 'small') & FVALIDATE('0', 'x')", "small", 0},
+            {"FVALIDATE('$ = ''ok''', 'ok')", "ok", 0},
+            {"FMACRO('nothing')", "nothing", 0},
+            {"FMACROADD('sq','#1#*#1#') & FMACRO('sq',3) & FMACROGET('sq',3)", "sq93*3", 0},
+            {"FMACROADD('q','^^x^^') & FMACROGET('q')", "q\"x\"", 0},
+            {"FMACRODEL('sq') & FMACRO('sq', 3)", "sqsq", 0},
+            {"FMACROCLEAR()", "", 6},
+            {"FMACROADD('r', 'FMACRO(''r'')') & FMACRO('r')", "", 18},
+            {"FEXECUTE('1+1' & FCHAR(10) & '2+2')", "2\n4", 0},
+            {"FEXECUTE('1+' & FCHAR(10) & '2')", "2", 0},
+            {"FEXECUTE('1' & FCHAR(10) & '1+')", "", 18},
+            {"FEXECUTE('1', 'PATCH', 'select 2 as Tipo, ''x'' as Testo')", "1\xA6x", 0},
+            // A script gives the code of its last formula as its result.
+            {"FSCRIPT('print 1') & FSCRIPT('print 1+') & FSCRIPT('a', 'b')", "0160", 0},
+            {"FSCRIPT('print 1+' & CR & 'print 2')", "0", 0},
+            {"FSCRIPT('print 1+' & CRLF & 'print 2')", "16", 0}, // LF opens the next line: no statement
+            {"FSCRIPT('next q' & CR & 'loop on q' & CR & 'print 1+')", "16", 0},
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'next z' & CR & 'seek z 0')", "0",
+             0},
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'seek q 0')", "18", 0},
+            // Loops that never end, one inside the other, share one bound.
+            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR &"
+             "'print FSCRIPT(''query q as ''''select 1'''''' & CR & ''loop on q'' & CR & ''seek q 0'')' & CR "
+             "&"
+             "'seek q 0')",
+             "18", 0},
+            {"FSCRIPT('query q as ''select''' & CR & 'loop on q' & CR & 'print 1+' & CR & 'next q')", "16",
+             0},
+            {"FPARSE('P', 'b + a * FMID(c, 1) + 2 + ''lit''')", "a,b,c", 0},
+            {"FPARSE('parameters', 'FE(''x'') & FNOTA(''y'') & FVAR(''z'', q) & FVAROK(''w'') & "
+             "FS(''v'') & A1:B2 AND $s.t')",
+             "$s.t,A1:B2,FE_x,NOTA_y,w,z", 0},
+            {"FPARSE('X', 'a')", "", 8},
         });
 }
 
-// Whatever the number of arguments, a function gives a code of the table.
-TEST_F(Formula, EveryFunctionWithAnyArgumentCount) {
-    for (const velmora::FunctionName& function : velmora::FunctionNames) {
-        std::string arguments;
-        for (int count = 0; count <= 8; count++) {
-            const std::string formula = std::string(function.Name) + "(" + arguments + ")";
-            SCOPED_TRACE(formula);
-            const Evaluation got = Evaluate(Parser, clsString(formula.c_str()));
-            EXPECT_TRUE(got.Code >= 0 && got.Code < velmora::ErrorCodeCount);
-            arguments += count == 0 ? "'1'" : ",'1'";
-        }
-    }
-}
-
 // A table of values keyed by X and Y, under the names the look-ups use, and a sheet of cells.
-TEST_F(Formula, TableLookups) {
+TEST_F(Formula, TableLookupsAndScripts) {
     velmora::clsTableDescriptor rates;
     rates.Name = "Rates";
     rates.Columns = "@0,X,Y";
@@ -141,54 +167,9 @@ TEST_F(Formula, TableLookups) {
             {"SUM(1, 2, '3x')", "6", 0},
             {"SUM(S1.A1:A2, 1) & ' ' & SUM(S1.A1:E5)", "13 112", 0},
         });
-}
 
-TEST_F(Formula, ListsAndMacros) {
-    CheckCases(
-        Parser,
-        {
-            {"FSUM(',','1,2,3') & ' ' & FMUL(',','2,3') & ' ' & FSUM(',',';','1,2','3,4')", "6 6 4;6", 0},
-            {"FSUM(',',';','1,,3','1,1,1')", "2;;4", 0},
-            {"FMUL(',',';','1,2','  ')", "", 24},
-            {"FNOREP('a,b,A,c,b', ',') & ' ' & FNOREP('1:x,2:y,3:x', ',', ':')", "a,b,c 4:x,2:y", 0},
-            {"FNOREP('a', ',,')", "", 12},
-            {"FANY('1,2,3', ',', '#ANY#*2', ';')", "2;4;6", 0},
-            {"FANY('1,x', ',', '#ANY#+1', ';')", "", 4},
-            {"FMIX('a,b,c', ',', '1,2', ',', '=', ';')", "a=1;b=2;c=", 0},
-            {"FVALIDATE('1>2', 'big', '1<2', 'small') & FVALIDATE('0', 'x')", "small", 0},
-            {"FVALIDATE('$ = ''ok''', 'ok')", "ok", 0},
-            {"FMACRO('nothing')", "nothing", 0},
-            {"FMACROADD('sq','#1#*#1#') & FMACRO('sq',3) & FMACROGET('sq',3)", "sq93*3", 0},
-            {"FMACROADD('q','^^x^^') & FMACROGET('q')", "q\"x\"", 0},
-            {"FMACRODEL('sq') & FMACRO('sq', 3)", "sqsq", 0},
-            {"FMACROCLEAR()", "", 6},
-            {"FMACROADD('r', 'FMACRO(''r'')') & FMACRO('r')", "", 18},
-            {"FEXECUTE('1+1' & FCHAR(10) & '2+2')", "2\n4", 0},
-            {"FEXECUTE('1+' & FCHAR(10) & '2')", "2", 0},
-            {"FEXECUTE('1' & FCHAR(10) & '1+')", "", 18},
-            {"FEXECUTE('1', 'PATCH', 'select 2 as Tipo, ''x'' as Testo')", "1\xA6x", 0},
-            // A script gives the code of its last formula as its result.
-            {"FSCRIPT('print 1') & FSCRIPT('print 1+') & FSCRIPT('a', 'b')", "0160", 0},
-            {"FSCRIPT('print 1+' & CR & 'print 2')", "0", 0},
-            {"FSCRIPT('print 1+' & CRLF & 'print 2')", "16", 0}, // LF opens the next line: no statement
-            {"FSCRIPT('next q' & CR & 'loop on q' & CR & 'print 1+')", "16", 0},
-            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'next z' & CR & 'seek z 0')", "0",
-             0},
-            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR & 'seek q 0')", "18", 0},
-            // Loops that never end, one inside the other, share one bound.
-            {"FSCRIPT('query q as ''select 1''' & CR & 'loop on q' & CR &"
-             "'print FSCRIPT(''query q as ''''select 1'''''' & CR & ''loop on q'' & CR & ''seek q 0'')' & CR "
-             "&"
-             "'seek q 0')",
-             "18", 0},
-            {"FSCRIPT('query q as ''select''' & CR & 'loop on q' & CR & 'print 1+' & CR & 'next q')", "16",
-             0},
-        });
-}
-
-// Scripts over a system table filled by insert into: each prints what it bound or set, and a script that
-// writes through set changes the table.
-TEST_F(Formula, Scripts) {
+    // Scripts over a system table filled by insert into: each prints what it bound or set, and a script that
+    // writes through set changes the table.
     for (const auto& [id, name] : {std::tuple{1, "a"}, {2, "b"}, {3, "c"}})
         ASSERT_TRUE(Archive.InsertRow(clsString("ZSYSPARS"), clsString("idPar,Name"), {id, name}));
     const struct {
@@ -225,15 +206,4 @@ TEST_F(Formula, Scripts) {
                            {"n & FGET('ZSYSPARS', 'Name', 'idPar = 11')", "x10a", 0},
                        });
     EXPECT_TRUE(Archive.Changed);
-}
-
-TEST_F(Formula, ParseNames) {
-    CheckCases(Parser,
-               {
-                   {"FPARSE('P', 'b + a * FMID(c, 1) + 2 + ''lit''')", "a,b,c", 0},
-                   {"FPARSE('parameters', 'FE(''x'') & FNOTA(''y'') & FVAR(''z'', q) & FVAROK(''w'') & "
-                    "FS(''v'') & A1:B2 AND $s.t')",
-                    "$s.t,A1:B2,FE_x,NOTA_y,w,z", 0},
-                   {"FPARSE('X', 'a')", "", 8},
-               });
 }

@@ -11,15 +11,7 @@
 using namespace nvoChess;
 using nuvobase::clsString;
 
-namespace {
-
-uint64_t Bit(int index) {
-    return uint64_t(1) << index;
-}
-
-} // namespace
-
-TEST(EngineInterface, SetClockMapsColoursBySide) {
+TEST(EngineInterface, ClocksGoLimitsSquaresAndMoveTexts) {
     // White's and black's clocks and increments follow the side, and slots beyond the moves to go are
     // ignored.
     for (const int side : {0, 1}) {
@@ -34,9 +26,7 @@ TEST(EngineInterface, SetClockMapsColoursBySide) {
         EXPECT_EQ(engine.OpponentIncrementMs, theirs + 2);
         EXPECT_EQ(engine.MovesToGo, 104);
     }
-}
 
-TEST(GoLimits, OneReadingForBothDialects) {
     // Words ignore case and a number word takes the word behind it; the plain dialect reads a value missing
     // at the end as 0, -strictuci as absent; infinite counts for the depth only behind the last depth.
     const struct {
@@ -68,10 +58,9 @@ TEST(GoLimits, OneReadingForBothDialects) {
     EXPECT_EQ(engine.OpponentTimeMs, INT32_MAX);
     EXPECT_EQ(engine.MovesToGo, 7);
     EXPECT_EQ(engine.MaxDepth, clsEngineInterface::InfiniteDepth);
-}
 
-TEST(EngineInterface, SquaresAndMoveTexts) {
-    RecordingEngine engine;
+    // Squares and move texts.
+    const auto Bit = [](int index) { return uint64_t(1) << index; };
     EXPECT_EQ(engine.TextToSquare("h1"), Bit(0));
     EXPECT_EQ(engine.TextToSquare("a8"), Bit(63));
     EXPECT_EQ(engine.TextToSquare("e4xyz"), Bit(27));

@@ -24,7 +24,7 @@ struct SentRow {
     Lines Expected;
 };
 
-TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
+TEST(EngineProtocol, LinesSentAndLinesRead) {
     using Engine = RecordingEngine;
     const auto handshake = [](Engine& e) { e.Handshake(); };
     const auto newGame = [](Engine& e) { e.NewGame(); };
@@ -61,14 +61,13 @@ TEST(EngineProtocol, LinesSentForEachStepOfAGame) {
         row.Call(engine);
         EXPECT_EQ(engine.Sent, row.Expected);
     }
-}
 
-TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
+    // Parsing a line gives the normal form.
     const struct {
         uint32_t Protocol;
         const char *Line, *Result;
         bool Ready, PingFeature;
-    } rows[] = {
+    } lines[] = {
         {1, "bestmove E7E8Q ponder E2E4", "move e7e8q ponder e2e4", false, false},
         {1, "uciok", "", true, false},
         {1, "readyok", "", true, false},
@@ -86,7 +85,7 @@ TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
         {0, "feature ping=1", "", false, true},
         {0, "", "", false, false},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : lines) {
         SCOPED_TRACE(row.Line);
         RecordingEngine engine;
         engine.Protocol = row.Protocol;
@@ -94,9 +93,8 @@ TEST(EngineProtocol, ParseLineGivesTheNormalForm) {
         EXPECT_EQ(engine.Ready, row.Ready);
         EXPECT_EQ(engine.PingFeature, row.PingFeature);
     }
-}
 
-TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
+    // The ping feature holds Ready back until the matching pong.
     RecordingEngine engine;
     engine.ParseLine("feature ping=1 done=1");
     EXPECT_EQ(engine.Sent, Lines{"ping 1"});
@@ -116,7 +114,7 @@ TEST(EngineProtocol, PingFeatureHoldsReadyUntilTheMatchingPong) {
     EXPECT_EQ(engine.Sent.size(), 1u);
 }
 
-TEST(GameRules, TimeForfeitAndTimeControl) {
+TEST(GameRules, TimeForfeitTimeControlAndPgnText) {
     // An answer up to 50 ms beyond the clock is in time.
     EXPECT_FALSE(clsTourneyGame::IsOverTime(5050, 5000));
     EXPECT_TRUE(clsTourneyGame::IsOverTime(5051, 5000));
@@ -125,9 +123,7 @@ TEST(GameRules, TimeForfeitAndTimeControl) {
     EXPECT_STREQ(clsTourney::TimeControlTag(0, 60000, 0).Text(), "60");
     EXPECT_STREQ(clsTourney::TimeControlTag(300000, 300000, 0).Text(), "300000/300");
     EXPECT_STREQ(clsTourney::TimeControlTag(40, 1999, 500).Text(), "40/1+500");
-}
-
-TEST(GameRules, PgnTextQuotesTagsAndLeavesTheResultToItsTag) {
+    // The PGN text quotes tags and leaves the result to its tag.
     clsTourneyGame game(1, 0, 1000, 0, nullptr, nullptr, clsString(), nullptr);
     game.Tags.SetValue("White", "A \"quoted\" name");
     game.MoveText = "1. e2e4 e7e5 ";

@@ -10,7 +10,7 @@
 using namespace nvoChess;
 using nuvobase::clsString;
 
-TEST(Standings, EloErrorAndSuperiorityWorkedByHand) {
+TEST(Standings, EloErrorSuperiorityAndSprtWorkedByHand) {
     // s = (W + D/2) / N; per-game variance v = (W (1-s)^2 + D (1/2-s)^2 + L s^2) / N; the 95% interval of s
     // is s +- 1.96 sqrt(v / N), turned into Elo at both ends. W 6, D 2, L 2: s 0.7, v 0.16, interval 0.4521
     // to 0.9479, Elo -33.40 to 504.04. LOS = 50 (1 + erf((W - L) / sqrt(2 (W + L)))).
@@ -36,6 +36,24 @@ TEST(Standings, EloErrorAndSuperiorityWorkedByHand) {
         }
         EXPECT_NEAR(LikelihoodOfSuperiority(row.Wins, row.Losses), row.Los, 0.001);
     }
+
+    // LLR = N/2 ((m - s0)^2 - (m - s1)^2) / v, m and v the mean and variance (over N) of the scores. Elo
+    // 400 log10(3) expects 0.75 and Elo 0 expects 0.5. {1, 0.5}: m 0.75, v 0.0625, LLR 1 (0.0625 - 0) /
+    // 0.0625.
+    const double e75 = 400 * std::log10(3.0);
+    struct clsCase {
+        std::vector<double> Scores;
+        double Elo0, Elo1, Llr;
+    };
+    const clsCase cases[] = {
+        {{1, 0.5}, 0, e75, 1},          {{0, 0.5}, 0, e75, -3},  {{1, 0.75, 0.5, 0.75}, 0, e75, 4},
+        {{0.5, 0}, -e75, 0, -1},        {{0.5, 0.5}, 0, e75, 0}, {{}, 0, e75, 0},
+        {{1, 0.5, 0.75}, 0, e75, 2.25},
+    };
+    for (const clsCase& c : cases)
+        EXPECT_NEAR(clsSprt::LogLikelihoodRatio(c.Scores, c.Elo0, c.Elo1), c.Llr, 1e-9);
+    // The bounds, the verdict that stops a match and its place in the standings are played end to end by the
+    // tournament test of the same four pairs.
 }
 
 TEST(Standings, PairsAndJsonOfTwoPlayers) {
@@ -56,24 +74,4 @@ TEST(Standings, PairsAndJsonOfTwoPlayers) {
               std::string::npos)
         << json;
     EXPECT_EQ(std::string(standings.Sorted()[0].Name.Text()), "A");
-}
-
-TEST(Standings, SprtWorkedByHand) {
-    // LLR = N/2 ((m - s0)^2 - (m - s1)^2) / v, m and v the mean and variance (over N) of the scores. Elo
-    // 400 log10(3) expects 0.75 and Elo 0 expects 0.5. {1, 0.5}: m 0.75, v 0.0625, LLR 1 (0.0625 - 0) /
-    // 0.0625.
-    const double e75 = 400 * std::log10(3.0);
-    struct clsCase {
-        std::vector<double> Scores;
-        double Elo0, Elo1, Llr;
-    };
-    const clsCase cases[] = {
-        {{1, 0.5}, 0, e75, 1},          {{0, 0.5}, 0, e75, -3},  {{1, 0.75, 0.5, 0.75}, 0, e75, 4},
-        {{0.5, 0}, -e75, 0, -1},        {{0.5, 0.5}, 0, e75, 0}, {{}, 0, e75, 0},
-        {{1, 0.5, 0.75}, 0, e75, 2.25},
-    };
-    for (const clsCase& c : cases)
-        EXPECT_NEAR(clsSprt::LogLikelihoodRatio(c.Scores, c.Elo0, c.Elo1), c.Llr, 1e-9);
-    // The bounds, the verdict that stops a match and its place in the standings are played end to end by the
-    // tournament test of the same four pairs.
 }

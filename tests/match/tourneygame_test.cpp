@@ -4,15 +4,13 @@
 #include "match/clstourneygame.h"
 
 #include "match/capturedoutput.h"
+#include "nuvobase/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <dirent.h>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,13 +29,6 @@ int OpenDescriptors() {
         closedir(folder);
     }
     return count;
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
 }
 
 struct GameRow {
@@ -66,23 +57,12 @@ const GameRow Games[] = {
      1},
 };
 
-class ThreadedTourneyGameTest : public ::testing::Test {
+class ThreadedTourneyGameTest : public nuvobase_test::TempFolder {
 protected:
-    void SetUp() override {
-        Folder = std::filesystem::temp_directory_path() / ("corvane_games_" + std::to_string(getpid()));
-        std::filesystem::create_directories(Folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(Folder); }
-
     static std::unique_ptr<clsPlayer> Player(const char* name, const char* protocol, const char* args) {
         return std::make_unique<clsPlayer>(clsString(name), clsString(protocol),
                                            clsString(FakeEngine.c_str()), clsString(args));
     }
-
-    // The files of game id, without their extension.
-    std::string Stem(int id) const { return (Folder / "g").string() + std::to_string(id); }
-
-    std::filesystem::path Folder;
 };
 
 TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints) {
@@ -97,7 +77,7 @@ TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints
     for (const GameRow& row : Games) {
         Running game{Player("White", row.Protocol, row.WhiteArgs),
                      Player("Black", row.Protocol, row.BlackArgs), nullptr};
-        const std::string pgn = Stem(++id) + ".pgn";
+        const std::string pgn = Path(std::to_string(++id) + ".pgn");
         game.Game = std::make_unique<clsTourneyGame>(id, 0, ClockMs, 0, game.White.get(), game.Black.get(),
                                                      clsString(pgn.c_str()), &output.Output);
         game.Game->PaceMs = 0;
@@ -121,19 +101,18 @@ TEST_F(ThreadedTourneyGameTest, EveryFaultEndsTheGameWithItsResultFilesAndPoints
         EXPECT_EQ(std::string(game.Game->ReasonText().Text()), row.Reason);
         EXPECT_EQ(game.White->GetScore(), row.WhitePoints);
         EXPECT_EQ(game.Black->GetScore(), row.BlackPoints);
-        const std::string stem = Stem(id);
-        const std::string pgn = ReadFile(stem + ".pgn"), log = ReadFile(stem + ".log");
+        const std::string pgn = Read(std::to_string(id) + ".pgn"), log = Read(std::to_string(id) + ".log");
         EXPECT_NE(pgn.find("[Result \"" + std::string(row.Result) + "\"]\r\n"), std::string::npos) << pgn;
         EXPECT_NE(log.find("-\tnew match: 'White' vs 'Black'"), std::string::npos) << log;
         EXPECT_NE(log.find("'White' result " + std::to_string(row.WhitePoints)), std::string::npos) << log;
     }
     // The position after 1...g8f6 stands for the fourth time after fourteen plies; the third time went on.
-    const std::string repeated = ReadFile(Stem(1) + ".pgn");
+    const std::string repeated = Read("1.pgn");
     EXPECT_NE(repeated.find("\r\n\r\n1. g1f3 g8f6 2. f3g1 f6g8 3. g1f3"), std::string::npos);
     EXPECT_NE(repeated.find("7. g1f3 g8f6 "), std::string::npos);
     EXPECT_EQ(repeated.find("8. "), std::string::npos);
     // A ponder move is cut off before the move reaches the referee and the file.
-    EXPECT_EQ(ReadFile(Stem(8) + ".pgn").find("ponder"), std::string::npos);
+    EXPECT_EQ(Read("8.pgn").find("ponder"), std::string::npos);
     running.clear();
     int status = 0;
     EXPECT_EQ(waitpid(-1, &status, WNOHANG), -1) << "a child or zombie was left";

@@ -30,18 +30,16 @@ void Fill(clsCollection<int>& list, int n) {
 
 } // namespace
 
-TEST(Collection, FindBisectsOverHoles) {
+TEST(Collection, FindRemoveSetMoveSortAndCopy) {
     // The bisection steps over holes at the start, inside and at the end (Remove leaves Sorted as it is).
-    clsCollection<int> list;
-    Fill(list, 9);
-    list.Sort();
-    for (int index : {0, 3, 4, 5, 8}) list.Remove(index, false);
-    for (int i : {1, 2, 6, 7}) EXPECT_EQ(list.Find(Key(i)), i);
-    for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(list.Find(Key(i)), -1);
-    EXPECT_EQ(list.Find(clsString("zz")), -1);
-}
+    clsCollection<int> holes;
+    Fill(holes, 9);
+    holes.Sort();
+    for (int index : {0, 3, 4, 5, 8}) holes.Remove(index, false);
+    for (int i : {1, 2, 6, 7}) EXPECT_EQ(holes.Find(Key(i)), i);
+    for (int i : {0, 3, 4, 5, 8}) EXPECT_EQ(holes.Find(Key(i)), -1);
+    EXPECT_EQ(holes.Find(clsString("zz")), -1);
 
-TEST(Collection, RemoveSetAndMove) {
     // Remove closes the gap and takes no index outside the list; Set replaces the value of a key it finds and
     // keeps the key, and setting the value a node holds keeps it; Move shifts the nodes between.
     clsCollection<int> list;
@@ -53,9 +51,7 @@ TEST(Collection, RemoveSetAndMove) {
                     ROW(list.Set(clsString("b"), list.ValueAt(2)), 2), ROW(*list.ValueAt(2), 20),
                     ROW(list.Move(2, 0), true), ROW(list.Move(0, 3), false)});
     EXPECT_EQ(Values(list), (Ints{20, 1, 10}));
-}
 
-TEST(Collection, SortOrders) {
     // Texts sort ignoring ASCII case (the == of clsString ignores it too); equal keys are fine, a value
     // without key goes after every key, and a node without value is dropped.
     clsStrings texts;
@@ -67,19 +63,18 @@ TEST(Collection, SortOrders) {
     EXPECT_TRUE(texts.Join(",") == "apple,apple,banana,fig,fig,fig,pear,last");
     EXPECT_EQ(texts.Count, 8);
     EXPECT_EQ(texts.Find(clsString("BANANA")), 2);
-}
 
-TEST(Collection, CopyIsDeep) {
-    clsCollection<int> list;
-    Fill(list, 3);
+    // A copy is deep.
+    clsCollection<int> original;
+    Fill(original, 3);
     int shared = 42;
-    list.Add(clsString("shared"), &shared, true);
-    list.Remove(0, false);
-    clsCollection<int> copy(list);
+    original.Add(clsString("shared"), &shared, true);
+    original.Remove(0, false);
+    clsCollection<int> copy(original);
     EXPECT_EQ(copy.Nodes[0], nullptr);
-    EXPECT_EQ(copy.ValueAt(3), &shared); // a value the list does not own stays shared
+    EXPECT_EQ(copy.ValueAt(3), &shared); // a value the original does not own stays shared
     *copy.ValueAt(1) = 100;
-    EXPECT_EQ(*list.ValueAt(1), 1);
-    copy = list;
+    EXPECT_EQ(*original.ValueAt(1), 1);
+    copy = original;
     EXPECT_EQ(*copy.ValueAt(1), 1);
 }

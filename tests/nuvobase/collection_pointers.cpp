@@ -31,7 +31,7 @@ clsString Split(const char* text, char separator, int mode = clsStrings::SplitPl
 
 } // namespace
 
-TEST(PCollection, DeleteClearAndCopyFollowOwnership) {
+TEST(PCollection, OwnershipTextsLookupsSplitAndJoin) {
     Tracked::Alive = 0;
     {
         clsPCollection<Tracked> list;
@@ -58,9 +58,7 @@ TEST(PCollection, DeleteClearAndCopyFollowOwnership) {
         list.Add(new Tracked(7));
     }
     EXPECT_EQ(Tracked::Alive, 0);
-}
 
-TEST(CList, SetTextCutsAndGetTextJoins) {
     // SetText empties the list first; GetText skips null elements with their separators.
     clsCStrings texts;
     texts.Add("old");
@@ -73,9 +71,7 @@ TEST(CList, SetTextCutsAndGetTextJoins) {
     EXPECT_EQ(Bytes(texts.GetText("|")), "a|");
     texts.SetText(clsString(), ',', false);
     EXPECT_EQ(texts.Count, 0);
-}
 
-TEST(Strings, SetValueAndCaseInsensitiveLookups) {
     // A replaced value keeps the first spelling of the name; without replace, lookups give the first entry.
     clsStrings table;
     CheckRows<int>({ROW(table.SetValue("Hash", "32"), 0), ROW(table.SetValue("HASH", "64"), 0),
@@ -83,9 +79,7 @@ TEST(Strings, SetValueAndCaseInsensitiveLookups) {
                     ROW(table.SetValue("Threads", "8", false), 2)});
     CheckRows<std::string>({TEXT(table.GetValue("hash"), "64"), TEXT(table.GetName(0), "Hash"),
                             TEXT(table.GetValue("missing"), ""), TEXT(table.GetValue("THREADS"), "1")});
-}
 
-TEST(Strings, SplitAndJoin) {
     // The program splits plain or by name; a name is what precedes the first '='.
     CheckRows<std::string>(
         {TEXT(Split("a,b,,c", ','), "a|b||c"), TEXT(Split("d,", ','), "d|"), TEXT(Split("", ','), ""),

@@ -20,7 +20,7 @@ std::string Parsed(const char* text) {
 
 } // namespace
 
-TEST(DateTime, ValidityAndOrder) {
+TEST(DateTime, ValidityOrderDayNumbersTextsAndParse) {
     struct Parts {
         int year, month, day, hour, minute, milliseconds;
         bool valid;
@@ -42,9 +42,7 @@ TEST(DateTime, ValidityAndOrder) {
     CheckRows<int>({ROW(when.SetWord(0x07D1'0D'01'00'00'0000ULL), false), ROW(when.IsNull(), true),
                     ROW(a.Compare(b) < 0, true), ROW(c.Compare(b) > 0, true)});
     EXPECT_EQ(b.Word(), 0x07D0'01'01'00'00'0000ULL);
-}
 
-TEST(DateTime, DayNumbers) {
     // Reference figures from Python: date.toordinal() counts 1 January of year 1 as 1; here day 0 is
     // 1 January of year 0, a year of 365 days, so ToDays = toordinal() + 364.
     EXPECT_EQ(clsDateTime(1, 1, 1).ToDays(), 365);
@@ -56,13 +54,12 @@ TEST(DateTime, DayNumbers) {
         EXPECT_EQ(when.ToDays(), days);
         EXPECT_EQ(when.Hour() + when.Minute() + when.Milliseconds(), 0);
     }
-    clsDateTime when(2001, 1, 1, 5);
-    CheckRows<int>({ROW(when.FromDays(364), false), // year 0 is no valid year
-                    ROW(when.IsNull(), true), ROW(when.FromDays(3652424), false)});
+    clsDateTime cleared(2001, 1, 1, 5);
+    CheckRows<int>({ROW(cleared.FromDays(364), false), // year 0 is no valid year
+                    ROW(cleared.IsNull(), true), ROW(cleared.FromDays(3652424), false)});
     EXPECT_EQ(clsDateTime(2001, 2, 3, 18).DayNumber(), 730883.75);
-}
 
-TEST(DateTime, TextsAndParse) {
+    // Texts and Parse.
     const clsDateTime date(2001, 2, 3, 4, 5, 6007);
     CheckRows<std::string>({TEXT(date.SortableDate(), "2001-02-03"), TEXT(date.TimeText(), "04:05:06.007"),
                             TEXT(clsDateTime().Text(), "")});

@@ -9,13 +9,8 @@
 
 using nuvobase::clsInterruptCatcher;
 
-namespace {
-
-constexpr int NotNoted = 1, Survived = 2;
-
-} // namespace
-
 TEST(InterruptCatcherDeathTest, FirstSignalNotedSecondEndsTheProgram) {
+    constexpr int NotNoted = 1, Survived = 2;
     for (int signal : {SIGINT, SIGTERM}) {
         EXPECT_EXIT(
             {

@@ -15,12 +15,12 @@ using nuvobase_test::Bytes;
 
 namespace {
 
-struct Read {
+struct Reading {
     bool parsed;
     std::string xml, said;
 };
 
-Read ReadJson(const std::string& text) {
+Reading ReadJson(const std::string& text) {
     clsJSON json;
     testing::internal::CaptureStdout();
     const bool parsed = json.Parse(clsString().Assign(text.data(), int(text.size())));
@@ -33,7 +33,9 @@ Read ReadJson(const std::string& text) {
 
 } // namespace
 
-TEST(Json, TreesAsXml) {
+using JsonFile = nuvobase_test::TempFolder;
+
+TEST_F(JsonFile, TreesAsXmlBadTokensDeepNestingAndFiles) {
     struct Case {
         const char* text;
         bool parsed;
@@ -59,17 +61,16 @@ TEST(Json, TreesAsXml) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
-        const Read read = ReadJson(c.text);
+        const Reading read = ReadJson(c.text);
         EXPECT_EQ(read.parsed, c.parsed);
         EXPECT_EQ(read.xml, "\r\n\t<_object_>" + c.xml + end);
     }
-}
 
-TEST(Json, BadTokenShowsItsSurroundingsAndDeepNestingStops) {
+    // A bad token shows its surroundings, and deep nesting stops the reading.
     std::string text = "[";
     for (int i = 0; i < 40; i++) text += std::to_string(i) + ",";
     text += "oops,1]";
-    Read read = ReadJson(text);
+    Reading read = ReadJson(text);
     EXPECT_FALSE(read.parsed);
     // 32 tokens before (16 numbers and 16 commas), the bad one, then 32 behind (only 3 are there).
     std::string want;
@@ -80,11 +81,8 @@ TEST(Json, BadTokenShowsItsSurroundingsAndDeepNestingStops) {
     read = ReadJson(std::string(100000, '[') + "1" + std::string(100000, ']'));
     EXPECT_FALSE(read.parsed);
     EXPECT_EQ(read.said, "# JSON nested deeper than 400 levels, reading stops\n");
-}
 
-using JsonFile = nuvobase_test::TempFolder;
-
-TEST_F(JsonFile, LoadJson) {
+    // A file of JSON.
     Write("engines.json", "{\"engine\": {\"name\": \"Vesko & co\", \"depth\": 3}}");
     clsXML document;
     EXPECT_TRUE(document.LoadJson(Path("engines.json").c_str()));

@@ -1,49 +1,30 @@
 // clsTSafeOutput: direct and buffered lines, and whole lines from two threads.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <thread>
 
-#include "nuvobase/clstsafeoutput.h"
+#include "match/capturedoutput.h"
 
 using namespace nuvobase;
 
-namespace {
-
-// Everything written to a stream so far.
-std::string Contents(std::FILE* stream) {
-    std::fflush(stream);
-    std::string text;
-    std::rewind(stream);
-    for (int c; (c = std::fgetc(stream)) != EOF;) text += static_cast<char>(c);
-    return text;
-}
-
-} // namespace
-
 TEST(Output, DirectWritesAtOnceBufferedOnlyAtFlush) {
-    std::FILE* direct = std::tmpfile();
-    std::FILE* buffered = std::tmpfile();
-    ASSERT_NE(direct, nullptr);
-    ASSERT_NE(buffered, nullptr);
-    {
-        clsTSafeOutput now(true, direct), later(false, buffered);
-        later.Flush(); // nothing pending: nothing written
-        for (clsTSafeOutput* output : {&now, &later}) {
-            output->Write("", true); // an empty line, which only the direct mode keeps
-            output->Write(clsString(), true);
-            output->Write("bestmove ", false).Write(clsString("e2e4"), true);
-        }
-        EXPECT_EQ(Contents(direct), "\n\nbestmove e2e4\n");
-        EXPECT_EQ(Contents(buffered), "");
-        later.Flush();
-        EXPECT_EQ(Contents(buffered), "bestmove e2e4\n");
-        later.Write("unfinished", false); // written by the destructor's Flush
+    CapturedOutput now(true), later(false);
+    later.Output.Flush(); // nothing pending: nothing written
+    for (clsTSafeOutput* output : {&now.Output, &later.Output}) {
+        output->Write("", true); // an empty line, which only the direct mode keeps
+        output->Write(clsString(), true);
+        output->Write("bestmove ", false).Write(clsString("e2e4"), true);
     }
-    EXPECT_EQ(Contents(buffered), "bestmove e2e4\nunfinished\n");
-    std::fclose(direct);
-    std::fclose(buffered);
+    EXPECT_EQ(now.Text(), "\n\nbestmove e2e4\n");
+    EXPECT_EQ(later.Text(), "");
+    later.Output.Flush();
+    EXPECT_EQ(later.Text(), "bestmove e2e4\n");
+    std::FILE* stream = std::tmpfile();
+    ASSERT_NE(stream, nullptr);
+    clsTSafeOutput(false, stream).Write("unfinished", false); // written by the destructor's Flush
+    EXPECT_EQ(StreamText(stream), "unfinished\n");
+    std::fclose(stream);
 }
 
 // Two threads writing whole lines never mix them, in either mode.
@@ -52,22 +33,17 @@ TEST(ThreadedOutput, LinesNeverInterleave) {
     const std::string words[2] = {std::string(40, 'a'), std::string(40, 'b')};
     for (bool direct : {true, false}) {
         SCOPED_TRACE(direct ? "direct" : "buffered");
-        std::FILE* stream = std::tmpfile();
-        ASSERT_NE(stream, nullptr);
-        std::string text;
-        {
-            clsTSafeOutput output(direct, stream);
-            auto writer = [&](const std::string& word) {
-                for (int i = 0; i < lines; ++i) output.Write(clsString(word.c_str()) + clsString(i), true);
-            };
-            std::thread a(writer, words[0]);
-            std::thread b(writer, words[1]);
-            a.join();
-            b.join();
-            output.Flush();
-            text = Contents(stream);
-        }
-        std::fclose(stream);
+        CapturedOutput captured(direct);
+        auto writer = [&](const std::string& word) {
+            for (int i = 0; i < lines; ++i)
+                captured.Output.Write(clsString(word.c_str()) + clsString(i), true);
+        };
+        std::thread a(writer, words[0]);
+        std::thread b(writer, words[1]);
+        a.join();
+        b.join();
+        captured.Output.Flush();
+        const std::string text = captured.Text();
 
         int next[2] = {0, 0};
         size_t begin = 0;

@@ -15,16 +15,15 @@ using nuvobase::SharedNul;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
 
-TEST(StringStorage, EmptyStringsAreSafe) {
+TEST(StringBuild, StorageConstructAssignAppendInsertAndPad) {
     clsString never, text("abc");
     EXPECT_STREQ(never.Text(), "");
     CheckRows<const char*>({ROW(never.Data(), nullptr), ROW(never.At(0), SharedNul),
                             ROW(text.At(4), SharedNul), ROW(text.At(-1), SharedNul),
                             ROW(clsString(nullptr).Data(), nullptr), ROW(clsString("").Data(), nullptr)});
     EXPECT_EQ(*text.At(3), 0); // the terminator itself is in range
-}
 
-TEST(StringStorage, OversizedRequestsReleaseTheBufferWithoutThrowing) {
+    // Oversized requests release the buffer without throwing.
     const std::function<void(clsString&)> requests[] = {
         [](clsString& s) { EXPECT_FALSE(s.Reserve(INT32_MAX)); },
         [](clsString& s) { s.SetAt(INT32_MAX - 1, 'x', true); },
@@ -36,9 +35,8 @@ TEST(StringStorage, OversizedRequestsReleaseTheBufferWithoutThrowing) {
         EXPECT_EQ(s.GetCapacity(), 0);
         EXPECT_EQ(s.Size(), 0);
     }
-}
 
-TEST(StringBuild, ConstructAssignAppendInsertAndPad) {
+    // Constructing, assigning, appending, inserting and padding.
     const clsString ab("ab");
     clsString s, t("abc");
     CheckRows<std::string>(

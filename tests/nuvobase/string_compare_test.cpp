@@ -21,21 +21,6 @@ clsString EmptyWithBuffer() {
     return s;
 }
 
-} // namespace
-
-TEST(StringCompare, OperatorsIgnoreCase) {
-    // Letters compare as lower case ('_' lies between the cases); a common prefix, then the length.
-    CheckRows<bool>({ROW(clsString("Abc") == clsString("aBC"), true), ROW(clsString("Abc") == "aBC", true),
-                     ROW(clsString() == EmptyWithBuffer(), true), ROW(clsString() == nullptr, true),
-                     ROW(clsString() != "a", true), ROW(clsString("abc") < clsString("ABD"), true),
-                     ROW(clsString("ab") < clsString("abc"), true),
-                     ROW(clsString("abc") < clsString("ab"), false),
-                     ROW(clsString("b") > clsString("A"), true), ROW(clsString("a") > clsString("A"), false),
-                     ROW(clsString("_") < clsString("a"), true)});
-}
-
-namespace {
-
 // subject: nullptr is a string without buffer, "" one with a buffer and no characters. With flag 1 the
 // expected value is the sign of the result; the other tests give 1 or 0.
 struct CompareCase {
@@ -59,7 +44,16 @@ template <size_t N> void CheckCompare(const CompareCase (&cases)[N]) {
 
 } // namespace
 
-TEST(StringCompare, Flags) {
+TEST(StringCompare, OperatorsAndFlags) {
+    // Letters compare as lower case ('_' lies between the cases); a common prefix, then the length.
+    CheckRows<bool>({ROW(clsString("Abc") == clsString("aBC"), true), ROW(clsString("Abc") == "aBC", true),
+                     ROW(clsString() == EmptyWithBuffer(), true), ROW(clsString() == nullptr, true),
+                     ROW(clsString() != "a", true), ROW(clsString("abc") < clsString("ABD"), true),
+                     ROW(clsString("ab") < clsString("abc"), true),
+                     ROW(clsString("abc") < clsString("ab"), false),
+                     ROW(clsString("b") > clsString("A"), true), ROW(clsString("a") > clsString("A"), false),
+                     ROW(clsString("_") < clsString("a"), true)});
+
     // In row order: 2 equal, 32 starts with, 64 ends with, 16 contains, 1024 contained in, 1 order; 128
     // first%middle%last, each part optional, without '%' the whole pattern is the start, start and end may
     // not overlap and the middle lies between them; 512 exact, where case counts and it decides alone; 256
@@ -94,7 +88,7 @@ TEST(StringCompare, Flags) {
                     ROW(clsString("a").Compare(clsString("A"), 2), 1)});
 }
 
-TEST(StringSearch, FindAndFindOutsideQuotes) {
+TEST(StringSearch, FindOutsideQuotesAndNextWord) {
     const clsString s("abcabc"), said("say 'x AND y' and z");
     CheckRows<int>(
         {ROW(s.Find('c'), 2), ROW(s.Find('c', 3), 5), ROW(s.Find('a', 6), -1), ROW(s.Find('a', -1), -1),
@@ -106,9 +100,7 @@ TEST(StringSearch, FindAndFindOutsideQuotes) {
          ROW(clsString("a 'b and").FindOutsideQuotes("and", 0, '\''), -1), // the quote never closes
          ROW(clsString("\"x\" 'y' x y").FindOutsideQuotes("y", 0, '\'', '"'), 10),
          ROW(clsString().FindOutsideQuotes("a"), -1)});
-}
 
-TEST(StringSearch, NextWord) {
     // The words NextWord returns, each with the position after it.
     using List = std::vector<std::pair<std::string, int>>;
     auto words = [](const char* text, char separator, bool quoted, bool skipEmpty, int position = 0) {

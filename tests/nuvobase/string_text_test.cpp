@@ -12,7 +12,7 @@ using nuvobase::clsString;
 using nuvobase_test::Bytes;
 using nuvobase_test::CheckRows;
 
-TEST(StringCut, SubstringsTrimmingAndReplacing) {
+TEST(StringText, CutsPresentationPathsAndNumbers) {
     const clsString s("hello"), pair("key=value=x");
     CheckRows<std::string>({TEXT(s.Left(10), "hello"),
                             TEXT(s.Left(-1), ""),
@@ -50,15 +50,11 @@ TEST(StringCut, SubstringsTrimmingAndReplacing) {
     EXPECT_EQ(position, 4);
     EXPECT_EQ(Bytes(tags.Between('[', ']', position)), "bc");
     EXPECT_EQ(position, -1); // the close was the last character
-}
 
-TEST(StringCut, ReplaceAllOnItself) {
     clsString self("abab");
     self.ReplaceAll(self.Text() + 2, "X");
     EXPECT_EQ(Bytes(self), "XX");
-}
 
-TEST(StringText, Presentation) {
     // UnescapeC reads octal only as three digits; case changes touch ASCII letters only.
     CheckRows<std::string>(
         {TEXT(clsString().Quote('"'), "\"\""), TEXT(clsString("'abc\"").Unquote(), "'abc\""),
@@ -72,9 +68,7 @@ TEST(StringText, Presentation) {
          TEXT(clsString("ab\\").UnescapeC(), "ab\\"), TEXT(clsString("aBc-\xE9").Upper(), "ABC-\xE9"),
          TEXT(clsString("AbC-\xC9").Lower(), "abc-\xC9"),
          TEXT(clsString("hELLO wORLD-fOO x2y").Capitalise(), "Hello World-Foo X2Y")});
-}
 
-TEST(StringText, Paths) {
     // One separator between the parts, every '\' turned into '/'; the extension is that of the last part.
     CheckRows<std::string>(
         {TEXT(clsString("logs/").PathJoin("test"), "logs/test"),
@@ -83,20 +77,19 @@ TEST(StringText, Paths) {
          TEXT(clsString("dir/sub/game.pgn").FileName(true), "dir/sub/game"),
          TEXT(clsString("dir.x/name").FileName(), "name"), TEXT(clsString("a\\b.c").FileName(), "b"),
          TEXT(clsString("a.tar.gz").FileName(), "a.tar")});
-}
 
-TEST(StringNumber, ToText) {
-    clsString s;
-    CheckRows<std::string>({TEXT(s.FromInt(INT64_MIN), "-9223372036854775808"),
+    // Numbers to text and back.
+    clsString number;
+    CheckRows<std::string>({TEXT(number.FromInt(INT64_MIN), "-9223372036854775808"),
                             // Doubles: -1 decimals cuts trailing zeros only behind a point.
-                            TEXT(s.FromDouble(1.0 / 3), "0.3333333333"), TEXT(s.FromDouble(1000, -1), "1000"),
-                            TEXT(s.FromDouble(1e300, 2), "0"), // longer than the formatting area
+                            TEXT(number.FromDouble(1.0 / 3), "0.3333333333"),
+                            TEXT(number.FromDouble(1000, -1), "1000"),
+                            TEXT(number.FromDouble(1e300, 2), "0"), // longer than the formatting area
                             // ToHexFixed fills the characters there are from the right.
                             TEXT(clsString("000000").ToHexFixed(255), "0000FF"),
                             TEXT(clsString("00").ToHexFixed(0x1234), "34")});
-}
 
-TEST(StringNumber, FromText) {
+    // From text.
     CheckRows<uint64_t>({ROW(clsString("-12").ToUInt64(), 12u), ROW(clsString("0X1f").ToUInt64(), 31u),
                          ROW(clsString("0b101").ToUInt64(), 5u),
                          ROW(clsString("x0b11").ToUInt64(), 3u), // the prefix may stand at offset 1

@@ -67,10 +67,8 @@ TEST_F(ThreadedStdIn, LinesComeOutWholeAndInOrderWithoutBlankOnes) {
     Send("quit\n");
     consumer.join();
     EXPECT_EQ(clsString("quit"), line);
-}
 
-TEST_F(ThreadedStdIn, OverlongLineKeepsItsFirstPartAndTheNextLineComesWhole) {
-    ASSERT_TRUE(Reader->Start());
+    // An overlong line keeps its first part, and the next line comes whole.
     const std::string overlong(3 * clsStdInThread::MaxLineBytes + 5, 'x');
     Send((overlong + "\nnext\n").c_str());
     EXPECT_EQ(std::string(clsStdInThread::MaxLineBytes, 'x'), Reader->ReadLine(true).Text());

@@ -1,14 +1,18 @@
-// clsThread: starting, ending, stopping and waiting; clsMutex against its holder and against other threads.
+// clsThread: starting, ending, stopping and waiting; clsMutex against its holder and against other threads;
+// clsProtectedStrings between producers and a consumer; clsTimer.
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <thread>
 
 #include <pthread.h>
 
 #include "nuvobase/clsmutex.h"
+#include "nuvobase/clsprotected.h"
 #include "nuvobase/clsthread.h"
+#include "nuvobase/clstimer.h"
 #include "nuvobase/platform.h"
 #include "thread_wait.h"
 
@@ -84,7 +88,7 @@ public:
 
 } // namespace
 
-TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
+TEST(ThreadedThread, StartTwiceRunsOnceAndStopCancelsAtTheNextCancellationPoint) {
     clsProbe probe;
     EXPECT_TRUE(probe.Stop()); // stopping and waiting for a thread never started are harmless
     EXPECT_FALSE(probe.Wait());
@@ -107,9 +111,8 @@ TEST(ThreadedThread, StartTwiceRunsOnceAndAnEndedThreadStartsAgain) {
     EXPECT_TRUE(probe.OnExitOnOwnThread);
     EXPECT_FALSE(probe.Wait());
     EXPECT_EQ(probe.Runs, 2);
-}
 
-TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
+    // Stop cancels at the next cancellation point.
     clsSleeper sleeper;
     ASSERT_TRUE(sleeper.Start());
     ASSERT_TRUE(Eventually([&] { return sleeper.Entered.load(); }));
@@ -129,7 +132,7 @@ TEST(ThreadedThread, StopCancelsAtTheNextCancellationPoint) {
     EXPECT_TRUE(sleeper.Unwound);
 }
 
-TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
+TEST(ThreadedMutex, HolderOthersAndStop) {
     clsMutex mutex;
     ASSERT_TRUE(mutex.Ready);
     ASSERT_EQ(mutex.Lock(), 0);
@@ -144,10 +147,8 @@ TEST(ThreadedMutex, SecondLockByHolderFailsAndOthersWait) {
         if ((fromOther = mutex.TryLock()) == 0) mutex.Unlock();
     }).join();
     EXPECT_EQ(fromOther, 0);
-}
 
-TEST(ThreadedMutex, StopWaitsUntilTheHolderLetsGo) {
-    clsMutex mutex;
+    // A Stop waits until the holder lets go.
     clsSleeper holder(&mutex);
     ASSERT_TRUE(holder.Start());
     ASSERT_TRUE(Eventually([&] { return holder.Holding.load(); }));
@@ -157,4 +158,41 @@ TEST(ThreadedMutex, StopWaitsUntilTheHolderLetsGo) {
     EXPECT_TRUE(holder.Released);
     EXPECT_EQ(mutex.TryLock(), 0);
     mutex.Unlock();
+}
+
+// The order of one thread's lines is also what the standard input reader's tests see.
+TEST(ThreadedProtectedStrings, ProducersAndAConsumer) {
+    constexpr int perProducer = 3000;
+    clsProtectedStrings queue;
+    auto produce = [&](char who) {
+        for (int i = 0; i < perProducer; ++i) queue.Push(clsString(who, 1) + clsString(i));
+    };
+    std::thread a(produce, 'a');
+    std::thread b(produce, 'b');
+    // Each producer's lines arrive complete and in its own order.
+    int next[2] = {0, 0};
+    bool inOrder = true;
+    const std::uint64_t giveUp = ClockMs() + 60000; // a lost line must not hang the test
+    while (next[0] + next[1] < 2 * perProducer && ClockMs() < giveUp) {
+        clsString line = queue.Pop();
+        if (line.IsEmpty()) continue;
+        int who = *line.At(0) == 'a' ? 0 : 1;
+        inOrder = inOrder && line.From(1).ToSigned() == next[who];
+        ++next[who];
+    }
+    a.join();
+    b.join();
+    EXPECT_TRUE(inOrder);
+    EXPECT_EQ(next[0], perProducer);
+    EXPECT_EQ(next[1], perProducer);
+    EXPECT_TRUE(queue.Pop().IsEmpty());
+}
+
+// The program takes one lap of a timer: the time since it was made.
+TEST(Timer, LapIsTheTimeSinceTheStart) {
+    clsTimer timer;
+    SleepMs(20);
+    const std::uint64_t lap = timer.Lap();
+    EXPECT_GE(lap, 20u);
+    EXPECT_LE(lap, ClockMs() - timer.Start);
 }

@@ -36,7 +36,7 @@ clsString BufferOf(const Ints& bytes) {
 
 } // namespace
 
-TEST(VariantBinary, RecordsOfEveryClass) {
+TEST(VariantBinary, RecordsLengthFormBadRecordsAndFileForms) {
     // The TypeCode byte, then numbers little-endian, a date-time's packed bytes most significant first, and
     // a text's length as a byte n and n bytes of the length, low first.
     CheckRows<Ints>(
@@ -73,9 +73,8 @@ TEST(VariantBinary, RecordsOfEveryClass) {
         EXPECT_TRUE(copy->GetString().Compare(value->GetString(), clsString::CompareExact));
     }
     EXPECT_EQ(read, written);
-}
 
-TEST(VariantBinary, LengthFormAndBadRecords) {
+    // The length form, and bad records.
     for (int64_t value : {int64_t{0}, int64_t{256}, int64_t{-65536}, INT64_MAX, INT64_MIN + 1}) {
         SCOPED_TRACE(value);
         clsString buffer;
@@ -111,24 +110,24 @@ TEST(VariantBinary, LengthFormAndBadRecords) {
     clsVariantDateTime when(clsDateTime(2001, 1, 1));
     EXPECT_TRUE(when.Read(BufferOf({'O', 0x07, 0xD1, 2, 30, 0, 0, 0, 0}), position = 0));
     EXPECT_TRUE(when.Value.IsNull());
-}
 
-TEST(VariantBinary, FileForms) {
+    // The file forms.
     FILE* file = std::tmpfile();
     ASSERT_NE(file, nullptr);
-    clsString buffer;
-    CheckRows<int>({ROW(clsVariantInt(-5).WriteFile(file, buffer), 5),
-                    ROW(clsVariantString(clsString('z', 5000)).WriteFile(file, buffer), 5004),
-                    ROW(clsVariantInt(1).WriteFile(nullptr, buffer), 0)});
+    clsString scratch;
+    CheckRows<int>({ROW(clsVariantInt(-5).WriteFile(file, scratch), 5),
+                    ROW(clsVariantString(clsString('z', 5000)).WriteFile(file, scratch), 5004),
+                    ROW(clsVariantInt(1).WriteFile(nullptr, scratch), 0)});
     // A text record that announces more bytes than the file holds fails without reading them all in.
     const char truncated[] = {'M', 4, 0, 0, 0, 0x40, 'a', 'b'};
     std::fwrite(truncated, 1, sizeof(truncated), file);
     std::rewind(file);
     clsVariantInt number;
     clsVariantString text;
-    CheckRows<int>({ROW(number.ReadFile(file, buffer), 5), ROW(number.Value, -5),
-                    ROW(text.ReadFile(file, buffer), 5004), ROW(text.Value.Size(), 5000),
-                    ROW(text.ReadFile(file, buffer), 0), ROW(number.ReadFile(file, buffer), 0), // end of file
-                    ROW(number.ReadFile(nullptr, buffer), 0)});
+    CheckRows<int>({ROW(number.ReadFile(file, scratch), 5), ROW(number.Value, -5),
+                    ROW(text.ReadFile(file, scratch), 5004), ROW(text.Value.Size(), 5000),
+                    ROW(text.ReadFile(file, scratch), 0),
+                    ROW(number.ReadFile(file, scratch), 0), // end of file
+                    ROW(number.ReadFile(nullptr, scratch), 0)});
     std::fclose(file);
 }

@@ -19,7 +19,7 @@ template <class V, class T> V SetTo(T value) {
 
 } // namespace
 
-TEST(Variant, Conversions) {
+TEST(Variant, ConversionsComparisonsDateTimesAndCurrency) {
     // GetBool: false for empty text and a first character among 0 F N f n and space.
     for (const char* no : {"", "0", "False", "no", "N", " yes"})
         EXPECT_FALSE(clsVariantString(no).GetBool()) << no;
@@ -50,9 +50,7 @@ TEST(Variant, Conversions) {
                             TEXT(SetTo<clsVariantBool>(clsString("yes")).ToSqlText(), "true"),
                             TEXT(SetTo<clsVariantBool>(clsString("no")).ToSqlText(), "false"),
                             TEXT(SetTo<clsVariantDouble>(clsString("  2.5e2")).GetString(), "250")});
-}
 
-TEST(Variant, Compare) {
     // Numbers compare as doubles, texts as texts ("5.0" is not 5); currencies at a common scale, without
     // overflow at the ends of the range; date-times by their packed bytes, or with a text through Parse.
     clsVariantString emptied("x");
@@ -71,9 +69,7 @@ TEST(Variant, Compare) {
                      ROW(clsVariantCurrency(huge).Compare(clsVariantCurrency(tiny)) > 0, true),
                      ROW(early.Compare(late) < 0, true),
                      ROW(late.Compare(clsVariantString("04/02/2001")) == 0, true)});
-}
 
-TEST(Variant, DateTimeAsNumberAndText) {
     // The numeric getters give the packed word; into text a date-time becomes its day number and fraction.
     const clsDateTime when(2001, 2, 3, 12, 0);
     const clsVariantDateTime t(when);
@@ -85,9 +81,8 @@ TEST(Variant, DateTimeAsNumberAndText) {
     CheckRows<std::string>(
         {TEXT(SetTo<clsVariantString>(when).Value, "730883.5"), TEXT(t.GetString(), "03/02/2001 12:00:00"),
          TEXT(t.ToSqlText(), "'2001-02-03 12:00:00'"), TEXT(clsVariantDateTime().ToSqlText(), "NULL")});
-}
 
-TEST(Currency, RoundingAndText) {
+    // clsCurrency: rounding and text.
     clsCurrency extreme, unscaled;
     extreme.Value = INT64_MIN;
     unscaled.Value = 5;

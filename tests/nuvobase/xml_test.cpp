@@ -24,7 +24,7 @@ std::string Written(const char* text) {
 
 } // namespace
 
-TEST(Xml, ReadAndWriteBack) {
+TEST(Xml, ReadWriteBackMismatchedTagsAndSearches) {
     // Text makes a text element, whose children are written behind its line; unclosed elements are kept,
     // an unfinished tag is not.
     CheckRows<std::string>(
@@ -38,9 +38,8 @@ TEST(Xml, ReadAndWriteBack) {
          ROW(Written("\xEF\xBB\xBF<a\tk=v\r\nw='x  y' ? k=\"2\">"), "<a k=\"v\" w=\"x  y\" k=\"2\" />\r\n"),
          ROW(Written("<a k='it''s x'/>"), "<a k=\"it&apos;s x\"/>\r\n"),
          ROW(Written("<a><b>"), "<a>\r\n\t<b />\r\n</a>\r\n"), ROW(Written("<a"), "")});
-}
 
-TEST(Xml, MismatchedClosingTagStopsAndKeepsTheTree) {
+    // A mismatched closing tag stops the reading and keeps the tree.
     clsXML document;
     bool failed = false;
     // Tokens: < r > < a > < b/ > < /c > ...; the mismatch is noticed behind the '>' of </c>.
@@ -49,32 +48,31 @@ TEST(Xml, MismatchedClosingTagStopsAndKeepsTheTree) {
     EXPECT_EQ(Bytes(document.ToText()), "<r>\r\n\t<a>\r\n\t\t<b/>\r\n\t</a>\r\n</r>\r\n");
     EXPECT_EQ(document.Parse("<r><a/></r><s/>", "", &failed), 12); // every token
     EXPECT_FALSE(failed);
-}
 
-TEST(Xml, Searches) {
-    clsXML document;
-    document.Parse("<T><Engines><E NAME='one' id='1'><Depth>4</Depth></E><e id='2'><b/></e></Engines>"
-                   "<settings><depth>7</depth></settings></T>",
-                   "");
-    clsXML* engines = document.FindDeep("engines");
+    // Searches.
+    clsXML tree;
+    tree.Parse("<T><Engines><E NAME='one' id='1'><Depth>4</Depth></E><e id='2'><b/></e></Engines>"
+               "<settings><depth>7</depth></settings></T>",
+               "");
+    clsXML* engines = tree.FindDeep("engines");
     ASSERT_NE(engines, nullptr);
     EXPECT_EQ(engines->ChildAt(0)->GetAttribute("name"), clsString("one"));
-    EXPECT_EQ(document.FindDeep("B"), engines->ChildAt(1)->ChildAt(0));
-    EXPECT_EQ(document.FindByAttribute("ID", "2"), engines->ChildAt(1));
+    EXPECT_EQ(tree.FindDeep("B"), engines->ChildAt(1)->ChildAt(0));
+    EXPECT_EQ(tree.FindByAttribute("ID", "2"), engines->ChildAt(1));
     CheckRows<std::string>({
-        TEXT(document.GetValue("t/settings/depth", "x"), "7"),
-        TEXT(document.GetValue("depth", "x"), "4"), // the first depth, depth first
-        TEXT(document.GetValue("settings/missing", "x"), "x"),
-        TEXT(document.FindPath("engines", "id", "2")->Name, "e"),
-        TEXT(document.FindPath("engines/", "", "")->Name, "Engines"), // an empty piece ends the walk
+        TEXT(tree.GetValue("t/settings/depth", "x"), "7"),
+        TEXT(tree.GetValue("depth", "x"), "4"), // the first depth, depth first
+        TEXT(tree.GetValue("settings/missing", "x"), "x"),
+        TEXT(tree.FindPath("engines", "id", "2")->Name, "e"),
+        TEXT(tree.FindPath("engines/", "", "")->Name, "Engines"), // an empty piece ends the walk
     });
     clsXMLCollection found;
-    EXPECT_EQ(document.FindAll("e", found), 2);
-    EXPECT_EQ(document.FindAll("depth", found), 4);
+    EXPECT_EQ(tree.FindAll("e", found), 2);
+    EXPECT_EQ(tree.FindAll("depth", found), 4);
 
     clsXML copy;
-    copy.CopyChildren(document);
-    EXPECT_EQ(Bytes(copy.ToText()), Bytes(document.ToText()));
+    copy.CopyChildren(tree);
+    EXPECT_EQ(Bytes(copy.ToText()), Bytes(tree.ToText()));
     EXPECT_EQ(copy.FindDeep("b")->Parent->Parent->Parent->Parent, &copy);
 }
 
@@ -91,7 +89,7 @@ protected:
     }
 };
 
-TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
+TEST_F(XmlFiles, IncludeMergeUpdateClassBadReferencesAndFormTables) {
     std::filesystem::create_directories(Path("sub"));
     Write("sub/engines.xml", "<root><e id='a' depth='3'/><e id='b'/></root>");
     Write("sub/extra.xml", "<root><e id='a' time='5'/><n id='new'/></root>");
@@ -112,12 +110,10 @@ TEST_F(XmlFiles, IncludeMergeUpdateAndClass) {
     Write("updated.xml", "<t><e id='a' nv:update='update.xml'/></t>");
     EXPECT_EQ(Load("updated.xml", said),
               "<t>\r\n\t<e id=\"a\" id=\"a\" time=\"5\">\r\n\t\t<x/>\r\n\t</e>\r\n</t>\r\n");
-}
 
-TEST_F(XmlFiles, BadReferencesEnd) {
+    // Bad references end the reading.
     Write("self.xml", "<r><s nv:include='self.xml,self.xml'/></r>");
     Write("missing.xml", "<r><s nv:merge='nothing.xml'/></r>");
-    std::string said;
     const std::string tree = Load("self.xml", said);
     EXPECT_NE(said.find("# xml files pulled in deeper than 8 levels, not read: " + Path("self.xml")),
               std::string::npos);
@@ -132,9 +128,8 @@ TEST_F(XmlFiles, BadReferencesEnd) {
     Write("deep.xml", deep);
     Load("deep.xml", said);
     EXPECT_EQ(said.rfind("# xml nested deeper than 500 levels", 0), 0u);
-}
 
-TEST_F(XmlFiles, FormTable) {
+    // A table of a form file.
     Write("form.dfm",
           "object Form1: TForm1\r\n  object Players: TTable\r\n"
           "    object PlayersID: TAutoIncField\r\n      FieldName = 'ID'\r\n      FieldKind = fkData\r\n"
@@ -142,8 +137,7 @@ TEST_F(XmlFiles, FormTable) {
           "      FieldKind = fkCalculated\r\n    end\r\n    object PlayersName: TStringField\r\n"
           "      FieldName = 'Name'\r\n      FieldKind = fkData\r\n    end\r\n  end\r\n"
           "  object Games: TTable\r\n  end\r\nend\r\n");
-    Write("main.xml", "<t><table nv:include='form.dfm|table=Players'/></t>");
-    std::string said;
-    EXPECT_EQ(Load("main.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
+    Write("form.xml", "<t><table nv:include='form.dfm|table=Players'/></t>");
+    EXPECT_EQ(Load("form.xml", said), "<t>\r\n\t<table>\r\n\t\t<field id=\"ID\" type=\"integer\" />\r\n"
                                       "\t\t<field id=\"Name\" type=\"string\" />\r\n\t</table>\r\n</t>\r\n");
 }
