@@ -155,6 +155,8 @@ public:
     void QuitEngine();
     // Clears Ready and asks the engine for a sign of life.
     void Synchronise();
+    // Clears Ready, ends a search the engine may still run and asks for a sign of life.
+    void Settle();
     // One line of the engine's output in its normal form: "move ..." or "result ...", "resign",
     // or empty text for everything else; handshake answers update Ready, PingFeature and Options.
     nuvobase::clsString ParseLine(const nuvobase::clsString& line);

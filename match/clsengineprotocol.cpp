@@ -51,6 +51,11 @@ void clsEngineInterface::Synchronise() {
     if (clsProtocolClient* client = Speaker()) client->Synchronise();
 }
 
+void clsEngineInterface::Settle() {
+    Ready = false;
+    if (clsProtocolClient* client = Speaker()) client->Settle();
+}
+
 clsString clsEngineInterface::ParseLine(const clsString& line) {
     if (line.IsEmpty()) return clsString();
     return Client().ParseLine(line, line.BeforeChar(' '), line.AfterChar(' '));

@@ -15,6 +15,10 @@ std::unique_ptr<clsProtocolClient> clsProtocolClient::For(uint32_t protocol, cls
     return std::make_unique<clsXBoardClient>(engine);
 }
 
+void clsProtocolClient::Settle() {
+    Synchronise();
+}
+
 void clsProtocolClient::Quit() {
     Engine.SendLine("quit");
 }

@@ -32,6 +32,8 @@ public:
     virtual void OpponentMoved(const nuvobase::clsString& move) = 0;
     // Asks the program for a sign of life; Ready has been cleared.
     virtual void Synchronise() = 0;
+    // Ends a search the program may still run, then asks for a sign of life; Ready has been cleared.
+    virtual void Settle();
     // Both protocols end with the same word.
     void Quit();
     // One line, not empty, split at its first blank, in the normal form of ParseLine of the engine.

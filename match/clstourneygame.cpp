@@ -188,8 +188,7 @@ void clsTourneyGame::KeepSoundEngines() {
         if (player.IsEmbedded() || !player.IsUci() || engine->IsStopped()) continue;
         // A search still running ends, and the program must say it is ready: then nothing of this game
         // is left in its output for the next one.
-        engine->SendLine("stop");
-        engine->Synchronise();
+        engine->Settle();
         AwaitReady(*engine, true);
         int32_t score = 0;
         engine->TakeScore(score); // the last score belongs to this game

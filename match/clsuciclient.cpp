@@ -40,6 +40,11 @@ void clsUciClient::OpponentMoved(const clsString&) {
     Engine.Go();
 }
 
+void clsUciClient::Settle() {
+    Engine.SendLine("stop");
+    Synchronise();
+}
+
 void clsUciClient::Synchronise() {
     Engine.SendLine("isready");
 }

@@ -14,6 +14,8 @@ public:
     void Handshake() override;
     // "isready"; Ready waits for "readyok".
     void Synchronise() override;
+    // "stop", then "isready".
+    void Settle() override;
     // The options, "ucinewgame", the position, then a sign of life.
     void NewGame() override;
     // The position line with the game's moves, then a go through the engine.
